@@ -1,0 +1,38 @@
+# All compiler settings of the project, in one INTERFACE target that every target links.
+add_library(korvale_flags INTERFACE)
+target_compile_features(korvale_flags INTERFACE cxx_std_20)
+target_compile_options(
+  korvale_flags
+  INTERFACE -Wall
+            -Wextra
+            -Wpedantic
+            -Wconversion
+            -Wshadow
+            -Werror)
+target_compile_definitions(
+  korvale_flags
+  INTERFACE QT_NO_CAST_FROM_ASCII
+            QT_NO_CAST_TO_ASCII
+            QT_NO_URL_CAST_FROM_STRING
+            QT_NO_FOREACH
+            QT_NO_KEYWORDS
+            QT_STRICT_ITERATORS
+            QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+set(KORVALE_SANITIZE "" CACHE STRING "Sanitizers, as given to -fsanitize=")
+if(KORVALE_SANITIZE)
+  target_compile_options(korvale_flags INTERFACE -fsanitize=${KORVALE_SANITIZE}
+                                                 -fno-omit-frame-pointer)
+  target_link_options(korvale_flags INTERFACE -fsanitize=${KORVALE_SANITIZE})
+endif()
+
+# korvale_room(NAME SOURCES... LINK...): one library per folder of src/, named after it.
+function(korvale_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+  add_library(korvale_${name} STATIC ${ROOM_SOURCES})
+  target_include_directories(korvale_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+  target_link_libraries(
+    korvale_${name}
+    PUBLIC ${ROOM_LINK}
+    PRIVATE korvale_flags ${ROOM_PRIVATE_LINK})
+endfunction()

@@ -1,0 +1,7 @@
+#include "core/AppDelegate.h"
+
+namespace korvale {
+
+int runKorvaleUI(int /*argc*/, char** /*argv*/) { return 0; }
+
+} // namespace korvale

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/LogSink.h"
+
+#include <QString>
+
+#include <initializer_list>
+
+namespace korvale {
+
+/// The process-wide log level: 2 unless the build says otherwise; never changed at run time.
+[[nodiscard]] LogLevel logLevel();
+
+/// True when lines of `level` are written. Every caller of OSLoggingLogMessage asks first, so that
+/// the arguments of a suppressed line are not even computed.
+[[nodiscard]] inline bool logs(LogLevel level) { return logLevel() >= level; }
+
+/// Formats and writes one line: the level word, a blank, and the message between double quotes.
+/// Placeholders of `format` (given without the quotes) are filled as formatText does. Any thread.
+void OSLoggingLogMessage(LogLevel level, const char* format,
+                         std::initializer_list<QString> arguments = {});
+
+/// A trace line: to the same sink as it is, without level word and quotes.
+void logTrace(const char* format, std::initializer_list<QString> arguments);
+
+/// For tests: takes the lines instead of the system's log until called with nullptr. Not owned.
+void setLogSink(LogSink* sink);
+/// For tests of lines that this build's level suppresses.
+void setLogLevel(LogLevel level);
+
+} // namespace korvale

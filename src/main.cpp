@@ -1,0 +1,3 @@
+#include "core/AppDelegate.h"
+
+int main(int argc, char** argv) { return korvale::runKorvaleUI(argc, argv); }

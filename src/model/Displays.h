@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/AppState.h"
+
+#include <QString>
+
+namespace korvale {
+
+// What the model and the agent link need of the rooms above them. Main thread, all of it.
+
+/// The one line that says what the agent does.
+class StatusDisplay {
+public:
+    virtual ~StatusDisplay() = default;
+    virtual void updateStatusMessage(StatusState state) = 0;
+};
+
+/// The status item's colour.
+class IconDisplay {
+public:
+    virtual ~IconDisplay() = default;
+    virtual void setIconDispColor(IconColor color) = 0;
+};
+
+/// Everything the details window counts, and the colour that follows from it.
+class CounterDisplay {
+public:
+    virtual ~CounterDisplay() = default;
+    virtual void updateDisplay() = 0;
+};
+
+/// Index of no picture: the notification has none.
+inline constexpr int noImage = -1;
+
+/// Desktop notifications, gated by the user's choice or the policy.
+class NotificationSender {
+public:
+    virtual ~NotificationSender() = default;
+    /// `image` is an index of Resources::getImage, or noImage. A null or empty subtitle is none.
+    virtual void SendNotification(const QString& message, const QString& subtitle, int image) = 0;
+    /// `url` may be null: then a click does nothing.
+    virtual void SendConsumerNotification(const QString& message, const QString& url) = 0;
+    virtual void SendSondarNotification(const QString& message) = 0;
+};
+
+} // namespace korvale

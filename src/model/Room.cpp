@@ -1,0 +1,2 @@
+#include "model/Displays.h"
+#include "model/TableFeeds.h"

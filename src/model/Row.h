@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace korvale {
+
+/// The keys under which tables read their rows.
+enum class RowKey : std::uint8_t {
+    File,
+    FileToolTip,
+    Category,
+    CategoryToolTip,
+    Score,
+    Found,
+    FoundToolTip,
+    Id,
+    IdToolTip,
+    ProcessName,
+    ProcessToolTip,
+    Pid,
+    PidToolTip,
+    When,
+    Event,
+    Details,
+    DeviceType,
+    ProductId,
+    VendorId,
+    SerialNumber,
+    Action,
+};
+
+/// Rows that one parse made: immutable, shared by the tables that show them, and free to make each
+/// text only when it is asked for. Main thread.
+class RowBatch {
+public:
+    virtual ~RowBatch() = default;
+    [[nodiscard]] virtual std::size_t size() const = 0;
+    /// The text under `key` in row `index` (< size()); no value when the row lacks it.
+    [[nodiscard]] virtual std::optional<QString> text(std::size_t index, RowKey key) const = 0;
+};
+
+using RowBatchPtr = std::shared_ptr<const RowBatch>;
+
+} // namespace korvale
