@@ -1,0 +1,58 @@
+"""What the whole-program tests share: one desktop a class, a program and an agent a test."""
+import contextlib
+import json
+import os
+import unittest
+
+import dbus
+
+from desktop_session import DesktopSession, wait_until
+from drivers import Agent, Program
+from tray import TrayItem
+
+
+class DesktopCase(unittest.TestCase):
+    """Starts its desktop once; `parts` are DesktopSession's arguments."""
+    parts = {}
+
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = DesktopSession(**cls.parts).__enter__()
+        cls.addClassCleanup(cls.desktop.stop)
+
+    def setUp(self):
+        self.cleanup = contextlib.ExitStack()
+        self.addCleanup(self.cleanup.close)
+
+    def program(self, *arguments, **options):
+        return self.cleanup.enter_context(Program(self.desktop, *arguments, **options))
+
+    def agent(self, *arguments):
+        return self.cleanup.enter_context(Agent(self.desktop, *arguments)).wait_ready()
+
+    def item(self, program):
+        item = TrayItem(self.desktop, program)
+        self.cleanup.callback(item.close)
+        return item
+
+    def notifications(self):
+        """What the recording server was told so far."""
+        with contextlib.closing(self.desktop.session_bus()) as bus:
+            server = bus.get_object("org.freedesktop.Notifications",
+                                    "/org/freedesktop/Notifications")
+            return json.loads(server.Calls(dbus_interface="com.korvale.Test"))
+
+    def wait_notification(self, condition, start=0, timeout=20.0):
+        def matching():
+            return [call for call in self.notifications()[start:] if condition(call)]
+        return wait_until(matching, "a notification", timeout)[0]
+
+    def empty_folders(self):
+        """Takes away what an earlier test left in the host cache and the user's settings."""
+        for folder in (self.desktop.root, self.desktop.folder / "config" / "Korvale"):
+            if folder.exists():
+                for path in sorted(folder.rglob("*"), reverse=True):
+                    path.rmdir() if path.is_dir() and not path.is_symlink() else os.unlink(path)
+
+
+__all__ = ["DesktopCase", "wait_until"]

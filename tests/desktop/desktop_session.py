@@ -1,0 +1,263 @@
+"""A desktop without a screen: Xvfb, a window manager, a panel with a StatusNotifier host, a
+notification server and private session and system buses; everything in it is gone at the end."""
+import contextlib
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import uuid
+
+import dbus
+import dbus.bus
+
+HERE = pathlib.Path(__file__).resolve().parent
+PROJECT = HERE.parent.parent
+NOTIFYD = "/usr/lib/x86_64-linux-gnu/xfce4/notifyd/xfce4-notifyd"
+MARK = "KORVALE_DESKTOP_SESSION"
+LEAKING = ("DBUS_", "XDG_", "QT_", "GTK_", "AT_SPI_", "KORVALE_", "LC_", "LANG")
+LEAKING_NAMES = ("DISPLAY", "WAYLAND_DISPLAY", "SESSION_MANAGER", "XAUTHORITY", "DESKTOP_SESSION",
+                 "JOURNAL_STREAM")
+
+
+class SessionError(Exception):
+    """A part of the desktop did not come up."""
+
+
+def wait_until(condition, what, timeout=20.0):
+    """Waits for condition() to be truthy and returns its value; fails loudly after timeout."""
+    deadline = time.monotonic() + timeout
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > deadline:
+            raise SessionError(f"timed out waiting for {what}")
+        time.sleep(0.03)
+
+
+class DesktopSession:
+    """Context manager. Parts can be left out at the start and started or stopped later."""
+
+    def __init__(self, display=True, panel=True, notifications="recording", system_bus=True,
+                 accessibility=False, capabilities="body,body-markup,actions", folder=None,
+                 screen="1280x800"):
+        self.wanted = dict(display=display, panel=panel, notifications=notifications,
+                           system_bus=system_bus, accessibility=accessibility)
+        self.capabilities = capabilities
+        self.screen = screen
+        self.kept = folder is not None
+        self.folder = pathlib.Path(folder or tempfile.mkdtemp(prefix="korvale-desktop-"))
+        self.token = uuid.uuid4().hex
+        self.parts = {}
+        self.env = {}
+        self.root = self.folder / "root"
+
+    # Life
+
+    def __enter__(self):
+        try:
+            self._start()
+        except BaseException:
+            self.stop()
+            raise
+        return self
+
+    def __exit__(self, *unused):
+        self.stop()
+
+    def _start(self):
+        for name in ("run", "config", "cache", "data", "home", "log", "services", "root"):
+            (self.folder / name).mkdir(parents=True, exist_ok=True)
+        (self.folder / "run").chmod(0o700)
+        self.folder.chmod(0o755)
+        self.env = {name: value for name, value in os.environ.items()
+                    if not name.startswith(LEAKING) and name not in LEAKING_NAMES}
+        self.env.update({
+            MARK: self.token, "HOME": str(self.folder / "home"), "LANG": "C.UTF-8",
+            "XDG_RUNTIME_DIR": str(self.folder / "run"),
+            "XDG_CONFIG_HOME": str(self.folder / "config"),
+            "XDG_CACHE_HOME": str(self.folder / "cache"),
+            "XDG_DATA_HOME": str(self.folder / "data"), "XDG_CURRENT_DESKTOP": "XFCE",
+            "XDG_SESSION_TYPE": "x11", "GDK_BACKEND": "x11", "LIBGL_ALWAYS_SOFTWARE": "1",
+            "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.folder}/run/bus",
+            "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.folder}/system_bus_socket",
+            "KORVALE_ROOT": str(self.root)})
+        if self.wanted["accessibility"]:
+            self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        else:
+            self.env["NO_AT_BRIDGE"] = "1"
+        if self.wanted["system_bus"]:
+            self.start_system_bus()
+        if self.wanted["display"]:
+            self._start_display()  # before the session bus: what that activates needs DISPLAY
+        self._start_session_bus()
+        if self.wanted["display"]:
+            self._configure_desktop()
+            self.start_part("xfwm4", ["xfwm4", "--compositor=off", "--replace"])
+            wait_until(self._has_window_manager, "the window manager")
+        if self.wanted["accessibility"]:
+            self._start_accessibility()
+        if self.wanted["notifications"]:
+            self.start_notifications(self.wanted["notifications"])
+        if self.wanted["panel"] and self.wanted["display"]:
+            self.start_panel()
+
+    def stop(self):
+        for sig in (signal.SIGTERM, signal.SIGTERM, signal.SIGKILL):
+            pids = self._marked()
+            if not pids:
+                break
+            for pid in pids:
+                with contextlib.suppress(ProcessLookupError):
+                    os.kill(pid, signal.SIGCONT)
+                    os.kill(pid, sig)
+            with contextlib.suppress(SessionError):
+                wait_until(lambda: not self._marked(), "the session's processes to end", 3)
+        for process in self.parts.values():
+            process.wait()
+        self.parts.clear()
+        if not self.kept:
+            shutil.rmtree(self.folder, ignore_errors=True)
+
+    def _marked(self):
+        """Every process started in this session: they inherit its mark."""
+        needle = f"{MARK}={self.token}".encode()
+        found = []
+        for entry in pathlib.Path("/proc").iterdir():
+            if entry.name.isdigit():
+                with contextlib.suppress(OSError):
+                    state = (entry / "stat").read_text().rsplit(")", 1)[1].split()[0]
+                    if state != "Z" and needle in (entry / "environ").read_bytes().split(b"\0"):
+                        found.append(int(entry.name))
+        return found
+
+    # Parts
+
+    def start_part(self, name, command, **options):
+        log = open(self.folder / "log" / name, "ab")
+        options.setdefault("stdout", log)
+        process = subprocess.Popen(command, env=self.env, stderr=log, stdin=subprocess.DEVNULL,
+                                   **options)
+        log.close()
+        self.parts[name] = process
+        return process
+
+    def stop_part(self, name, sig=signal.SIGTERM):
+        process = self.parts.pop(name)
+        process.send_signal(sig)
+        process.wait(10)
+
+    def start_system_bus(self):
+        policies = self.folder / "system.d"
+        policies.mkdir(exist_ok=True)
+        policy = (PROJECT / "packaging" / "com.korvale.agent_server.conf").read_text()
+        if os.geteuid() != 0:  # on a bus of his own the user plays root
+            policy = policy.replace('<policy user="root">', f'<policy user="{os.geteuid()}">')
+        (policies / "com.korvale.agent_server.conf").write_text(policy)
+        self._start_bus("system-bus", "system_bus_socket")
+
+    def _start_session_bus(self):
+        for name in ("org.xfce.Xfconf", "org.a11y.Bus"):
+            service = pathlib.Path(f"/usr/share/dbus-1/services/{name}.service")
+            lines = [line for line in service.read_text().splitlines()
+                     if not line.startswith("SystemdService=")]
+            (self.folder / "services" / service.name).write_text("\n".join(lines) + "\n")
+        self._start_bus("session-bus", "run/bus")
+
+    def _start_bus(self, name, socket):
+        path = self.folder / socket
+        path.unlink(missing_ok=True)
+        config = self.folder / f"{name}.conf"
+        template = (HERE / "conf" / f"{name}.conf.in").read_text()
+        config.write_text(template.replace("@DIR@", str(self.folder)))
+        self.start_part(name, ["dbus-daemon", f"--config-file={config}", "--nofork",
+                               "--nopidfile", "--nosyslog"])
+        wait_until(path.is_socket, f"the {name}")
+
+    def _start_display(self):
+        reading, writing = os.pipe()
+        self.start_part("xvfb", ["Xvfb", "-displayfd", str(writing), "-screen", "0",
+                                 f"{self.screen}x24", "-nolisten", "tcp", "-ac"],
+                        pass_fds=[writing])
+        os.close(writing)
+        with os.fdopen(reading) as numbers:
+            number = numbers.readline().strip()
+        if not number:
+            raise SessionError("Xvfb did not start")
+        self.env["DISPLAY"] = f":{number}"
+
+    def _configure_desktop(self):
+        target = self.folder / "config" / "xfce4" / "xfconf" / "xfce-perchannel-xml"
+        target.mkdir(parents=True, exist_ok=True)
+        for name in ("xfce4-panel", "xfce4-notifyd", "xfwm4"):
+            shutil.copy(HERE / "conf" / f"{name}.xml", target)
+
+    def _has_window_manager(self):
+        answer = self.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], check=False)
+        return "window id" in answer
+
+    def start_panel(self):
+        self.start_part("panel", ["xfce4-panel", "--disable-wm-check"])
+        wait_until(self.has_tray_host, "the panel's tray host")
+
+    def stop_panel(self):
+        self.stop_part("panel")
+        wait_until(lambda: not self.has_name("org.kde.StatusNotifierWatcher"), "the host to go")
+
+    def start_notifications(self, kind="recording"):
+        if kind == "recording":
+            self.start_service("notifications", "recording_notifications.py", self.capabilities)
+        else:
+            self.start_part("notifications", [NOTIFYD])
+            wait_until(lambda: self.has_name("org.freedesktop.Notifications"), "xfce4-notifyd")
+
+    def start_service(self, part, script, *arguments):
+        """One of the services/ scripts; returns when it owns its name."""
+        process = self.start_part(part, ["/usr/bin/python3", str(HERE / "services" / script),
+                                         *arguments], stdout=subprocess.PIPE)
+        if process.stdout.readline() != b"ready\n":
+            raise SessionError(f"{script} did not start")
+
+    def _start_accessibility(self):
+        bus = self.session_bus()
+        launcher = bus.get_object("org.a11y.Bus", "/org/a11y/bus")
+        launcher.GetAddress(dbus_interface="org.a11y.Bus")
+        launcher.Set("org.a11y.Status", "IsEnabled", True,
+                     dbus_interface="org.freedesktop.DBus.Properties")
+        bus.close()
+
+    # Looking
+
+    def run(self, command, check=True, timeout=30, **options):
+        """A command inside the session; its standard output."""
+        done = subprocess.run(command, env=self.env, timeout=timeout, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
+        if check and done.returncode != 0:
+            raise SessionError(f"{command[0]} failed: {done.stderr.strip()}")
+        return done.stdout
+
+    def screenshot(self, path):
+        self.run(["import", "-window", "root", str(path)])
+
+    def session_bus(self):
+        return dbus.bus.BusConnection(self.env["DBUS_SESSION_BUS_ADDRESS"])
+
+    def system_bus(self):
+        return dbus.bus.BusConnection(self.env["DBUS_SYSTEM_BUS_ADDRESS"])
+
+    def has_name(self, name):
+        with contextlib.closing(self.session_bus()) as bus:
+            return bus.name_has_owner(name)
+
+    def has_tray_host(self):
+        with contextlib.closing(self.session_bus()) as bus, \
+                contextlib.suppress(dbus.DBusException):
+            watcher = bus.get_object("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+                                     introspect=False)
+            return bool(watcher.Get("org.kde.StatusNotifierWatcher",
+                                    "IsStatusNotifierHostRegistered",
+                                    dbus_interface="org.freedesktop.DBus.Properties"))
+        return False
