@@ -10,6 +10,8 @@ double SystemClock::now() const {
     return static_cast<double>(moment.tv_sec) + static_cast<double>(moment.tv_nsec) * 1e-9;
 }
 
-QDateTime SystemClock::localTime() const { return QDateTime::currentDateTime(); }
+QDateTime SystemClock::localTime() const {
+    return QDateTime::currentDateTime();
+}
 
 } // namespace korvale

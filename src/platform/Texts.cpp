@@ -4,6 +4,8 @@
 
 namespace korvale {
 
-QString localizedText(const char* key) { return qtTrId(key); }
+QString localizedText(const char* key) {
+    return qtTrId(key);
+}
 
 } // namespace korvale

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+namespace korvale {
+
+/// Opens links in the user's browser. Main thread; never waits for the browser.
+class LinkOpener {
+public:
+    virtual ~LinkOpener() = default;
+    /// Opens `link` when it is a valid http or https URL with a host; anything else does nothing.
+    virtual void openLink(const QString& link) = 0;
+};
+
+/// True for the links that may be opened: absolute, valid, http or https, with a host.
+[[nodiscard]] bool isOpenableLink(const QString& link);
+
+} // namespace korvale

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/LinkOpener.h"
+
+#include <QStringList>
+
+namespace korvale::fakes {
+
+/// Keeps the links that the real opener would open; the others are dropped as it does.
+class RecordingLinkOpener final : public LinkOpener {
+public:
+    void openLink(const QString& link) override {
+        if (isOpenableLink(link)) {
+            opened.append(link);
+        }
+    }
+
+    QStringList opened;
+};
+
+} // namespace korvale::fakes
