@@ -1,0 +1,65 @@
+#pragma once
+
+#include "agent_link/AgentNotificationTable.h"
+#include "agent_link/SharedController.h"
+#include "core/AppState.h"
+#include "model/Displays.h"
+
+#include <QDBusMessage>
+#include <QObject>
+
+#include <functional>
+
+namespace korvale {
+
+class Clock;
+class HostCache;
+class SystemBus;
+
+/// What the agent's notifications act on.
+struct AgentNotificationsParts {
+    AppState& state;
+    const Clock& clock;
+    HostCache& hostCache;
+    StatusDisplay& status;
+    IconDisplay& icon;
+    NotificationSender& notifications;
+    std::function<void()> connectToService;
+    std::function<void()> parseTimerAggregatedMessage;
+};
+
+/// Listens for the agent's twenty notifications and does what each asks for. Main thread, in the
+/// order sent.
+class AgentNotifications final : public QObject, public AgentNotificationHandler {
+    Q_OBJECT
+public:
+    explicit AgentNotifications(AgentNotificationsParts parts, QObject* parent = nullptr);
+
+    /// Adds the observers, now and each time the bus comes back; they are never removed. Only what
+    /// the present owner of the service's name sends is heard, also right after it took the name.
+    void observe(SystemBus& bus);
+
+    /// Unknown codes count as a sign of life only.
+    void HandleAgentNotification(std::uint32_t code) override;
+
+private Q_SLOTS:
+    void onSignal(const QDBusMessage& message);
+
+private:
+    void addObservers(const SystemBus& bus);
+    void act(AgentNotification code);
+    void agentStarted();
+    void agentStopped();
+    void setConnected(bool& flag, bool connected);
+    void driverNotConnected();
+    void applyConnectionRule();
+    void applyRunningIconRule();
+    void sendBlockedFileNotification(const char* file, const char* member, const char* subtitleKey);
+    void sendNotification(const char* messageKey, const char* subtitleKey);
+    void readAnalyzerStatus();
+    void sendConsumerNotification();
+
+    AgentNotificationsParts m_parts;
+};
+
+} // namespace korvale

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "agent_link/RequestChannel.h"
+#include "model/Displays.h"
+
+#include <QDBusMessage>
+#include <QObject>
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+class QDBusPendingCall;
+
+namespace korvale {
+
+class SystemBus;
+
+/// The agent service's one named connection: requests with their replies, the messages the service
+/// pushes on its own, and the log lines of a connection that breaks. Main thread; Qt's D-Bus thread
+/// receives, and nothing here waits for it.
+class ServiceChannel final : public QObject, public RequestChannel {
+    Q_OBJECT
+public:
+    ServiceChannel(SystemBus& bus, NotificationSender& notifications, QObject* parent = nullptr);
+
+    /// What connectToService ends with: the query for the driver. To be set before the first call.
+    void setDriverQuery(std::function<void()> checkDriverConnection);
+
+    /// Makes a fresh connection, which replaces the one in conn() (requests of the earlier one
+    /// still get their replies), and asks for the driver. At launch and each time the agent has
+    /// started.
+    void connectToService();
+
+    /// Which connection this is, counted from 1; 0 before the first.
+    [[nodiscard]] std::uint32_t conn() const { return m_conn; }
+
+    /// Requests made while the bus is first looked for wait for the outcome; later ones without a
+    /// bus fail at once. Never starts the service.
+    void send(const QVariantMap& envelope, ReplyHandler handler) override;
+    [[nodiscard]] std::unique_ptr<ReplyQueue> sendOnPrivateQueue(const QVariantMap& envelope,
+                                                                 ReplyHandler handler) override;
+
+    /// One unsolicited message, an envelope. What is malformed or unknown is ignored.
+    void clientReceiveMessage(const QVariantMap& envelope);
+
+private Q_SLOTS:
+    void onMessage(const QDBusMessage& message);
+    void onNameOwnerChanged(const QDBusMessage& message);
+
+private:
+    struct Waiting {
+        QVariantMap envelope;
+        ReplyHandler handler;
+    };
+
+    void subscribe();
+    void sendWaiting();
+    void sendNow(const QVariantMap& envelope, const ReplyHandler& handler);
+    void logConnectionEvent(const char* description);
+
+    SystemBus& m_bus;
+    NotificationSender& m_notifications;
+    std::function<void()> m_checkDriverConnection;
+    std::vector<Waiting> m_waiting;
+    QString m_owner; ///< unique bus name of the present agent service; empty: none known
+    std::uint32_t m_conn = 0;
+};
+
+} // namespace korvale
