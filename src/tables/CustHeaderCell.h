@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QRectF>
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+QT_BEGIN_NAMESPACE
+class QPainter;
+QT_END_NAMESPACE
+
+namespace korvale {
+
+/// Draws one column title: a grey gradient with a line below. The painter's font is the header's.
+class CustHeaderCell {
+public:
+    explicit CustHeaderCell(QString title = {}) : title_(std::move(title)) {}
+
+    [[nodiscard]] const QString& title() const { return title_; }
+    /// The small arrow of a sorted column; no value: not sorted by.
+    void setSortIndicator(std::optional<bool> ascending) { sortAscending_ = ascending; }
+    [[nodiscard]] std::optional<bool> sortIndicator() const { return sortAscending_; }
+
+    /// Not highlighted.
+    void drawWithFrame(QPainter& painter, const QRectF& frame) const;
+    void drawWithFrame(QPainter& painter, const QRectF& frame, bool highlighted) const;
+
+    /// Where the gradient goes inside `frame`.
+    [[nodiscard]] static QRectF gradientFrame(const QRectF& frame);
+    /// Where the title goes inside `frame`.
+    [[nodiscard]] static QRectF interiorFrame(const QRectF& frame);
+
+private:
+    void drawInterior(QPainter& painter, const QRectF& frame) const;
+
+    QString title_;
+    std::optional<bool> sortAscending_;
+};
+
+} // namespace korvale

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "model/Row.h"
+#include "tables/SortDescriptor.h"
+
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace korvale {
+
+/// The rows of a table in display order: references into the batches that hold them. A batch in its
+/// own order costs nothing per row. Main thread.
+class RowList {
+public:
+    RowList() = default;
+    /// All rows of `batch` in its order; nullptr is an empty list.
+    explicit RowList(RowBatchPtr batch);
+
+    [[nodiscard]] std::size_t size() const { return size_; }
+    /// The text under `key` in row `row`; no value when the row lacks it or does not exist.
+    [[nodiscard]] std::optional<QString> text(std::size_t row, RowKey key) const;
+
+    /// Puts all rows of `batch` (not null) in front.
+    void prepend(RowBatchPtr batch);
+    /// Drops all rows behind the first `count`, and batches that no row is left of.
+    void truncate(std::size_t count);
+    /// Stable; each text is asked for at most once per descriptor. No descriptors: nothing changes.
+    void sort(const SortDescriptors& descriptors);
+
+private:
+    struct RowRef {
+        std::uint32_t batch;
+        std::uint32_t index;
+    };
+
+    [[nodiscard]] RowRef at(std::size_t row) const;
+    void makeOrderExplicit();
+    void dropUnusedBatches();
+    void sortRange(std::size_t first, std::size_t last, const SortDescriptors& descriptors,
+                   std::size_t level);
+
+    std::vector<RowBatchPtr> batches_;
+    std::vector<RowRef> order_; ///< empty while the only batch shows in its own order
+    std::size_t size_ = 0;
+};
+
+} // namespace korvale

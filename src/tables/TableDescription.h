@@ -1,0 +1,41 @@
+#pragma once
+
+#include "model/Row.h"
+#include "tables/RememberedSelections.h"
+
+#include <QStringView>
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace korvale {
+
+/// One column as the window shows it.
+struct TableColumn {
+    const char* identifier; ///< compared exactly
+    const char* titleKey;   ///< key of the title's text
+    RowKey text;
+    RowKey toolTip;
+    int width; ///< in characters of average width; the last column takes the rest of the table
+};
+
+/// Which modifiers let "c" copy.
+enum class CopyModifiers : std::uint8_t {
+    CommandHeld,  ///< Command, whatever else is held
+    CommandAlone, ///< Command and no other device-independent modifier
+};
+
+/// All facts of one table.
+struct TableDescription {
+    const char* nameKey;  ///< accessible name
+    const char* emptyKey; ///< the quiet line of an empty table
+    std::span<const TableColumn> columns;
+    QStringView copyHeader;             ///< first line of a copied text, with its line feed
+    std::span<const RowKey> copyFields; ///< values of a copied line, in order
+    std::optional<RowKey> copyPaths;    ///< one copied line per line of this value, which ends it
+    CopyModifiers copyModifiers;
+    std::optional<RowIndexes> RememberedSelections::*selection;
+};
+
+} // namespace korvale

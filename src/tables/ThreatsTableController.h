@@ -1,0 +1,86 @@
+#pragma once
+
+#include "model/TableFeeds.h"
+#include "tables/RememberedSelections.h"
+#include "tables/RowList.h"
+#include "tables/TableDataSource.h"
+#include "tables/TableDescription.h"
+#include "tables/ThreatsTableView.h"
+
+#include <QObject>
+#include <QPointer>
+
+namespace korvale {
+
+/// Owns the rows of one table and drives its view. It lives from launch on; the view comes when the
+/// details window is first built and shows the rows that came before. Main thread.
+class ThreatsTableController : public QObject, public TableFeed, public TableDataSource {
+    Q_OBJECT
+
+public:
+    /// An extended list keeps this many rows.
+    static constexpr std::size_t maximumRows = 1000;
+
+    /// Gives the attached view its columns, titles and spacing, puts the controller behind it in
+    /// the key-event chain, and shows the rows.
+    void awakeFromNib();
+
+    // Rows. None of these redraws; without a view nothing is sorted.
+    void loadData(RowBatchPtr rows) override;
+    void addData(RowBatchPtr rows) override;
+    /// Replaces the rows, in the view's present order. Never capped. nullptr empties the list.
+    void loadData(const ThreatsTableView* tableView, RowBatchPtr rows);
+    /// Puts rows on top, unsorted, and caps the list. nullptr or no rows: nothing, not even the
+    /// cap.
+    void addData(const ThreatsTableView* tableView, RowBatchPtr rows);
+    void removeAll();
+    /// Drops what lies behind the first 1000 rows.
+    void removeExtraData();
+    /// Reloads the view, if there is one yet, and lets it select several rows.
+    void updateView() override;
+
+    [[nodiscard]] const RowList& currentRows() const { return currentRows_; }
+    void setCurrentRows(RowList rows) { currentRows_ = std::move(rows); }
+    /// Not used by any operation; part of the class's interface. Not owned.
+    [[nodiscard]] const RowList* rowsObjects() const { return rowsObjects_; }
+    void setRowsObjects(const RowList* rows) { rowsObjects_ = rows; }
+
+    [[nodiscard]] const TableDescription& description() const { return description_; }
+
+    // TableDataSource.
+    [[nodiscard]] int numberOfRowsInTableView(const ThreatsTableView& tableView) const override;
+    [[nodiscard]] std::unique_ptr<CellView>
+    viewForTableColumn(ThreatsTableView& tableView, QLatin1String identifier, int row) override;
+    [[nodiscard]] std::optional<QString> cellText(QLatin1String identifier, int row) const override;
+    [[nodiscard]] std::optional<QString> cellToolTip(QLatin1String identifier,
+                                                     int row) const override;
+    void sortDescriptorsDidChange(ThreatsTableView& tableView) override;
+    void tableViewSelectionDidChange(const ThreatsTableView& tableView) override;
+    /// The copy key; any other key is left ignored.
+    void keyDown(QKeyEvent& event) override;
+
+protected:
+    ThreatsTableController(const TableDescription& description, RememberedSelections& selections,
+                           QObject* parent);
+
+    [[nodiscard]] ThreatsTableView* tableView() const { return tableView_; }
+    void setTableView(ThreatsTableView* view) { tableView_ = view; }
+
+    /// Text, tooltip, colour and line-break mode of a cell; the text is black already.
+    virtual void fillCell(CellView& cell, const TableColumn* column, int row) const;
+    [[nodiscard]] virtual std::optional<QString> toolTip(const TableColumn& column, int row) const;
+    [[nodiscard]] virtual QColor textColor(const TableColumn& column, const QString& text) const;
+
+    [[nodiscard]] std::optional<QString> value(int row, RowKey key) const;
+
+private:
+    [[nodiscard]] const TableColumn* column(QLatin1String identifier) const;
+
+    const TableDescription& description_;
+    RememberedSelections& selections_;
+    RowList currentRows_;
+    const RowList* rowsObjects_ = nullptr;
+    QPointer<ThreatsTableView> tableView_;
+};
+
+} // namespace korvale

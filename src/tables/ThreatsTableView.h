@@ -1,0 +1,114 @@
+#pragma once
+
+#include "tables/CellPool.h"
+#include "tables/RowIndexes.h"
+#include "tables/SortDescriptor.h"
+#include "tables/TableDescription.h"
+
+#include <QTableView>
+
+#include <deque>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace korvale {
+
+class CustHeaderView;
+class RowsModel;
+class TableDataSource;
+
+/// A table whose cost depends on the rows in sight, not on the rows it has: rows are equally high
+/// and positions are computed. QTableView would keep a record per row in its vertical header and
+/// rebuild them at each reset, so everything vertical is done here and that header stays without
+/// sections; QTableView's own row functions (rowAt, rowHeight, ...) therefore know no rows. Light
+/// in both appearances; one selected row is a whole row.
+class ThreatsTableView : public QTableView {
+    Q_OBJECT
+
+public:
+    explicit ThreatsTableView(QWidget* parent = nullptr);
+    ~ThreatsTableView() override;
+
+    /// `source` is not owned and outlives the view or is taken away with nullptr.
+    void setDataSource(TableDataSource* source);
+    /// The columns, left to right; titles are keys until a header cell is installed for them.
+    void setColumns(std::span<const TableColumn> columns);
+    [[nodiscard]] std::span<const TableColumn> columns() const { return columns_; }
+    [[nodiscard]] CustHeaderView& header() const { return *header_; }
+    /// Horizontal and vertical space between cells, in points.
+    void setIntercellSpacing(const QSize& spacing);
+    [[nodiscard]] QSize intercellSpacing() const { return intercellSpacing_; }
+    /// The quiet line in the middle while there are no rows.
+    void setPlaceholder(const QString& text);
+    void setAllowsMultipleSelection(bool allowed);
+    /// Who gets the keys that the view has no use for; nullptr for nobody. Not owned.
+    void setNextResponder(TableDataSource* responder) { nextResponder_ = responder; }
+
+    /// Takes row count and cells anew. Scroll position, current and selected positions stay as far
+    /// as they exist; that is no selection change.
+    void reloadData();
+
+    [[nodiscard]] RowIndexes selectedRowIndexes() const;
+    [[nodiscard]] const SortDescriptors& sortDescriptors() const { return sortDescriptors_; }
+    /// What a click on the title of `column` does: sorts by it, or turns the order.
+    void sortByColumn(int column);
+
+    /// A cell out of sight with that identifier, to be used again; nullptr when there is none.
+    [[nodiscard]] std::unique_ptr<CellView> makeView(QLatin1String identifier);
+    /// The cell as it is in sight now; nullptr when it is not.
+    [[nodiscard]] const CellView* visibleCell(int row, int column) const;
+
+    [[nodiscard]] int rowHeight() const { return rowHeight_; }
+
+    // QAbstractItemView, for equally high rows.
+    [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
+    [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    void doItemsLayout() override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void updateGeometries() override;
+    void selectionChanged(const QItemSelection& selected,
+                          const QItemSelection& deselected) override;
+    [[nodiscard]] int verticalOffset() const override;
+    [[nodiscard]] bool isIndexHidden(const QModelIndex& index) const override;
+    [[nodiscard]] QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers) override;
+    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
+    [[nodiscard]] QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+
+private:
+    using CellRow = std::vector<std::unique_ptr<CellView>>;
+
+    [[nodiscard]] int rowCount() const;
+    [[nodiscard]] int rowAtY(int y) const;
+    void measureRows();
+    void prepareCells();
+    void recycle(CellRow& row);
+    void recycleAll();
+    void paintRow(QPainter& painter, int row, const QRect& dirty);
+    void paintPlaceholder(QPainter& painter);
+    void showToolTip(const QPoint& globalPosition, const QPoint& position);
+    void restore(const RowIndexes& selected, const QModelIndex& current);
+
+    std::span<const TableColumn> columns_;
+    SortDescriptors sortDescriptors_;
+    QString placeholder_;
+    QSize intercellSpacing_;
+    CustHeaderView* header_ = nullptr;
+    RowsModel* model_ = nullptr;
+    TableDataSource* source_ = nullptr;
+    TableDataSource* nextResponder_ = nullptr;
+    CellPool pool_;
+    std::deque<CellRow> visible_; ///< cells in sight, from row firstVisible_ on
+    int firstVisible_ = 0;
+    int rowHeight_ = 1;
+    bool reloading_ = false;
+    bool inUpdateGeometries_ = false;
+};
+
+} // namespace korvale
