@@ -1,0 +1,61 @@
+#include "shell/WindowLook.h"
+
+#include <array>
+
+namespace korvale {
+namespace {
+
+/// One role of the palette in both appearances; `faded` is its colour where a control is disabled.
+struct RoleColors {
+    QPalette::ColorRole role;
+    QRgb light;
+    QRgb dark;
+};
+
+constexpr std::array roleColors{
+    RoleColors{QPalette::Window, 0xfff4f6f9, 0xff1f242c},
+    RoleColors{QPalette::WindowText, 0xff1c2430, 0xffe6eaf0},
+    RoleColors{QPalette::Base, 0xffffffff, 0xff171b21},
+    RoleColors{QPalette::AlternateBase, 0xfff7f8fa, 0xff1b2027},
+    RoleColors{QPalette::Text, 0xff1c2430, 0xffe6eaf0},
+    RoleColors{QPalette::PlaceholderText, 0xff667080, 0xff98a2b0},
+    RoleColors{QPalette::Button, 0xffe9edf2, 0xff2b323c},
+    RoleColors{QPalette::ButtonText, 0xff1c2430, 0xffe6eaf0},
+    RoleColors{QPalette::BrightText, 0xffffffff, 0xffffffff},
+    RoleColors{QPalette::Light, 0xffffffff, 0xff3a434f},
+    RoleColors{QPalette::Midlight, 0xfff0f3f6, 0xff323a45},
+    RoleColors{QPalette::Mid, 0xffc3cad4, 0xff15181d},
+    RoleColors{QPalette::Dark, 0xffa9b2be, 0xff12151a},
+    RoleColors{QPalette::Shadow, 0xff6b7480, 0xff0b0d10},
+    RoleColors{QPalette::Highlight, 0xff1f66c1, 0xff3b82db},
+    RoleColors{QPalette::HighlightedText, 0xffffffff, 0xffffffff},
+    RoleColors{QPalette::Link, 0xff1f66c1, 0xff7db4f5},
+    RoleColors{QPalette::LinkVisited, 0xff6a4fa3, 0xffb39ddb},
+    RoleColors{QPalette::ToolTipBase, 0xffffffff, 0xff2b323c},
+    RoleColors{QPalette::ToolTipText, 0xff1c2430, 0xffe6eaf0},
+};
+
+constexpr std::array textRoles{QPalette::WindowText, QPalette::Text, QPalette::ButtonText};
+
+} // namespace
+
+WindowColors windowColors(bool dark) {
+    if (dark) {
+        return {QColor(0xff2a313b), QColor(0xff242a33), QColor(0xff11151a)};
+    }
+    return {QColor(0xfffdfdfe), QColor(0xffedf0f4), QColor(0xffd3d9e1)};
+}
+
+QPalette windowPalette(bool dark) {
+    QPalette palette;
+    for (const RoleColors& colors : roleColors) {
+        palette.setColor(colors.role, QColor(dark ? colors.dark : colors.light));
+    }
+    const QColor faded(dark ? 0xff7a8492 : 0xff8b94a1);
+    for (const QPalette::ColorRole role : textRoles) {
+        palette.setColor(QPalette::Disabled, role, faded);
+    }
+    return palette;
+}
+
+} // namespace korvale

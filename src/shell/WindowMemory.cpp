@@ -1,0 +1,107 @@
+#include "shell/WindowMemory.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <utility>
+
+namespace korvale {
+namespace {
+
+constexpr qint64 largestFile = 64 * 1024;
+constexpr int widestColumn = 10000;
+constexpr int narrowestColumn = 8;
+
+constexpr QLatin1String geometryKey{"geometry"};
+constexpr QLatin1String columnsKey{"columns"};
+
+/// Widths of one table; none at all when one of them makes no sense.
+QList<int> columnWidths(const QJsonArray& array) {
+    QList<int> widths;
+    for (const QJsonValue& value : array) {
+        const int width = value.toInt();
+        if (width < narrowestColumn || width > widestColumn) {
+            return {};
+        }
+        widths.append(width);
+    }
+    return widths;
+}
+
+WindowPlacement placementFrom(const QJsonObject& object) {
+    WindowPlacement placement;
+    placement.geometry = QByteArray::fromBase64(object[geometryKey].toString().toLatin1());
+    const QJsonObject columns = object[columnsKey].toObject();
+    for (auto table = columns.begin(); table != columns.end(); ++table) {
+        if (QList<int> widths = columnWidths(table.value().toArray()); !widths.isEmpty()) {
+            placement.columnWidths.insert(table.key(), std::move(widths));
+        }
+    }
+    return placement;
+}
+
+QByteArray toJson(const WindowPlacement& placement) {
+    QJsonObject columns;
+    for (auto table = placement.columnWidths.begin(); table != placement.columnWidths.end();
+         ++table) {
+        QJsonArray widths;
+        for (const int width : table.value()) {
+            widths.append(width);
+        }
+        columns.insert(table.key(), widths);
+    }
+    return QJsonDocument(
+               QJsonObject{{geometryKey, QString::fromLatin1(placement.geometry.toBase64())},
+                           {columnsKey, columns}})
+        .toJson();
+}
+
+void write(const QString& path, const QByteArray& content) {
+    QDir().mkpath(QFileInfo(path).path());
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(content);
+        file.commit();
+    }
+}
+
+} // namespace
+
+WindowMemory::WindowMemory(QString path) : m_path(std::move(path)) {
+    m_writer.setMaxThreadCount(1); // two writes never overtake each other
+    m_writer.setExpiryTimeout(0);
+}
+
+WindowMemory::~WindowMemory() {
+    m_writer.waitForDone();
+}
+
+QString WindowMemory::userPath() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QLatin1String("/Korvale/KorvaleUI-window.json");
+}
+
+WindowPlacement WindowMemory::load() {
+    QFile file(m_path);
+    if (!QFileInfo(m_path).isFile() || !file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    m_last = placementFrom(QJsonDocument::fromJson(file.read(largestFile)).object());
+    return m_last;
+}
+
+void WindowMemory::save(const WindowPlacement& placement) {
+    if (placement == m_last) {
+        return;
+    }
+    m_last = placement;
+    m_writer.start([path = m_path, content = toJson(placement)] { write(path, content); });
+}
+
+} // namespace korvale
