@@ -1,4 +1,5 @@
 """The program and the stand-in agent as the tests run them: real processes in a DesktopSession."""
+import json
 import os
 import pathlib
 import re
@@ -127,6 +128,10 @@ class Agent:
         if match.group(1) != "ok":
             raise SessionError(f"agent refused {command!r}: {match.group(2)}")
         return match.group(2)
+
+    def requests(self):
+        """Every request the agent got so far, each as its JSON object."""
+        return json.loads(self.tell("requests"))
 
     def tell_all(self, *commands):
         for command in commands:

@@ -1,0 +1,77 @@
+#!/usr/bin/python3
+"""Reads the program's window over AT-SPI. Arguments: its pid and what to print.
+
+rows: the current tab's label, a tab, and how many rows its table has.
+tree: every accessible as one JSON line: depth, role, name, description.
+cells: the current table's cells as a JSON list of rows.
+"""
+import json
+import sys
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi  # noqa: E402
+
+MOST_ROWS = 50
+
+
+def children(node):
+    return [child for child in (node.get_child_at_index(index)
+                                for index in range(min(node.get_child_count(), 2000)))
+            if child is not None]
+
+
+def find(node, role):
+    """The first showing accessible of that role, depth first."""
+    if node.get_role() == role and node.get_state_set().contains(Atspi.StateType.SHOWING):
+        return node
+    if node.get_role() == Atspi.Role.TABLE:
+        return None
+    for child in children(node):
+        found = find(child, role)
+        if found is not None:
+            return found
+    return None
+
+
+def application(pid):
+    for app in children(Atspi.get_desktop(0)):
+        if app.get_process_id() == pid:
+            return app
+    sys.exit(f"no accessible application of pid {pid}")
+
+
+def cell_texts(table):
+    grid = table.get_table_iface()
+    rows = min(grid.get_n_rows(), MOST_ROWS)
+    return [[grid.get_accessible_at(row, column).get_name()
+             for column in range(grid.get_n_columns())] for row in range(rows)]
+
+
+def print_tree(node, depth=0):
+    print(json.dumps([depth, node.get_role_name(), node.get_name(), node.get_description()]))
+    if node.get_role() != Atspi.Role.TABLE:
+        for child in children(node):
+            print_tree(child, depth + 1)
+
+
+def main():
+    app = application(int(sys.argv[1]))
+    what = sys.argv[2]
+    if what == "tree":
+        print_tree(app)
+        return
+    table = find(app, Atspi.Role.TABLE)
+    if table is None:
+        sys.exit("no table is showing")
+    if what == "rows":
+        tabs = find(app, Atspi.Role.PAGE_TAB_LIST)
+        print(f"{tabs.get_name() if tabs else ''}\t{table.get_table_iface().get_n_rows()}")
+    elif what == "cells":
+        print(json.dumps(cell_texts(table)))
+    else:
+        sys.exit(f"nothing is called {what}")
+
+
+main()

@@ -1,0 +1,189 @@
+"""What the agent says and how it lives, seen at the item, the notifications and the log."""
+import os
+import signal
+
+from desktop_case import DesktopCase, wait_until
+from drivers import host_cache
+from texts import text
+
+
+class AgentReports(DesktopCase):
+    def setUp(self):
+        super().setUp()
+        self.empty_folders()
+
+    def connected(self, *arguments):
+        """A program whose item is green, and its agent."""
+        agent = self.agent()
+        agent.tell("policy notifications on")
+        program = self.program(*arguments)
+        item = self.item(program)
+        wait_until(lambda: {"CMD_": "POLY"} in agent.requests(), "the first poll")
+        agent.tell_all("start", "halyx on", "quillmar on")
+        item.wait_colour("green")
+        wait_until(lambda: item.entry(text("CM_ShowNotifications")).checked, "the policy's mark")
+        return program, agent, item
+
+    def test_green_while_connected_and_yellow_after(self):
+        _, agent, item = self.connected()
+        self.assertIn(text("Safe"), item.tooltip())
+        agent.tell("stop")
+        item.wait_colour("yellow")
+        self.assertIn(text("OfflineMode"), item.tooltip())
+
+    def test_a_threat_turns_it_red_and_is_notified(self):
+        _, agent, item = self.connected()
+        agent.tell_all("threat /home/me/Downloads/Evil.BIN 1 aa11", "publish")
+        item.wait_colour("red")
+        self.assertIn(text("Unsafe"), item.tooltip())
+        call = self.wait_notification(lambda call: "evil.bin" in call["body"])
+        self.assertEqual(call["summary"], text("ProductEP"))
+        self.assertEqual(call["hints"]["desktop-entry"], "com.korvale.ui")
+        self.assertEqual(call["replaces_id"], 0)
+        self.assertEqual(call["actions"], [])
+        self.assertIn("image-data", call["hints"])
+        self.assertEqual(call["app_name"], "KorvaleUI")
+        self.assertTrue(call["body"].startswith(
+            f"<b>{text('NotificationSubtitleUnsafeDetected')}</b>\n"), call["body"])
+
+    def test_a_lost_driver_is_red_until_it_is_back(self):
+        _, agent, item = self.connected()
+        agent.tell("driver lost")
+        item.wait_colour("red")
+        agent.tell("driver connected")
+        item.wait_colour("green")
+
+    def test_blocked_programs_are_notified_by_name(self):
+        _, agent, _ = self.connected()
+        for command, key in (("exe-blocked", "NotificationSubtitleExecutionBlock"),
+                             ("process-terminated", "NotificationSubtitleProcessTerminated"),
+                             ("process-blocked", "NotificationSubtitleProcessActionBlocked")):
+            before = len(self.notifications())
+            agent.tell(f"{command} /opt/games/<b>bad&ugly")
+            call = self.wait_notification(lambda call: True, before)
+            self.assertEqual(call["body"], f"<b>{text(key)}</b>\n&lt;b&gt;bad&amp;ugly")
+
+    def test_policy_problems_are_notified(self):
+        _, agent, _ = self.connected()
+        for problem, name in (("expired", "PolicyExpired"),
+                              ("invalid-company", "PolicyInvalidCompanyId"),
+                              ("invalid-signature", "PolicyInvalidSignature")):
+            before = len(self.notifications())
+            agent.tell(f"policy {problem}")
+            call = self.wait_notification(lambda call: True, before)
+            self.assertIn(text(f"NotificationSubtitle{name}"), call["body"])
+
+    def test_a_console_message_carries_its_link_once_per_click(self):
+        _, agent, _ = self.connected()
+        opened = self.desktop.folder / "opened"
+        before = len(self.notifications())
+        agent.tell("consumer-notification Please-restart https://korvale.example/why?a=1&b=2")
+        call = self.wait_notification(lambda call: True, before)
+        self.assertEqual(call["actions"][0], "default")
+        self.assertTrue(call["actions"][1])
+        self.assertFalse(opened.exists())
+
+    def test_the_companion_product_speaks_under_its_own_name(self):
+        _, agent, _ = self.connected()
+        before = len(self.notifications())
+        agent.tell("sondar Look here: 50%@ off")
+        call = self.wait_notification(lambda call: True, before)
+        self.assertEqual((call["summary"], call["body"]),
+                         (text("KorvaleSONDAR"), "Look here: 50%@ off"))
+
+    def test_the_persons_choice_outranks_the_policy(self):
+        _, agent, item = self.connected()
+        item.click(item.entry(text("CM_ShowNotifications")))
+        wait_until(lambda: not item.entry(text("CM_ShowNotifications")).checked, "no mark")
+        before = len(self.notifications())
+        agent.tell("exe-blocked /opt/silent")
+        item.click(item.entry(text("CM_ShowNotifications")))
+        wait_until(lambda: item.entry(text("CM_ShowNotifications")).checked, "the mark")
+        agent.tell("exe-blocked /opt/loud")
+        call = self.wait_notification(lambda call: True, before)
+        self.assertIn("loud", call["body"])
+
+    def test_bad_files_count_as_absent(self):
+        program, agent, item = self.connected()
+        for kind in ("truncated", "not-json", "wrong-types", "list", "huge-number", "duplicate",
+                     "empty", "fifo"):
+            agent.tell_all(f"malformed-file file_states.log {kind}",
+                           "post com.korvale.timer.aggregated_messages")
+        (host_cache(self.desktop) / "file_states.log").unlink()
+        agent.tell_all("threat /tmp/after-all.exe 1 bb22", "publish")
+        item.wait_colour("red")
+        self.assertTrue(program.running())
+
+    def test_bad_replies_are_failed_ones(self):
+        program, agent, item = self.connected()
+        for kind in ("not-dictionary", "wrong-signature", "bad-json", "no-data", "error"):
+            agent.tell(f"malformed-reply {kind}")
+            before = len(agent.requests())
+            item.click(item.entry(text("CheckForUpdates")))
+            wait_until(lambda: len(agent.requests()) > before, "the request")
+        program.wait_log(r'^ERROR "Service returned bad status for checkUpdates\."$')
+        self.assertTrue(program.running())
+
+
+class AgentLife(DesktopCase):
+    def test_it_comes_late_restarts_and_is_killed(self):
+        self.empty_folders()
+        program = self.program()
+        item = self.item(program)
+        for _ in range(2):
+            with_agent = self.agent()
+            with_agent.tell_all("start", "halyx on")
+            item.wait_colour("green")
+            seen = len(program.log.lines)
+            with_agent.kill()
+            program.wait_log(r'^INFO "client received event: Connection interrupted"$', seen)
+            wait_until(item.menu, "the menu")
+
+    def test_a_hanging_agent_leaves_the_menu_alive(self):
+        agent = self.agent()
+        agent.tell("hang on")
+        item = self.item(program := self.program())
+        item.click(item.entry(text("CheckForUpdates")))
+        self.assertTrue(item.menu())
+        item.click(item.entry(text("Exit")))
+        self.assertEqual(program.wait_exit(), 0)
+
+    def test_the_bus_goes_and_comes_back(self):
+        program = self.program()
+        item = self.item(program)
+        first = self.agent()
+        first.tell_all("start", "halyx on")
+        item.wait_colour("green")
+        seen = len(program.log.lines)
+        self.desktop.stop_part("system-bus", signal.SIGKILL)
+        first.kill()
+        program.wait_log(r'^INFO "client received event: Connection invalid"$', seen)
+        self.assertTrue(item.menu())
+        self.desktop.start_system_bus()
+        second = self.agent()
+        wait_until(lambda: second.requests(), "the program on the new bus", 30)
+        second.tell("stop")
+        item.wait_colour("yellow")
+
+    def test_an_impostor_is_refused_and_ignored(self):
+        agent = self.agent()
+        agent.tell_all("start", "halyx on")
+        program = self.program()
+        item = self.item(program)
+        agent.tell_all("start", "halyx on")
+        item.wait_colour("green")
+        # any process may emit signals on the bus; only the name's owner is heard
+        self.desktop.run(["dbus-send", f"--bus={self.desktop.env['DBUS_SYSTEM_BUS_ADDRESS']}",
+                          "--type=signal", "/com/korvale/agent_server",
+                          "com.korvale.driver.notconnected"])
+        agent.tell("running")
+        self.assertEqual(item.colour(), "green")
+        if os.geteuid() == 0:
+            script = ("import dbus,dbus.bus,sys\n"
+                      "bus=dbus.bus.BusConnection(sys.argv[1])\n"
+                      "try: bus.request_name('com.korvale.agent_server')\n"
+                      "except dbus.DBusException as e: print(e.get_dbus_name())\n")
+            refused = self.desktop.run(["setpriv", "--reuid=65534", "--regid=65534",
+                                        "--clear-groups", "/usr/bin/python3", "-c", script,
+                                        self.desktop.env["DBUS_SYSTEM_BUS_ADDRESS"]])
+            self.assertEqual(refused.strip(), "org.freedesktop.DBus.Error.AccessDenied")

@@ -1,0 +1,112 @@
+"""Starting, ending and what standard error says meanwhile."""
+import os
+import signal
+import socket
+import subprocess
+import unittest
+
+from desktop_case import DesktopCase, wait_until
+from drivers import BINARIES
+
+
+class Start(DesktopCase):
+    def test_log_lines_stand_in_their_order(self):
+        program = self.program()
+        at, _ = program.wait_log(r'^INFO "main\(\) Bastion KorveleUI Enter"$')
+        at, _ = program.wait_log(
+            r'^INFO "UtilLogVersionNumber\(\) Korvale Bastion KorvaleUI version = .+ \(.+\)"$', at)
+        at, _ = program.wait_log(r'^INFO "UtilLogOSVersionNumber\(\) System macOS version .+"$', at)
+        at, _ = program.wait_log(r'^INFO "main\(\) Bastion KorveleUI Log Level INFO"$', at)
+        at, _ = program.wait_log(r'^INFO "main\(\) Bastion KorveleUI Bundle ID com.korvale.ui"$', at)
+        program.wait_log(rf'^INFO "app\(KorvaleUI\), pid\({program.pid}\)"$', at)
+
+    def test_a_root_for_tests_is_warned_of(self):
+        self.program().wait_log(r'^WARN ".*KORVALE_ROOT')
+
+    def test_termination_signals_end_with_zero_and_the_exit_line(self):
+        for sig in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(sig=sig):
+                program = self.program()
+                self.item(program)
+                os.kill(program.pid, sig)
+                self.assertEqual(program.wait_exit(), 0)
+                program.wait_log(
+                    r'^INFO "-\[AppDelegate applicationWillTerminate:\] Bastion KorvaleUI Exit"$')
+
+    def test_a_termination_during_launch_takes_effect(self):
+        program = self.program()
+        program.wait_log(r"Bundle ID")
+        os.kill(program.pid, signal.SIGTERM)
+        self.assertIn(program.wait_exit(), (0, -signal.SIGTERM))
+
+    def test_a_second_start_shows_the_window_of_the_first_and_ends(self):
+        first = self.program()
+        self.item(first)
+        second = self.program()
+        self.assertEqual(second.wait_exit(), 0)
+        second.wait_log(r'^INFO "KorvaleUI: an instance already running"$')
+        wait_until(lambda: self.windows(first), "the first one's window")
+
+    def test_an_application_of_the_reserved_name_prevents_the_start(self):
+        folder = self.desktop.folder / "data" / "applications"
+        folder.mkdir(parents=True, exist_ok=True)
+        entry = folder / "bastion.desktop"
+        entry.write_text("[Desktop Entry]\nType=Application\nName=KorvaleBASTION\nExec=sleep 60\n")
+        self.addCleanup(entry.unlink)
+        other = subprocess.Popen(["sleep", "60"], env=self.desktop.env)
+        self.addCleanup(other.wait)
+        self.addCleanup(other.kill)
+        program = self.program()
+        self.assertEqual(program.wait_exit(), 0)
+        program.wait_log(rf'^INFO "app\(KorvaleBASTION\), pid\({other.pid}\)"$')
+        program.wait_log(r'^INFO "KorvaleUI: an instance already running"$')
+
+    def windows(self, program):
+        found = self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                  str(program.pid)], check=False)
+        return found.split()
+
+
+class StartWithoutHelp(DesktopCase):
+    """No session bus, no system bus, no panel."""
+    parts = {"panel": False, "notifications": None, "system_bus": False}
+
+    def test_no_session_bus_is_no_obstacle(self):
+        program = self.program(environment={"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"})
+        program.wait_log(r"Bundle ID")
+        with self.assertRaises(subprocess.TimeoutExpired):
+            program.wait_exit(3)
+        os.kill(program.pid, signal.SIGTERM)
+        self.assertEqual(program.wait_exit(), 0)
+
+    def test_a_dead_display_is_one_clear_line(self):
+        for display in (":4711", "nonsense", None):
+            with self.subTest(display=display):
+                program = self.program(environment={"DISPLAY": display})
+                self.assertGreater(program.wait_exit(), 0)
+                plain = [line for line in program.log.lines
+                         if not line.startswith(("INFO", "WARN"))]
+                self.assertEqual(len(plain), 1, plain)
+                self.assertIn("display", plain[0])
+
+    def test_a_bus_that_accepts_and_never_answers_blocks_nothing(self):
+        path = str(self.desktop.folder / "deaf_bus")
+        with socket.socket(socket.AF_UNIX) as deaf:
+            deaf.bind(path)
+            deaf.listen()
+            program = self.program(environment={"DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={path}"})
+            program.wait_log(r"Bundle ID")
+            wait_until(lambda: self.desktop.has_name("com.korvale.ui"), "the program's name", 10)
+            os.kill(program.pid, signal.SIGTERM)
+            self.assertEqual(program.wait_exit(5), 0)
+
+
+class WithoutDesktop(unittest.TestCase):
+    """--help and --version answer anywhere."""
+
+    def test_help_and_version_answer_and_end(self):
+        for option in ("--help", "--version"):
+            done = subprocess.run([BINARIES / "korvale-ui", option], env={"PATH": "/usr/bin"},
+                                  capture_output=True, text=True, timeout=20)
+            self.assertEqual(done.returncode, 0)
+            self.assertIn("KorvaleUI", done.stdout)

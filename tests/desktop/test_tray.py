@@ -1,0 +1,174 @@
+"""The status item and its menu, read as a panel reads them."""
+import os
+import signal
+
+from desktop_case import DesktopCase, wait_until
+from texts import text
+
+NORMAL_MENU = ["ShowDetailsMenu", None, "CheckForUpdates", "CM_CheckForPolicyUpdate", "About", None,
+               "CM_ShowNotifications", None, "Exit"]
+ADVANCED_MENU = NORMAL_MENU[:-2] + [None, "TM_Logging", "TM_Detection", None, "Exit"]
+
+
+class Tray(DesktopCase):
+    def labels(self, keys):
+        return ["---" if key is None else text(key) for key in keys]
+
+    def menu_labels(self, item):
+        return [repr(entry) for entry in item.menu()]
+
+    def test_the_item_is_yellow_at_first_and_says_so(self):
+        item = self.item(self.program())
+        item.wait_colour("yellow")
+        self.assertEqual(item.tooltip().split("\n"), [text("ProductEP"), text("OfflineMode")])
+
+    def test_the_menu_holds_its_items_in_order(self):
+        item = self.item(self.program())
+        wait_until(item.menu, "the menu")
+        self.assertEqual(self.menu_labels(item), self.labels(NORMAL_MENU))
+        self.assertTrue(all(entry.enabled for entry in item.menu()))
+        self.assertFalse(item.entry(text("CM_ShowNotifications")).checked)
+
+    def test_the_advanced_menu_offers_levels_and_scans(self):
+        item = self.item(self.program("-a"))
+        self.assertEqual(self.menu_labels(item), self.labels(ADVANCED_MENU))
+        levels = item.entry(text("TM_Logging")).children
+        self.assertEqual([entry.label for entry in levels],
+                         self.labels(["TM_Error", "TM_Warning", "TM_Information", "TM_All"]))
+        scans = item.entry(text("TM_Detection")).children
+        self.assertEqual([entry.label for entry in scans],
+                         self.labels(["TM_Background", "TM_Folder", "TM_Stop"]))
+
+    def test_a_one_time_file_gives_the_advanced_menu_once(self):
+        folder = self.desktop.folder / "data" / "Korvale"
+        folder.mkdir(parents=True, exist_ok=True)
+        (folder / "uiArgs").write_text("please -a")
+        first = self.program()
+        self.assertEqual(self.menu_labels(self.item(first)), self.labels(ADVANCED_MENU))
+        self.assertFalse((folder / "uiArgs").exists())
+        os.kill(first.pid, signal.SIGTERM)
+        first.wait_exit()
+        self.assertEqual(self.menu_labels(self.item(self.program())), self.labels(NORMAL_MENU))
+
+    def test_without_a_user_interface_the_menu_is_short_and_the_item_green(self):
+        folder = self.desktop.root / "etc" / "korvale-ui"
+        folder.mkdir(parents=True, exist_ok=True)
+        (folder / "Info.json").write_text('{"NoKorvaleUI": 1}')
+        self.addCleanup((folder / "Info.json").unlink)
+        item = self.item(self.program())
+        item.wait_colour("green")
+        self.assertEqual(self.menu_labels(item), self.labels(["About", None, "Exit"]))
+
+    def test_the_administrator_can_take_the_policy_check_away(self):
+        folder = self.desktop.root / "etc" / "korvale-ui"
+        folder.mkdir(parents=True, exist_ok=True)
+        (folder / "Info.json").write_text('{"Allow Check For Policy Update": false}')
+        self.addCleanup((folder / "Info.json").unlink)
+        labels = self.menu_labels(self.item(self.program()))
+        self.assertNotIn(text("CM_CheckForPolicyUpdate"), labels)
+        self.assertEqual(labels[labels.index(text("CheckForUpdates")) + 1], text("About"))
+
+    def test_exit_ends_the_program(self):
+        program = self.program()
+        item = self.item(program)
+        item.click(item.entry(text("Exit")))
+        self.assertEqual(program.wait_exit(), 0)
+        program.wait_log(r'^INFO "exitApp\."$')
+        program.wait_log(r"applicationWillTerminate")
+
+    def test_the_notification_mark_follows_the_choice_and_is_kept(self):
+        self.empty_folders()
+        program = self.program()
+        item = self.item(program)
+        item.click(item.entry(text("CM_ShowNotifications")))
+        wait_until(lambda: item.entry(text("CM_ShowNotifications")).checked, "the mark")
+        kept = self.desktop.folder / "config" / "Korvale" / "KorvaleUI.conf"
+        self.assertEqual(sorted(kept.read_text().split()),
+                         ["ShowUserNotificationChanged=1", "UserNotificationOn=1", "[General]"])
+        os.kill(program.pid, signal.SIGTERM)
+        program.wait_exit()
+        item = self.item(self.program())
+        self.assertTrue(item.entry(text("CM_ShowNotifications")).checked)
+        item.click(item.entry(text("CM_ShowNotifications")))
+        wait_until(lambda: not item.entry(text("CM_ShowNotifications")).checked, "no mark")
+        self.assertEqual(sorted(kept.read_text().split()),
+                         ["ShowUserNotificationChanged=1", "[General]"])
+        kept.unlink()
+
+    def test_the_menu_items_send_their_requests(self):
+        agent = self.agent()
+        item = self.item(self.program("-a"))
+        for key, request in (("CheckForUpdates", {"CMD_": "CHKU"}),
+                             ("CM_CheckForPolicyUpdate", {"CMD_": "PLYU"}),
+                             ("TM_Background", {"CMD_": "SCAN", "START": " "}),
+                             ("TM_Stop", {"CMD_": "SCAN", "STOP": " "})):
+            item.click(item.entry(text(key)))
+            wait_until(lambda: request in agent.requests(), f"{request}")
+
+    def test_the_log_level_marks_follow_the_agent(self):
+        agent = self.agent()
+        agent.tell('set-reply GLOG {"RESP": "OK", "VALU": "1"}')
+        item = self.item(self.program("-a"))
+        for _ in range(2):  # asked anew each time the submenu opens
+            before = agent.requests().count({"CMD_": "GLOG"})
+            item.open(item.entry(text("TM_Logging")))
+            wait_until(lambda: agent.requests().count({"CMD_": "GLOG"}) > before, "GLOG")
+        wait_until(lambda: item.entry(text("TM_Warning")).checked, "the agent's level")
+        item.click(item.entry(text("TM_All")))
+        wait_until(lambda: {"CMD_": "SLOG", "VALU": "3"} in agent.requests(), "SLOG")
+        wait_until(lambda: item.entry(text("TM_All")).checked, "the chosen level")
+        self.assertFalse(item.entry(text("TM_Warning")).checked)
+
+    def test_left_click_opens_the_details(self):
+        program = self.program()
+        self.item(program).activate()
+        wait_until(lambda: self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                             str(program.pid)], check=False).split(), "the window")
+
+
+class TrayHosts(DesktopCase):
+    parts = {"panel": False}
+
+    def test_a_late_host_and_a_restarted_one_show_the_present_item(self):
+        program = self.program()
+        program.wait_log("Bundle ID")
+        self.desktop.start_panel()
+        self.item(program).wait_colour("yellow")
+        self.desktop.stop_panel()
+        agent = self.agent()
+        agent.tell_all("start", "halyx on")
+        self.desktop.start_panel()
+        item = self.item(program)
+        item.wait_colour("green")
+        self.assertIn(text("Safe"), item.tooltip())
+        self.desktop.stop_panel()
+
+
+class Appearance(DesktopCase):
+    def test_the_picture_follows_dark_and_light(self):
+        self.desktop.start_service("portal", "settings_portal.py", "0")
+        self.addCleanup(self.desktop.stop_part, "portal")
+        item = self.item(self.program())
+        item.wait_colour("yellow")
+        light = item.pixmap()
+        self.set_scheme(1)
+        wait_until(lambda: item.pixmap() != light, "the picture for dark")
+        self.set_scheme(2)
+        wait_until(lambda: item.pixmap() == light, "the picture for light")
+
+    def test_dark_from_the_start(self):
+        light_item = self.item(first := self.program())
+        light_item.wait_colour("yellow")
+        light = light_item.pixmap()
+        os.kill(first.pid, signal.SIGTERM)
+        first.wait_exit()
+        self.desktop.start_service("portal", "settings_portal.py", "1")
+        self.addCleanup(self.desktop.stop_part, "portal")
+        item = self.item(self.program())
+        wait_until(lambda: item.pixmap() != light, "the picture for dark")
+
+    def set_scheme(self, scheme):
+        bus = self.desktop.session_bus()
+        self.addCleanup(bus.close)
+        bus.get_object("org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop"
+                       ).SetColorScheme(scheme, dbus_interface="com.korvale.Test")
