@@ -1,10 +1,10 @@
 #include "core/Logging.h"
 
+#include "platform/SystemLogSink.h"
 #include "platform/TextFormat.h"
 
 #include <array>
 #include <atomic>
-#include <cstdio>
 
 namespace korvale {
 namespace {
@@ -12,32 +12,63 @@ namespace {
 std::atomic<LogSink*> chosenSink{nullptr};
 std::atomic<LogLevel> processLogLevel{static_cast<LogLevel>(KORVALE_LOG_LEVEL)};
 
+constexpr std::array levelWords{"ERROR", "WARN", "INFO", "DEBUG"};
+
+/// Before the sink is chosen (the very first lines, and tests) standard error alone is there.
+void writeLine(LogLevel level, const QString& text) {
+    const QByteArray line = escapeControlCharacters(text).toUtf8();
+    if (LogSink* sink = chosenSink) {
+        sink->write(level, line);
+    } else {
+        writeToStandardError(line);
+    }
+}
+
 } // namespace
 
-LogLevel logLevel() { return processLogLevel; }
-void setLogSink(LogSink* sink) { chosenSink = sink; }
-void setLogLevel(LogLevel level) { processLogLevel = level; }
+LogLevel logLevel() {
+    return processLogLevel;
+}
+void setLogSink(LogSink* sink) {
+    chosenSink = sink;
+}
+void setLogLevel(LogLevel level) {
+    processLogLevel = level;
+}
+
+const char* logLevelWord(LogLevel level) {
+    return levelWords[static_cast<std::size_t>(level)];
+}
+
+QString escapeControlCharacters(const QString& text) {
+    QString result;
+    result.reserve(text.size());
+    for (const QChar character : text) {
+        if (character.category() == QChar::Other_Control) {
+            result += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
+        } else {
+            result += character;
+        }
+    }
+    return result;
+}
 
 void OSLoggingLogMessage(LogLevel level, const char* format,
                          std::initializer_list<QString> arguments) {
-    static constexpr std::array levelWords{"ERROR", "WARN", "INFO", "DEBUG"};
     const QString message = formatText(QString::fromUtf8(format), arguments);
-    const QByteArray line = QByteArray(levelWords[static_cast<std::size_t>(level)]) + " \"" +
-                            message.toUtf8() + '"';
-    if (LogSink* sink = chosenSink) {
-        sink->write(level, line);
-        return;
-    }
-    std::fprintf(stderr, "%s\n", line.constData());
+    writeLine(level, QString::fromLatin1(logLevelWord(level)) + QStringLiteral(" \"") + message +
+                         QLatin1Char('"'));
 }
 
 void logTrace(const char* format, std::initializer_list<QString> arguments) {
-    const QByteArray line = formatText(QString::fromUtf8(format), arguments).toUtf8();
-    if (LogSink* sink = chosenSink) {
-        sink->write(LogLevel::Info, line);
-        return;
-    }
-    std::fprintf(stderr, "%s\n", line.constData());
+    writeLine(LogLevel::Info, formatText(QString::fromUtf8(format), arguments));
 }
+
+void UninitializedLogging(const char* category, const char* message) {
+    logTrace("Uninitialized Logging [%s] %s",
+             {QString::fromUtf8(category), QString::fromUtf8(message)});
+}
+
+void OSLoggingShutdown() {}
 
 } // namespace korvale

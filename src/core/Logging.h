@@ -13,7 +13,9 @@ namespace korvale {
 
 /// True when lines of `level` are written. Every caller of OSLoggingLogMessage asks first, so that
 /// the arguments of a suppressed line are not even computed.
-[[nodiscard]] inline bool logs(LogLevel level) { return logLevel() >= level; }
+[[nodiscard]] inline bool logs(LogLevel level) {
+    return logLevel() >= level;
+}
 
 /// Formats and writes one line: the level word, a blank, and the message between double quotes.
 /// Placeholders of `format` (given without the quotes) are filled as formatText does. Any thread.
@@ -23,7 +25,20 @@ void OSLoggingLogMessage(LogLevel level, const char* format,
 /// A trace line: to the same sink as it is, without level word and quotes.
 void logTrace(const char* format, std::initializer_list<QString> arguments);
 
-/// For tests: takes the lines instead of the system's log until called with nullptr. Not owned.
+/// Kept for use before start-up; nothing in the program calls it.
+void UninitializedLogging(const char* category, const char* message);
+
+/// The last act of applicationWillTerminate; does nothing, as the system's log needs no closing.
+void OSLoggingShutdown();
+
+/// "ERROR", "WARN", "INFO" or "DEBUG".
+[[nodiscard]] const char* logLevelWord(LogLevel level);
+
+/// `text` with every control character (C0, DEL, C1) written \xNN, so that no file name can forge
+/// a second line or steer a terminal.
+[[nodiscard]] QString escapeControlCharacters(const QString& text);
+
+/// Where lines go from now on; with nullptr (as at first) to standard error alone. Not owned.
 void setLogSink(LogSink* sink);
 /// For tests of lines that this build's level suppresses.
 void setLogLevel(LogLevel level);

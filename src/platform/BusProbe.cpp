@@ -1,0 +1,154 @@
+#include "platform/BusProbe.h"
+
+#include <QFileInfo>
+#include <QList>
+#include <QSocketNotifier>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <optional>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace korvale {
+namespace {
+
+/// Value of `key` in one address entry such as "unix:path=/run/bus,guid=1"; %xx undone.
+QByteArray addressValue(const QByteArray& entry, const QByteArray& key) {
+    for (const QByteArray& pair : entry.mid(entry.indexOf(':') + 1).split(',')) {
+        if (pair.startsWith(key + '=')) {
+            return QByteArray::fromPercentEncoding(pair.mid(key.size() + 1));
+        }
+    }
+    return {};
+}
+
+/// Name of the socket in the form the kernel wants: a leading NUL marks an abstract one.
+std::optional<QByteArray> socketName(const QByteArray& entry) {
+    if (const QByteArray path = addressValue(entry, "path"); !path.isEmpty()) {
+        return path;
+    }
+    if (const QByteArray name = addressValue(entry, "abstract"); !name.isEmpty()) {
+        return QByteArray(1, '\0') + name;
+    }
+    return std::nullopt;
+}
+
+/// A connected, non-blocking socket, or -1.
+int connectedSocket(const QByteArray& name) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (static_cast<std::size_t>(name.size()) >= sizeof address.sun_path) {
+        return -1;
+    }
+    std::copy(name.begin(), name.end(), std::begin(address.sun_path));
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (socket < 0) {
+        return -1;
+    }
+    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) +
+                                               static_cast<std::size_t>(name.size()));
+    const void* const generic = &address;
+    if (::connect(socket, static_cast<const sockaddr*>(generic), length) != 0) {
+        ::close(socket);
+        return -1;
+    }
+    return socket;
+}
+
+} // namespace
+
+BusProbe::BusProbe(const QByteArray& address, QObject* parent) : QObject(parent) {
+    for (const QByteArray& entry : address.split(';')) {
+        ask(entry);
+        if (m_state != State::Absent) {
+            return;
+        }
+    }
+}
+
+BusProbe::~BusProbe() {
+    m_notifier.reset();
+    if (m_socket >= 0) {
+        ::close(m_socket);
+    }
+}
+
+void BusProbe::ask(const QByteArray& address) {
+    if (!address.startsWith("unix:")) {
+        // Other transports (tcp, unixexec) are taken on trust.
+        m_state = address.contains(':') ? State::Answered : State::Absent;
+        return;
+    }
+    const std::optional<QByteArray> name = socketName(address);
+    m_socket = name ? connectedSocket(*name) : -1;
+    if (m_socket < 0) {
+        // A full queue of clients is a bus that hangs, but there is nothing to listen on.
+        return;
+    }
+    // The credentials byte, then the first line of the authentication protocol.
+    const QByteArray hello =
+        QByteArray(1, '\0') + "AUTH EXTERNAL " + QByteArray::number(::getuid()).toHex() + "\r\n";
+    if (::send(m_socket, hello.constData(), static_cast<std::size_t>(hello.size()), MSG_NOSIGNAL) ==
+        hello.size()) {
+        m_state = State::Asking;
+    }
+}
+
+BusProbe::State BusProbe::waitBriefly(int milliseconds) {
+    if (m_state == State::Asking) {
+        pollfd waiting{m_socket, POLLIN, 0};
+        if (::poll(&waiting, 1, milliseconds) > 0) {
+            readAnswer();
+        }
+    }
+    return m_state;
+}
+
+void BusProbe::watch() {
+    if (m_state != State::Asking || m_notifier) {
+        return;
+    }
+    m_notifier = std::make_unique<QSocketNotifier>(m_socket, QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &BusProbe::readAnswer);
+}
+
+void BusProbe::readAnswer() {
+    std::array<char, 256> answer{};
+    const ssize_t length = ::recv(m_socket, answer.data(), answer.size(), 0);
+    if (length < 0 && (errno == EAGAIN || errno == EINTR)) {
+        return;
+    }
+    m_state = length > 0 ? State::Answered : State::Absent;
+    if (m_notifier) {
+        m_notifier->setEnabled(false);
+    }
+    ::close(m_socket);
+    m_socket = -1;
+    Q_EMIT answered();
+}
+
+QByteArray sessionBusAddress() {
+    const QByteArray given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    if (!given.isEmpty()) {
+        return given;
+    }
+    const QByteArray runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
+    const QByteArray socket = runtimeFolder + "/bus";
+    if (runtimeFolder.isEmpty() || !QFileInfo::exists(QString::fromLocal8Bit(socket))) {
+        return {};
+    }
+    return "unix:path=" + socket.toPercentEncoding("/");
+}
+
+QByteArray systemBusAddress() {
+    const QByteArray given = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
+    return given.isEmpty() ? QByteArrayLiteral("unix:path=/var/run/dbus/system_bus_socket") : given;
+}
+
+} // namespace korvale

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+
+#include <memory>
+
+class QSocketNotifier;
+
+namespace korvale {
+
+/// Finds out, without ever waiting, whether a message bus answers: libdbus greets a bus with a
+/// blocking call, so that a bus that accepts connections but hangs would hang its client too.
+/// Main thread.
+class BusProbe : public QObject {
+    Q_OBJECT
+public:
+    enum class State {
+        Asking,   ///< connected; nothing heard yet
+        Answered, ///< the bus spoke (or its transport cannot be asked): greeting it will not hang
+        Absent,   ///< nothing listens there: greeting it fails at once
+    };
+
+    /// Begins to ask. `address` is a server address list of the D-Bus specification; the first
+    /// entry that can be reached is asked.
+    explicit BusProbe(const QByteArray& address, QObject* parent = nullptr);
+    ~BusProbe() override;
+
+    [[nodiscard]] State state() const { return m_state; }
+    /// Gives the answer `milliseconds` at most to arrive, then returns the state.
+    State waitBriefly(int milliseconds);
+    /// Reports the answer through answered() once the event loop runs, however late it comes.
+    void watch();
+
+Q_SIGNALS:
+    /// The state is no longer Asking.
+    void answered();
+
+private:
+    void ask(const QByteArray& address);
+    void readAnswer();
+
+    State m_state = State::Absent;
+    int m_socket = -1;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+/// The session bus's address: DBUS_SESSION_BUS_ADDRESS, else the socket in XDG_RUNTIME_DIR when it
+/// exists, else empty. A bus is never launched.
+[[nodiscard]] QByteArray sessionBusAddress();
+/// The system bus's: DBUS_SYSTEM_BUS_ADDRESS, else the well-known socket.
+[[nodiscard]] QByteArray systemBusAddress();
+
+} // namespace korvale

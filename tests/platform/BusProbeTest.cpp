@@ -1,0 +1,130 @@
+#include "platform/BusProbe.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <algorithm>
+#include <array>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace korvale {
+namespace {
+
+/// A listening socket that says nothing by itself: a bus that hangs until told to speak.
+class SilentBus {
+public:
+    SilentBus() : m_listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        const QByteArray name = path();
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::copy(name.begin(), name.end(), std::begin(address.sun_path));
+        const void* const generic = &address;
+        EXPECT_EQ(bind(m_listener, static_cast<const sockaddr*>(generic), sizeof address), 0);
+        EXPECT_EQ(listen(m_listener, 1), 0);
+    }
+    ~SilentBus() {
+        close(m_client);
+        close(m_listener);
+    }
+    SilentBus(const SilentBus&) = delete;
+    SilentBus& operator=(const SilentBus&) = delete;
+
+    [[nodiscard]] QByteArray address() const { return "unix:path=" + path() + ",guid=12"; }
+    void speak() {
+        m_client = accept(m_listener, nullptr, nullptr);
+        EXPECT_EQ(write(m_client, "OK 12\r\n", 7), 7);
+    }
+    QByteArray heard() const {
+        std::array<char, 128> text{};
+        const ssize_t length = read(m_client, text.data(), text.size());
+        return {text.data(), std::max<ssize_t>(length, 0)};
+    }
+    void hangUp() { close(accept(m_listener, nullptr, nullptr)); }
+
+private:
+    [[nodiscard]] QByteArray path() const {
+        return m_folder.filePath(QStringLiteral("bus")).toUtf8();
+    }
+    QTemporaryDir m_folder;
+    int m_listener;
+    int m_client = -1;
+};
+
+TEST(BusProbe, NothingListeningIsAbsent) {
+    for (const char* address : {"", "nonsense", "unix:", "unix:path=/nonexistent/bus",
+                                "unix:abstract=korvale-nobody-here", "unix:tmpdir=/tmp"}) {
+        EXPECT_EQ(BusProbe(address).state(), BusProbe::State::Absent) << address;
+    }
+    EXPECT_EQ(BusProbe("unix:path=/" + QByteArray(200, 'x')).state(), BusProbe::State::Absent);
+}
+
+TEST(BusProbe, OtherTransportsAreTakenOnTrust) {
+    EXPECT_EQ(BusProbe("tcp:host=localhost,port=1").state(), BusProbe::State::Answered);
+}
+
+TEST(BusProbe, ABusThatHangsIsNotWaitedFor) {
+    const SilentBus bus;
+    BusProbe probe(bus.address());
+    EXPECT_EQ(probe.state(), BusProbe::State::Asking);
+    EXPECT_EQ(probe.waitBriefly(10), BusProbe::State::Asking);
+}
+
+TEST(BusProbe, ABusThatSpeaksHasAnswered) {
+    SilentBus bus;
+    BusProbe probe(bus.address());
+    bus.speak();
+    EXPECT_EQ(probe.waitBriefly(10'000), BusProbe::State::Answered);
+    EXPECT_TRUE(bus.heard().startsWith(QByteArray(1, '\0') + "AUTH EXTERNAL "));
+}
+
+TEST(BusProbe, ALateAnswerIsReported) {
+    SilentBus bus;
+    BusProbe probe(bus.address());
+    QEventLoop loop;
+    QObject::connect(&probe, &BusProbe::answered, &loop, &QEventLoop::quit);
+    QTimer::singleShot(0, &loop, [&] { bus.speak(); });
+    probe.watch();
+    loop.exec();
+    EXPECT_EQ(probe.state(), BusProbe::State::Answered);
+}
+
+TEST(BusProbe, ABusThatHangsUpIsAbsent) {
+    SilentBus bus;
+    BusProbe probe(bus.address());
+    bus.hangUp();
+    EXPECT_EQ(probe.waitBriefly(10'000), BusProbe::State::Absent);
+}
+
+TEST(BusProbe, TheFirstReachableEntryOfAListIsAsked) {
+    SilentBus bus;
+    BusProbe probe("unix:path=/nonexistent/bus;" + bus.address());
+    EXPECT_EQ(probe.state(), BusProbe::State::Asking);
+}
+
+TEST(BusAddress, SessionBusIsTheGivenOneElseTheRuntimeFolders) {
+    const QTemporaryDir folder;
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/given");
+    EXPECT_EQ(sessionBusAddress(), "unix:path=/given");
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
+    EXPECT_EQ(sessionBusAddress(), QByteArray());
+    QFile(folder.filePath(QStringLiteral("bus"))).open(QIODevice::WriteOnly);
+    EXPECT_EQ(sessionBusAddress(), "unix:path=" + folder.path().toUtf8() + "/bus");
+    qunsetenv("XDG_RUNTIME_DIR");
+    EXPECT_EQ(sessionBusAddress(), QByteArray());
+}
+
+} // namespace
+} // namespace korvale
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
