@@ -1,4 +1,4 @@
-#include "platform/BusProbe.h"
+#include "platform/SessionBusProbe.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -56,55 +56,57 @@ private:
     int m_client = -1;
 };
 
-TEST(BusProbe, NothingListeningIsAbsent) {
+TEST(SessionBusProbe, NothingListeningIsAbsent) {
     for (const char* address : {"", "nonsense", "unix:", "unix:path=/nonexistent/bus",
                                 "unix:abstract=korvale-nobody-here", "unix:tmpdir=/tmp"}) {
-        EXPECT_EQ(BusProbe(address).state(), BusProbe::State::Absent) << address;
+        EXPECT_EQ(SessionBusProbe(address).state(), SessionBusProbe::State::Absent) << address;
     }
-    EXPECT_EQ(BusProbe("unix:path=/" + QByteArray(200, 'x')).state(), BusProbe::State::Absent);
+    EXPECT_EQ(SessionBusProbe("unix:path=/" + QByteArray(200, 'x')).state(),
+              SessionBusProbe::State::Absent);
 }
 
-TEST(BusProbe, OtherTransportsAreTakenOnTrust) {
-    EXPECT_EQ(BusProbe("tcp:host=localhost,port=1").state(), BusProbe::State::Answered);
+TEST(SessionBusProbe, OtherTransportsAreTakenOnTrust) {
+    EXPECT_EQ(SessionBusProbe("tcp:host=localhost,port=1").state(),
+              SessionBusProbe::State::Answered);
 }
 
-TEST(BusProbe, ABusThatHangsIsNotWaitedFor) {
+TEST(SessionBusProbe, ABusThatHangsIsNotWaitedFor) {
     const SilentBus bus;
-    BusProbe probe(bus.address());
-    EXPECT_EQ(probe.state(), BusProbe::State::Asking);
-    EXPECT_EQ(probe.waitBriefly(10), BusProbe::State::Asking);
+    SessionBusProbe probe(bus.address());
+    EXPECT_EQ(probe.state(), SessionBusProbe::State::Asking);
+    EXPECT_EQ(probe.waitBriefly(10), SessionBusProbe::State::Asking);
 }
 
-TEST(BusProbe, ABusThatSpeaksHasAnswered) {
+TEST(SessionBusProbe, ABusThatSpeaksHasAnswered) {
     SilentBus bus;
-    BusProbe probe(bus.address());
+    SessionBusProbe probe(bus.address());
     bus.speak();
-    EXPECT_EQ(probe.waitBriefly(10'000), BusProbe::State::Answered);
+    EXPECT_EQ(probe.waitBriefly(10'000), SessionBusProbe::State::Answered);
     EXPECT_TRUE(bus.heard().startsWith(QByteArray(1, '\0') + "AUTH EXTERNAL "));
 }
 
-TEST(BusProbe, ALateAnswerIsReported) {
+TEST(SessionBusProbe, ALateAnswerIsReported) {
     SilentBus bus;
-    BusProbe probe(bus.address());
+    SessionBusProbe probe(bus.address());
     QEventLoop loop;
-    QObject::connect(&probe, &BusProbe::answered, &loop, &QEventLoop::quit);
+    QObject::connect(&probe, &SessionBusProbe::answered, &loop, &QEventLoop::quit);
     QTimer::singleShot(0, &loop, [&] { bus.speak(); });
     probe.watch();
     loop.exec();
-    EXPECT_EQ(probe.state(), BusProbe::State::Answered);
+    EXPECT_EQ(probe.state(), SessionBusProbe::State::Answered);
 }
 
-TEST(BusProbe, ABusThatHangsUpIsAbsent) {
+TEST(SessionBusProbe, ABusThatHangsUpIsAbsent) {
     SilentBus bus;
-    BusProbe probe(bus.address());
+    SessionBusProbe probe(bus.address());
     bus.hangUp();
-    EXPECT_EQ(probe.waitBriefly(10'000), BusProbe::State::Absent);
+    EXPECT_EQ(probe.waitBriefly(10'000), SessionBusProbe::State::Absent);
 }
 
-TEST(BusProbe, TheFirstReachableEntryOfAListIsAsked) {
+TEST(SessionBusProbe, TheFirstReachableEntryOfAListIsAsked) {
     SilentBus bus;
-    BusProbe probe("unix:path=/nonexistent/bus;" + bus.address());
-    EXPECT_EQ(probe.state(), BusProbe::State::Asking);
+    SessionBusProbe probe("unix:path=/nonexistent/bus;" + bus.address());
+    EXPECT_EQ(probe.state(), SessionBusProbe::State::Asking);
 }
 
 TEST(BusAddress, SessionBusIsTheGivenOneElseTheRuntimeFolders) {

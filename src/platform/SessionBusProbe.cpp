@@ -1,4 +1,4 @@
-#include "platform/BusProbe.h"
+#include "platform/SessionBusProbe.h"
 
 #include <QFileInfo>
 #include <QList>
@@ -63,7 +63,7 @@ int connectedSocket(const QByteArray& name) {
 
 } // namespace
 
-BusProbe::BusProbe(const QByteArray& address, QObject* parent) : QObject(parent) {
+SessionBusProbe::SessionBusProbe(const QByteArray& address, QObject* parent) : QObject(parent) {
     for (const QByteArray& entry : address.split(';')) {
         ask(entry);
         if (m_state != State::Absent) {
@@ -72,14 +72,14 @@ BusProbe::BusProbe(const QByteArray& address, QObject* parent) : QObject(parent)
     }
 }
 
-BusProbe::~BusProbe() {
+SessionBusProbe::~SessionBusProbe() {
     m_notifier.reset();
     if (m_socket >= 0) {
         ::close(m_socket);
     }
 }
 
-void BusProbe::ask(const QByteArray& address) {
+void SessionBusProbe::ask(const QByteArray& address) {
     if (!address.startsWith("unix:")) {
         // Other transports (tcp, unixexec) are taken on trust.
         m_state = address.contains(':') ? State::Answered : State::Absent;
@@ -100,7 +100,7 @@ void BusProbe::ask(const QByteArray& address) {
     }
 }
 
-BusProbe::State BusProbe::waitBriefly(int milliseconds) {
+SessionBusProbe::State SessionBusProbe::waitBriefly(int milliseconds) {
     if (m_state == State::Asking) {
         pollfd waiting{m_socket, POLLIN, 0};
         if (::poll(&waiting, 1, milliseconds) > 0) {
@@ -110,15 +110,15 @@ BusProbe::State BusProbe::waitBriefly(int milliseconds) {
     return m_state;
 }
 
-void BusProbe::watch() {
+void SessionBusProbe::watch() {
     if (m_state != State::Asking || m_notifier) {
         return;
     }
     m_notifier = std::make_unique<QSocketNotifier>(m_socket, QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &BusProbe::readAnswer);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &SessionBusProbe::readAnswer);
 }
 
-void BusProbe::readAnswer() {
+void SessionBusProbe::readAnswer() {
     std::array<char, 256> answer{};
     const ssize_t length = ::recv(m_socket, answer.data(), answer.size(), 0);
     if (length < 0 && (errno == EAGAIN || errno == EINTR)) {
@@ -144,11 +144,6 @@ QByteArray sessionBusAddress() {
         return {};
     }
     return "unix:path=" + socket.toPercentEncoding("/");
-}
-
-QByteArray systemBusAddress() {
-    const QByteArray given = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
-    return given.isEmpty() ? QByteArrayLiteral("unix:path=/var/run/dbus/system_bus_socket") : given;
 }
 
 } // namespace korvale
