@@ -1,2 +1,0 @@
-#include "model/Displays.h"
-#include "model/TableFeeds.h"
