@@ -12,6 +12,12 @@
 
 namespace korvale {
 
+/// A row: which batch, and where in it.
+struct RowRef {
+    std::uint32_t batch = 0;
+    std::uint32_t index = 0;
+};
+
 /// The rows of a table in display order: references into the batches that hold them. A batch in its
 /// own order costs nothing per row. Main thread.
 class RowList {
@@ -32,16 +38,9 @@ public:
     void sort(const SortDescriptors& descriptors);
 
 private:
-    struct RowRef {
-        std::uint32_t batch;
-        std::uint32_t index;
-    };
-
     [[nodiscard]] RowRef at(std::size_t row) const;
     void makeOrderExplicit();
     void dropUnusedBatches();
-    void sortRange(std::size_t first, std::size_t last, const SortDescriptors& descriptors,
-                   std::size_t level);
 
     std::vector<RowBatchPtr> batches_;
     std::vector<RowRef> order_; ///< empty while the only batch shows in its own order

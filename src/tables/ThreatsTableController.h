@@ -18,6 +18,8 @@ class ThreatsTableController : public QObject, public TableFeed, public TableDat
     Q_OBJECT
 
 public:
+    ~ThreatsTableController() override;
+
     /// An extended list keeps this many rows.
     static constexpr std::size_t maximumRows = 1000;
 

@@ -36,9 +36,6 @@ public:
     void setColumns(std::span<const TableColumn> columns);
     [[nodiscard]] std::span<const TableColumn> columns() const { return columns_; }
     [[nodiscard]] CustHeaderView& header() const { return *header_; }
-    /// Horizontal and vertical space between cells, in points.
-    void setIntercellSpacing(const QSize& spacing);
-    [[nodiscard]] QSize intercellSpacing() const { return intercellSpacing_; }
     /// The quiet line in the middle while there are no rows.
     void setPlaceholder(const QString& text);
     void setAllowsMultipleSelection(bool allowed);
@@ -54,12 +51,15 @@ public:
     /// What a click on the title of `column` does: sorts by it, or turns the order.
     void sortByColumn(int column);
 
+    [[nodiscard]] TableDataSource* dataSource() const { return source_; }
+
     /// A cell out of sight with that identifier, to be used again; nullptr when there is none.
     [[nodiscard]] std::unique_ptr<CellView> makeView(QLatin1String identifier);
     /// The cell as it is in sight now; nullptr when it is not.
     [[nodiscard]] const CellView* visibleCell(int row, int column) const;
 
-    [[nodiscard]] int rowHeight() const { return rowHeight_; }
+    [[nodiscard]] int heightOfRows() const { return rowHeight_; }
+    [[nodiscard]] std::size_t pooledCells() const { return pool_.size(); }
 
     // QAbstractItemView, for equally high rows.
     [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
@@ -98,7 +98,6 @@ private:
     std::span<const TableColumn> columns_;
     SortDescriptors sortDescriptors_;
     QString placeholder_;
-    QSize intercellSpacing_;
     CustHeaderView* header_ = nullptr;
     RowsModel* model_ = nullptr;
     TableDataSource* source_ = nullptr;

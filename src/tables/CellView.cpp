@@ -1,0 +1,50 @@
+#include "tables/CellView.h"
+
+#include "tables/SafeText.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace korvale {
+namespace {
+
+constexpr int sideMargin = 8;
+
+// Stacked marks can draw far outside their line.
+bool mayLeaveItsLine(const QString& text) {
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x0300; });
+}
+
+} // namespace
+
+void CellView::setText(const QString& text) {
+    text_ = text;
+    shownText_ = singleLineText(text);
+}
+
+void CellView::draw(QPainter& painter, const QRect& frame, Qt::LayoutDirection direction) const {
+    painter.fillRect(frame, backgroundColor_);
+    if (shownText_.isEmpty()) {
+        return;
+    }
+    const QRect place = frame.adjusted(sideMargin, 0, -sideMargin, 0);
+    const bool truncate = lineBreakMode_ == LineBreakMode::TruncateTail;
+    const QString line =
+        truncate ? painter.fontMetrics().elidedText(shownText_, Qt::ElideRight, place.width())
+                 : shownText_;
+    const bool clip = mayLeaveItsLine(line);
+    if (clip) {
+        painter.save();
+        painter.setClipRect(frame, Qt::IntersectClip);
+    }
+    painter.setPen(textColor_);
+    painter.setLayoutDirection(direction);
+    painter.drawText(place, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, line);
+    if (clip) {
+        painter.restore();
+    }
+}
+
+} // namespace korvale

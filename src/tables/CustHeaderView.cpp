@@ -1,0 +1,96 @@
+#include "tables/CustHeaderView.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyleOptionHeader>
+
+#include <algorithm>
+#include <utility>
+
+namespace korvale {
+namespace {
+
+constexpr int verticalPadding = 11; // the separator line and air above and below the title
+constexpr int minimumSection = 40;
+constexpr QRgb focusColor = 0xFF3A78C9;
+
+} // namespace
+
+CustHeaderView::CustHeaderView(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+    setSectionsClickable(true);
+    setHighlightSections(false);
+    setStretchLastSection(true);
+    setMinimumSectionSize(minimumSection);
+    setFocusPolicy(Qt::TabFocus);
+}
+
+void CustHeaderView::setHeaderCell(int section, CustHeaderCell cell) {
+    const auto index = static_cast<std::size_t>(section);
+    if (index >= cells_.size()) {
+        cells_.resize(index + 1);
+    }
+    cells_[index] = std::move(cell);
+    viewport()->update();
+}
+
+const CustHeaderCell& CustHeaderView::headerCell(int section) const {
+    static const CustHeaderCell none;
+    const auto index = static_cast<std::size_t>(section);
+    return section >= 0 && index < cells_.size() ? cells_[index] : none;
+}
+
+void CustHeaderView::setSortIndicator(int section, std::optional<bool> ascending) {
+    CustHeaderCell cell = headerCell(section);
+    cell.setSortIndicator(ascending);
+    setHeaderCell(section, std::move(cell));
+}
+
+QSize CustHeaderView::sizeHint() const {
+    return {QHeaderView::sizeHint().width(), fontMetrics().height() + verticalPadding};
+}
+
+void CustHeaderView::paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const {
+    QStyleOptionHeader option;
+    initStyleOptionForIndex(&option, logicalIndex);
+    const bool pressed = option.state.testFlag(QStyle::State_Sunken);
+    painter->setLayoutDirection(layoutDirection());
+    headerCell(logicalIndex).drawWithFrame(*painter, rect, pressed);
+    if (hasFocus() && logicalIndex == focused_) {
+        painter->setPen(QColor(focusColor));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(rect.adjusted(1, 1, -2, -3));
+    }
+}
+
+void CustHeaderView::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Left:
+        focusSection(focused_ - 1);
+        break;
+    case Qt::Key_Right:
+        focusSection(focused_ + 1);
+        break;
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        Q_EMIT sectionClicked(focused_);
+        break;
+    default:
+        event->ignore(); // on to the table; never an item view's own keys
+    }
+}
+
+void CustHeaderView::focusSection(int section) {
+    focused_ = std::clamp(section, 0, std::max(0, count() - 1));
+    viewport()->update();
+}
+
+void CustHeaderView::focusInEvent(QFocusEvent* /*event*/) {
+    viewport()->update();
+}
+
+void CustHeaderView::focusOutEvent(QFocusEvent* /*event*/) {
+    viewport()->update();
+}
+
+} // namespace korvale

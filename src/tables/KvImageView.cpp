@@ -1,0 +1,89 @@
+#include "tables/KvImageView.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWindow>
+
+namespace korvale {
+
+KvImageView::KvImageView(QWidget* parent) : QLabel(parent) {
+    setAlignment(Qt::AlignCenter);
+}
+
+void KvImageView::setImage(const QIcon& image) {
+    image_ = image;
+    showImage();
+}
+
+void KvImageView::setImageSize(const QSize& size) {
+    imageSize_ = size;
+    showImage();
+}
+
+void KvImageView::setClickable(bool clickable) {
+    clickable_ = clickable;
+    setFocusPolicy(clickable ? Qt::TabFocus : Qt::NoFocus);
+    if (clickable) {
+        setCursor(Qt::PointingHandCursor);
+    } else {
+        unsetCursor();
+    }
+}
+
+void KvImageView::showImage() {
+    setPixmap(image_.isNull() ? QPixmap() : image_.pixmap(imageSize_, devicePixelRatioF()));
+}
+
+bool KvImageView::event(QEvent* event) {
+    // The scale factor of the screen is known once there is a window, and may change with the
+    // screen.
+    if (event->type() == QEvent::Show || event->type() == QEvent::ScreenChangeInternal) {
+        showImage();
+    }
+    return QLabel::event(event);
+}
+
+void KvImageView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        pressed_ = event->position().toPoint();
+    }
+    event->accept();
+}
+
+void KvImageView::mouseMoveEvent(QMouseEvent* event) {
+    if (!pressed_) {
+        return;
+    }
+    const QPoint distance = event->position().toPoint() - *pressed_;
+    if (distance.manhattanLength() >= QApplication::startDragDistance()) {
+        pressed_.reset(); // from here on the window manager has the pointer
+        startWindowMove();
+    }
+}
+
+void KvImageView::mouseReleaseEvent(QMouseEvent* event) {
+    const bool wasPressed = pressed_.has_value();
+    pressed_.reset();
+    if (wasPressed && event->button() == Qt::LeftButton &&
+        rect().contains(event->position().toPoint())) {
+        Q_EMIT clicked();
+    }
+}
+
+void KvImageView::keyPressEvent(QKeyEvent* event) {
+    const bool activates = event->key() == Qt::Key_Space || event->key() == Qt::Key_Return ||
+                           event->key() == Qt::Key_Enter;
+    if (clickable_ && activates) {
+        Q_EMIT clicked();
+    } else {
+        event->ignore();
+    }
+}
+
+bool KvImageView::startWindowMove() {
+    QWindow* handle = window()->windowHandle();
+    return handle != nullptr && handle->startSystemMove();
+}
+
+} // namespace korvale

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "tables/RowList.h"
+#include "tables/TableDescription.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace korvale {
+
+/// The comma-separated text of the rows at `selection`, header line first; an absent selection
+/// gives the header alone. Values stand as they are, unquoted; one that a row lacks is "(null)". No
+/// text at all when a position lies beyond the rows.
+[[nodiscard]] std::optional<QString> copiedText(const RowList& rows,
+                                                const TableDescription& description,
+                                                const std::optional<RowIndexes>& selection);
+
+} // namespace korvale

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QAbstractTableModel>
+
+namespace korvale {
+
+class ThreatsTableView;
+
+/// The rows of a table view as Qt's item views, selection and accessibility know them. Its row
+/// count is that of the last reload, so rows that were replaced since do not show by themselves.
+class RowsModel final : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    explicit RowsModel(ThreatsTableView& view);
+
+    void reload(int rows);
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    /// Of a cell in sight what it shows, of any other what it would show.
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                      int role) const override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    ThreatsTableView& view_;
+    int rows_ = 0;
+};
+
+} // namespace korvale
