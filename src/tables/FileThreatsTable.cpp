@@ -44,7 +44,7 @@ std::optional<QString> FileThreatsTable::toolTip(const TableColumn& column, int 
     const QString paths = value(row, RowKey::FileToolTip).value_or(QString());
     int count = 0;
     for (const QStringView path : QStringTokenizer(paths, u'\n', Qt::SkipEmptyParts)) {
-        text += path + QStringLiteral("\n\n");
+        text.append(path).append(u"\n\n");
         if (++count == shownPaths) {
             return text + QStringLiteral("..."); // also when there is no fourth
         }

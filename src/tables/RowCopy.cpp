@@ -20,7 +20,7 @@ void appendLines(const RowList& rows, std::size_t row, const TableDescription& d
                  QString& text) {
     const QString fields = fieldsOf(rows, row, description.copyFields);
     if (!description.copyPaths) {
-        text += fields + u'\n';
+        text.append(fields).append(u'\n');
         return;
     }
     const std::optional<QString> paths = rows.text(row, *description.copyPaths);
@@ -28,7 +28,7 @@ void appendLines(const RowList& rows, std::size_t row, const TableDescription& d
         return;
     }
     for (const QStringView path : QStringTokenizer(*paths, u'\n')) {
-        text += fields + u',' + path + u'\n';
+        text.append(fields).append(u',').append(path).append(u'\n');
     }
 }
 
