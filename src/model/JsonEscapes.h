@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+
+namespace korvale {
+
+/// Resolves the escapes of a JSON string's inside in place and returns its new length; no value
+/// when an escape is wrong: unknown, cut short, or half a surrogate pair.
+[[nodiscard]] std::optional<std::size_t> resolveEscapes(std::span<char> text);
+
+} // namespace korvale

@@ -1,0 +1,292 @@
+#include "model/JsonParser.h"
+
+#include "model/JsonEscapes.h"
+#include "model/JsonNames.h"
+
+#include <cstring>
+#include <simdjson.h>
+#include <vector>
+
+namespace korvale {
+
+namespace {
+
+/// Work space beyond these sizes is given back after each text.
+constexpr std::size_t keptTextSize = std::size_t{32} << 20;
+constexpr std::size_t keptNames = std::size_t{1} << 18;
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+const char* skipDigits(const char* at) {
+    while (isDigit(*at)) {
+        ++at;
+    }
+    return at;
+}
+
+/// The place behind the JSON number at `at`, nullptr when there is none. Stops at a NUL.
+const char* skipNumber(const char* at) {
+    if (*at == '-') {
+        ++at;
+    }
+    if (!isDigit(*at)) {
+        return nullptr;
+    }
+    at = *at == '0' ? at + 1 : skipDigits(at);
+    if (*at == '.') {
+        if (!isDigit(*++at)) {
+            return nullptr;
+        }
+        at = skipDigits(at);
+    }
+    if (*at == 'e' || *at == 'E') {
+        ++at;
+        if (*at == '+' || *at == '-') {
+            ++at;
+        }
+        if (!isDigit(*at)) {
+            return nullptr;
+        }
+        at = skipDigits(at);
+    }
+    return at;
+}
+
+/// The grammar, over the places that simdjson's first stage found: each bracket, colon and comma,
+/// each opening quote, and the first character of all else. That stage has also checked the UTF-8,
+/// that strings are closed and that they hold no control characters.
+class Grammar {
+public:
+    Grammar(char* bytes, std::span<const std::uint32_t> places, JsonDocument& document,
+            std::vector<std::uint32_t>& names, JsonNames& duplicates)
+        : m_bytes(bytes),
+          m_place(places.data()),
+          m_end(places.data() + places.size()),
+          m_document(document),
+          m_names(names),
+          m_duplicates(duplicates),
+          m_backslash(nextBackslash(0)) {}
+
+    bool document() { return (peek() == '{' || peek() == '[') && value(1) && m_place == m_end; }
+
+private:
+    [[nodiscard]] char peek() const { return m_bytes[*m_place]; }
+
+    [[nodiscard]] std::size_t nextBackslash(std::size_t from) const {
+        const std::size_t size = *m_end;
+        const void* at = std::memchr(m_bytes + from, '\\', size - from);
+        return at ? static_cast<std::size_t>(static_cast<const char*>(at) - m_bytes) : size;
+    }
+
+    void add(JsonKind kind, std::size_t offset, std::size_t extent) {
+        JsonNode& node = m_document.nodes[m_count++];
+        node.kind = kind;
+        node.superseded = 0;
+        node.offset = offset & 0x0FFFFFFFU;
+        node.extent = static_cast<std::uint32_t>(extent);
+    }
+
+    // Recursion ends at maxJsonDepth.
+    // NOLINTBEGIN(misc-no-recursion)
+    bool value(std::size_t depth) {
+        switch (peek()) {
+        case '"':
+            return text();
+        case '{':
+            return depth <= maxJsonDepth && object(depth);
+        case '[':
+            return depth <= maxJsonDepth && list(depth);
+        case 't':
+            return word("true", JsonKind::True);
+        case 'f':
+            return word("false", JsonKind::False);
+        case 'n':
+            return word("null", JsonKind::Null);
+        default:
+            return number();
+        }
+    }
+
+    bool object(std::size_t depth) {
+        ++m_place;
+        const std::uint32_t self = m_count;
+        const std::size_t firstName = m_names.size();
+        add(JsonKind::Object, 0, 0);
+        if (peek() == '}') {
+            ++m_place;
+            close(self, 0);
+            return true;
+        }
+        char separator = '\0';
+        do {
+            m_names.push_back(m_count);
+            if (peek() != '"' || !text() || m_bytes[*m_place++] != ':' || !value(depth + 1)) {
+                return false;
+            }
+            separator = m_bytes[*m_place++];
+        } while (separator == ',');
+        if (separator != '}') {
+            return false;
+        }
+        close(self, m_duplicates.supersede(m_document, std::span(m_names).subspan(firstName)));
+        m_names.resize(firstName);
+        return true;
+    }
+
+    bool list(std::size_t depth) {
+        ++m_place;
+        const std::uint32_t self = m_count;
+        std::uint32_t size = 0;
+        add(JsonKind::List, 0, 0);
+        if (peek() == ']') {
+            ++m_place;
+            close(self, 0);
+            return true;
+        }
+        char separator = '\0';
+        do {
+            if (!value(depth + 1)) {
+                return false;
+            }
+            ++size;
+            separator = m_bytes[*m_place++];
+        } while (separator == ',');
+        close(self, size);
+        return separator == ']';
+    }
+    // NOLINTEND(misc-no-recursion)
+
+    void close(std::uint32_t self, std::uint32_t size) {
+        m_document.nodes[self].offset = size & 0x0FFFFFFFU;
+        m_document.nodes[self].extent = m_count;
+    }
+
+    bool text() {
+        const std::size_t begin = *m_place++ + std::size_t{1};
+        // Between a string and the next place there are blanks at most.
+        std::size_t end = *m_place - std::size_t{1};
+        while (isBlank(m_bytes[end])) {
+            --end;
+        }
+        if (m_backslash >= end) {
+            add(JsonKind::Text, begin, end - begin);
+            return true;
+        }
+        return escapedText(begin, end);
+    }
+
+    bool escapedText(std::size_t begin, std::size_t end) {
+        if (m_backslash < begin) {
+            return false; // outside of a string
+        }
+        const auto size = resolveEscapes({m_bytes + begin, end - begin});
+        m_backslash = nextBackslash(end);
+        if (size) {
+            add(JsonKind::Text, begin, *size);
+        }
+        return size.has_value();
+    }
+
+    bool number() {
+        const std::size_t begin = *m_place++;
+        const char* end = skipNumber(m_bytes + begin);
+        if (!end || !scalarEndsAt(end)) {
+            return false;
+        }
+        add(JsonKind::Number, begin, static_cast<std::size_t>(end - (m_bytes + begin)));
+        return true;
+    }
+
+    bool word(std::string_view expected, JsonKind kind) {
+        const char* begin = m_bytes + *m_place++;
+        // Stops at the NUL behind the text.
+        if (std::strncmp(begin, expected.data(), expected.size()) != 0 ||
+            !scalarEndsAt(begin + expected.size())) {
+            return false;
+        }
+        add(kind, 0, 0);
+        return true;
+    }
+
+    /// Nothing but blanks stands between a word's end and the next place, unless it is part of it.
+    [[nodiscard]] bool scalarEndsAt(const char* end) const {
+        return end == m_bytes + *m_place || isBlank(*end);
+    }
+
+    char* m_bytes;
+    const std::uint32_t* m_place;
+    const std::uint32_t* m_end; ///< holds the text's size, where m_bytes has a NUL
+    JsonDocument& m_document;
+    std::vector<std::uint32_t>& m_names; ///< nodes of the names of all open objects
+    JsonNames& m_duplicates;
+    std::size_t m_backslash; ///< the first one that was not resolved yet
+    std::uint32_t m_count = 0;
+};
+
+} // namespace
+
+struct JsonParser::Workspace {
+    std::unique_ptr<simdjson::internal::dom_parser_implementation> scanner;
+    std::vector<std::uint32_t> names;
+    JsonNames duplicates;
+
+    /// simdjson needs one place for each byte at worst; untouched ones cost no memory.
+    bool makeRoom(std::size_t size) {
+        if (!scanner) {
+            return simdjson::get_active_implementation()->create_dom_parser_implementation(
+                       size, 1, scanner) == simdjson::SUCCESS;
+        }
+        return size <= scanner->capacity() || scanner->allocate(size, 1) == simdjson::SUCCESS;
+    }
+
+    bool scan(const char* bytes, std::size_t size) {
+        if (!makeRoom(size)) {
+            scanner.reset();
+            return false;
+        }
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): simdjson reads bytes
+        const auto* from = static_cast<const std::uint8_t*>(static_cast<const void*>(bytes));
+        return scanner->stage1(from, size, simdjson::stage1_mode::regular) == simdjson::SUCCESS;
+    }
+};
+
+JsonParser::JsonParser() = default;
+JsonParser::~JsonParser() = default;
+
+std::shared_ptr<const JsonDocument> JsonParser::parse(std::shared_ptr<char[]> bytes,
+                                                      std::size_t size) {
+    if (size == 0 || size > maxJsonSize) {
+        return nullptr;
+    }
+    if (!m_workspace) {
+        m_workspace = std::make_unique<Workspace>();
+    }
+    bytes[size] = '\0';
+    std::shared_ptr<JsonDocument> document;
+    if (m_workspace->scan(bytes.get(), size)) {
+        const std::span<const std::uint32_t> places(m_workspace->scanner->structural_indexes.get(),
+                                                    m_workspace->scanner->n_structural_indexes);
+        document = std::make_shared<JsonDocument>();
+        // Each node takes a place of its own and all but the first a separator or bracket.
+        document->nodes = std::make_unique_for_overwrite<JsonNode[]>(places.size() + 1);
+        Grammar grammar(bytes.get(), places, *document, m_workspace->names,
+                        m_workspace->duplicates);
+        document->bytes = bytes;
+        if (!grammar.document()) {
+            document.reset();
+        }
+        m_workspace->names.clear();
+    }
+    if (size > keptTextSize) {
+        m_workspace.reset();
+    }
+    return document;
+}
+
+} // namespace korvale

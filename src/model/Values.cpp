@@ -1,0 +1,172 @@
+#include "model/Values.h"
+
+#include "model/JsonNumber.h"
+
+#include <algorithm>
+
+namespace korvale {
+
+namespace {
+
+QString fromUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// A JSON string, with the escapes that RFC 8259 asks for.
+QString quoted(std::string_view utf8) {
+    QString result = QStringLiteral("\"");
+    const QString text = fromUtf8(utf8);
+    for (const QChar c : text) {
+        if (c == u'"' || c == u'\\') {
+            result += u'\\';
+            result += c;
+        } else if (c.unicode() < 0x20) {
+            result += QStringLiteral("\\u%1").arg(int{c.unicode()}, 4, 16, QLatin1Char('0'));
+        } else {
+            result += c;
+        }
+    }
+    return result += u'"';
+}
+
+// Recursion ends at the depth that the parser admits.
+// NOLINTBEGIN(misc-no-recursion)
+void appendCompact(QString& out, const JsonValue& value) {
+    switch (value.kind()) {
+    case JsonKind::Null:
+        out += QLatin1String("null");
+        break;
+    case JsonKind::False:
+        out += QLatin1String("false");
+        break;
+    case JsonKind::True:
+        out += QLatin1String("true");
+        break;
+    case JsonKind::Number:
+        out += numberText(value.utf8());
+        break;
+    case JsonKind::Text:
+        out += quoted(value.utf8());
+        break;
+    case JsonKind::List:
+        out += u'[';
+        for (const JsonValue& element : value.elements()) {
+            appendCompact(out, element);
+            out += u',';
+        }
+        value.size() > 0 ? out.back() = u']' : out += u']';
+        break;
+    case JsonKind::Object:
+        out += u'{';
+        for (const JsonMember& member : value.members()) {
+            out += quoted(member.name.utf8()) + u':';
+            appendCompact(out, member.value);
+            out += u',';
+        }
+        value.size() > 0 ? out.back() = u'}' : out += u'}';
+        break;
+    }
+}
+// NOLINTEND(misc-no-recursion)
+
+bool isBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+std::string_view withoutBlanks(std::string_view text) {
+    const auto* first = std::find_if_not(text.begin(), text.end(), isBlank);
+    return text.substr(static_cast<std::size_t>(first - text.begin()));
+}
+
+std::uint64_t leadingInteger(std::string_view text) {
+    text = withoutBlanks(text);
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    std::uint64_t value = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9') {
+            break;
+        }
+        value = value * 10 + static_cast<std::uint64_t>(c - '0');
+    }
+    return negative ? 0 - value : value;
+}
+
+bool leadingBoolean(std::string_view text) {
+    text = withoutBlanks(text);
+    if (text.starts_with('-') || text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    const std::size_t first = text.find_first_not_of('0');
+    constexpr std::string_view yes = "YyTt123456789";
+    return first != std::string_view::npos && yes.find(text[first]) != std::string_view::npos;
+}
+
+} // namespace
+
+QString valueText(const JsonValue& value) {
+    switch (value.kind()) {
+    case JsonKind::Null:
+        return QStringLiteral("(null)");
+    case JsonKind::False:
+        return QStringLiteral("0");
+    case JsonKind::True:
+        return QStringLiteral("1");
+    case JsonKind::Number:
+        return numberText(value.utf8());
+    case JsonKind::Text:
+        return fromUtf8(value.utf8());
+    case JsonKind::List:
+    case JsonKind::Object:
+        break;
+    }
+    QString compact;
+    appendCompact(compact, value);
+    return compact;
+}
+
+std::optional<QString> cellText(const JsonValue& value) {
+    return value.isNull() ? std::nullopt : std::optional(valueText(value));
+}
+
+std::optional<QString> textOnly(const JsonValue& value) {
+    return value.isText() ? std::optional(fromUtf8(value.utf8())) : std::nullopt;
+}
+
+std::int64_t integerValue(const JsonValue& value) {
+    switch (value.kind()) {
+    case JsonKind::True:
+        return 1;
+    case JsonKind::Number:
+        return static_cast<std::int64_t>(numberToBits(value.utf8()));
+    case JsonKind::Text:
+        return static_cast<std::int64_t>(leadingInteger(value.utf8()));
+    default:
+        return 0;
+    }
+}
+
+std::int32_t integer32Value(const JsonValue& value) {
+    return static_cast<std::int32_t>(integerValue(value));
+}
+
+std::uint32_t unsigned32Value(const JsonValue& value) {
+    return static_cast<std::uint32_t>(integerValue(value));
+}
+
+bool booleanValue(const JsonValue& value) {
+    switch (value.kind()) {
+    case JsonKind::True:
+        return true;
+    case JsonKind::Number:
+        return !numberIsZero(value.utf8());
+    case JsonKind::Text:
+        return leadingBoolean(value.utf8());
+    default:
+        return false;
+    }
+}
+
+} // namespace korvale
