@@ -11,14 +11,14 @@ class QFileSystemWatcher;
 
 namespace korvale {
 
-class BusProbe;
+class BusSearch;
 
 /// The program's own connection to the system bus. It comes by itself when there is a bus, and
 /// comes back after the bus was restarted. Main thread.
 ///
 /// Connecting through Qt blocks its D-Bus thread, and with that every user of any bus, for as long
 /// as the daemon says nothing. So no address is handed to Qt before a probe of our own, which never
-/// waits, has had an answer from it.
+/// waits, has had an answer from it. What is left is a round trip with a bus that answers.
 ///
 /// While there is no bus, it is looked for after 20 ms, then at doubling intervals up to 2.5 s, and
 /// afresh whenever the folder of a socket changes. On the bus there is no timer and no watch.
@@ -27,14 +27,16 @@ class SystemBus final : public QObject {
 public:
     enum class State { Idle, FirstAttempt, Connected, Absent };
 
-    explicit SystemBus(QObject* parent = nullptr);
+    /// `answerLimitMs`: how long a bus that takes the connection may say nothing.
+    explicit SystemBus(int answerLimitMs = 5000, QObject* parent = nullptr);
     ~SystemBus() override;
 
     /// Starts looking for the bus; the event loop does the rest. Only the first call counts.
     void start();
-    /// The same for one-shot starts, which sleep instead of turning the event loop: holds up the
-    /// caller until the bus or each of its addresses has failed to answer for `timeoutMs`.
-    void startAndWait(int timeoutMs);
+    /// Ends a first attempt that is still going on, for one-shot starts, which sleep instead of
+    /// turning the event loop: holds up the caller until the bus or, for each of its addresses,
+    /// `timeoutMs` has had its say. Does nothing in any other state.
+    void finishFirstAttempt(int timeoutMs);
 
     [[nodiscard]] State state() const { return m_state; }
     /// The present connection; keep no copy of it. Not connected unless state() is Connected.
@@ -53,16 +55,17 @@ private Q_SLOTS:
 
 private:
     void tryNow();
-    void onProbed(const QString& address);
+    void onSearched(const QString& address);
     void connectTo(const QString& address);
     void retryLater();
     void watchSocketFolders();
 
     State m_state = State::Idle;
     QString m_name; ///< of the connection within Qt
-    std::unique_ptr<BusProbe> m_probe;
+    std::unique_ptr<BusSearch> m_search;
     std::unique_ptr<QFileSystemWatcher> m_folders;
     QTimer m_retry;
+    int m_answerLimitMs;
     int m_retryDelayMs;
 };
 

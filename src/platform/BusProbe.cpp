@@ -1,4 +1,4 @@
-#include "platform/SessionBusProbe.h"
+#include "platform/BusProbe.h"
 
 #include <QFileInfo>
 #include <QList>
@@ -18,22 +18,12 @@
 namespace korvale {
 namespace {
 
-/// Value of `key` in one address entry such as "unix:path=/run/bus,guid=1"; %xx undone.
-QByteArray addressValue(const QByteArray& entry, const QByteArray& key) {
-    for (const QByteArray& pair : entry.mid(entry.indexOf(':') + 1).split(',')) {
-        if (pair.startsWith(key + '=')) {
-            return QByteArray::fromPercentEncoding(pair.mid(key.size() + 1));
-        }
-    }
-    return {};
-}
-
 /// Name of the socket in the form the kernel wants: a leading NUL marks an abstract one.
 std::optional<QByteArray> socketName(const QByteArray& entry) {
-    if (const QByteArray path = addressValue(entry, "path"); !path.isEmpty()) {
+    if (const QByteArray path = busAddressValue(entry, "path"); !path.isEmpty()) {
         return path;
     }
-    if (const QByteArray name = addressValue(entry, "abstract"); !name.isEmpty()) {
+    if (const QByteArray name = busAddressValue(entry, "abstract"); !name.isEmpty()) {
         return QByteArray(1, '\0') + name;
     }
     return std::nullopt;
@@ -63,7 +53,16 @@ int connectedSocket(const QByteArray& name) {
 
 } // namespace
 
-SessionBusProbe::SessionBusProbe(const QByteArray& address, QObject* parent) : QObject(parent) {
+QByteArray busAddressValue(const QByteArray& entry, const QByteArray& key) {
+    for (const QByteArray& pair : entry.mid(entry.indexOf(':') + 1).split(',')) {
+        if (pair.startsWith(key + '=')) {
+            return QByteArray::fromPercentEncoding(pair.mid(key.size() + 1));
+        }
+    }
+    return {};
+}
+
+BusProbe::BusProbe(const QByteArray& address, QObject* parent) : QObject(parent) {
     for (const QByteArray& entry : address.split(';')) {
         ask(entry);
         if (m_state != State::Absent) {
@@ -72,14 +71,14 @@ SessionBusProbe::SessionBusProbe(const QByteArray& address, QObject* parent) : Q
     }
 }
 
-SessionBusProbe::~SessionBusProbe() {
+BusProbe::~BusProbe() {
     m_notifier.reset();
     if (m_socket >= 0) {
         ::close(m_socket);
     }
 }
 
-void SessionBusProbe::ask(const QByteArray& address) {
+void BusProbe::ask(const QByteArray& address) {
     if (!address.startsWith("unix:")) {
         // Other transports (tcp, unixexec) are taken on trust.
         m_state = address.contains(':') ? State::Answered : State::Absent;
@@ -100,7 +99,7 @@ void SessionBusProbe::ask(const QByteArray& address) {
     }
 }
 
-SessionBusProbe::State SessionBusProbe::waitBriefly(int milliseconds) {
+BusProbe::State BusProbe::waitBriefly(int milliseconds) {
     if (m_state == State::Asking) {
         pollfd waiting{m_socket, POLLIN, 0};
         if (::poll(&waiting, 1, milliseconds) > 0) {
@@ -110,15 +109,15 @@ SessionBusProbe::State SessionBusProbe::waitBriefly(int milliseconds) {
     return m_state;
 }
 
-void SessionBusProbe::watch() {
+void BusProbe::watch() {
     if (m_state != State::Asking || m_notifier) {
         return;
     }
     m_notifier = std::make_unique<QSocketNotifier>(m_socket, QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &SessionBusProbe::readAnswer);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &BusProbe::readAnswer);
 }
 
-void SessionBusProbe::readAnswer() {
+void BusProbe::readAnswer() {
     std::array<char, 256> answer{};
     const ssize_t length = ::recv(m_socket, answer.data(), answer.size(), 0);
     if (length < 0 && (errno == EAGAIN || errno == EINTR)) {
@@ -144,6 +143,11 @@ QByteArray sessionBusAddress() {
         return {};
     }
     return "unix:path=" + socket.toPercentEncoding("/");
+}
+
+QByteArray systemBusAddress() {
+    const QByteArray given = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
+    return given.isEmpty() ? QByteArrayLiteral("unix:path=/run/dbus/system_bus_socket") : given;
 }
 
 } // namespace korvale

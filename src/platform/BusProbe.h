@@ -12,7 +12,7 @@ namespace korvale {
 /// Finds out, without ever waiting, whether a message bus answers: libdbus greets a bus with a
 /// blocking call, so that a bus that accepts connections but hangs would hang its client too.
 /// Main thread.
-class SessionBusProbe : public QObject {
+class BusProbe : public QObject {
     Q_OBJECT
 public:
     enum class State {
@@ -23,8 +23,8 @@ public:
 
     /// Begins to ask. `address` is a server address list of the D-Bus specification; the first
     /// entry that can be reached is asked.
-    explicit SessionBusProbe(const QByteArray& address, QObject* parent = nullptr);
-    ~SessionBusProbe() override;
+    explicit BusProbe(const QByteArray& address, QObject* parent = nullptr);
+    ~BusProbe() override;
 
     [[nodiscard]] State state() const { return m_state; }
     /// Gives the answer `milliseconds` at most to arrive, then returns the state.
@@ -45,8 +45,14 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
+/// Value of `key` in one entry of an address list, such as "unix:path=/run/bus,guid=1", with its
+/// %-escapes undone; empty when the entry lacks it.
+[[nodiscard]] QByteArray busAddressValue(const QByteArray& entry, const QByteArray& key);
+
 /// The session bus's address: DBUS_SESSION_BUS_ADDRESS, else the socket in XDG_RUNTIME_DIR when it
 /// exists, else empty. A bus is never launched.
 [[nodiscard]] QByteArray sessionBusAddress();
+/// The system bus's: DBUS_SYSTEM_BUS_ADDRESS, else the well-known socket.
+[[nodiscard]] QByteArray systemBusAddress();
 
 } // namespace korvale

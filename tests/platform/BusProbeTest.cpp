@@ -1,4 +1,4 @@
-#include "platform/SessionBusProbe.h"
+#include "platform/BusProbe.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -56,57 +56,55 @@ private:
     int m_client = -1;
 };
 
-TEST(SessionBusProbe, NothingListeningIsAbsent) {
+TEST(BusProbe, NothingListeningIsAbsent) {
     for (const char* address : {"", "nonsense", "unix:", "unix:path=/nonexistent/bus",
                                 "unix:abstract=korvale-nobody-here", "unix:tmpdir=/tmp"}) {
-        EXPECT_EQ(SessionBusProbe(address).state(), SessionBusProbe::State::Absent) << address;
+        EXPECT_EQ(BusProbe(address).state(), BusProbe::State::Absent) << address;
     }
-    EXPECT_EQ(SessionBusProbe("unix:path=/" + QByteArray(200, 'x')).state(),
-              SessionBusProbe::State::Absent);
+    EXPECT_EQ(BusProbe("unix:path=/" + QByteArray(200, 'x')).state(), BusProbe::State::Absent);
 }
 
-TEST(SessionBusProbe, OtherTransportsAreTakenOnTrust) {
-    EXPECT_EQ(SessionBusProbe("tcp:host=localhost,port=1").state(),
-              SessionBusProbe::State::Answered);
+TEST(BusProbe, OtherTransportsAreTakenOnTrust) {
+    EXPECT_EQ(BusProbe("tcp:host=localhost,port=1").state(), BusProbe::State::Answered);
 }
 
-TEST(SessionBusProbe, ABusThatHangsIsNotWaitedFor) {
+TEST(BusProbe, ABusThatHangsIsNotWaitedFor) {
     const SilentBus bus;
-    SessionBusProbe probe(bus.address());
-    EXPECT_EQ(probe.state(), SessionBusProbe::State::Asking);
-    EXPECT_EQ(probe.waitBriefly(10), SessionBusProbe::State::Asking);
+    BusProbe probe(bus.address());
+    EXPECT_EQ(probe.state(), BusProbe::State::Asking);
+    EXPECT_EQ(probe.waitBriefly(10), BusProbe::State::Asking);
 }
 
-TEST(SessionBusProbe, ABusThatSpeaksHasAnswered) {
+TEST(BusProbe, ABusThatSpeaksHasAnswered) {
     SilentBus bus;
-    SessionBusProbe probe(bus.address());
+    BusProbe probe(bus.address());
     bus.speak();
-    EXPECT_EQ(probe.waitBriefly(10'000), SessionBusProbe::State::Answered);
+    EXPECT_EQ(probe.waitBriefly(10'000), BusProbe::State::Answered);
     EXPECT_TRUE(bus.heard().startsWith(QByteArray(1, '\0') + "AUTH EXTERNAL "));
 }
 
-TEST(SessionBusProbe, ALateAnswerIsReported) {
+TEST(BusProbe, ALateAnswerIsReported) {
     SilentBus bus;
-    SessionBusProbe probe(bus.address());
+    BusProbe probe(bus.address());
     QEventLoop loop;
-    QObject::connect(&probe, &SessionBusProbe::answered, &loop, &QEventLoop::quit);
+    QObject::connect(&probe, &BusProbe::answered, &loop, &QEventLoop::quit);
     QTimer::singleShot(0, &loop, [&] { bus.speak(); });
     probe.watch();
     loop.exec();
-    EXPECT_EQ(probe.state(), SessionBusProbe::State::Answered);
+    EXPECT_EQ(probe.state(), BusProbe::State::Answered);
 }
 
-TEST(SessionBusProbe, ABusThatHangsUpIsAbsent) {
+TEST(BusProbe, ABusThatHangsUpIsAbsent) {
     SilentBus bus;
-    SessionBusProbe probe(bus.address());
+    BusProbe probe(bus.address());
     bus.hangUp();
-    EXPECT_EQ(probe.waitBriefly(10'000), SessionBusProbe::State::Absent);
+    EXPECT_EQ(probe.waitBriefly(10'000), BusProbe::State::Absent);
 }
 
-TEST(SessionBusProbe, TheFirstReachableEntryOfAListIsAsked) {
+TEST(BusProbe, TheFirstReachableEntryOfAListIsAsked) {
     SilentBus bus;
-    SessionBusProbe probe("unix:path=/nonexistent/bus;" + bus.address());
-    EXPECT_EQ(probe.state(), SessionBusProbe::State::Asking);
+    BusProbe probe("unix:path=/nonexistent/bus;" + bus.address());
+    EXPECT_EQ(probe.state(), BusProbe::State::Asking);
 }
 
 TEST(BusAddress, SessionBusIsTheGivenOneElseTheRuntimeFolders) {

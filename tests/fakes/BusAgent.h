@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QString>
+#include <QVariantMap>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace korvale {
+
+/// A process on the bus, as the bus sees it, that may or may not own the agent's name. Lives in the
+/// thread that makes it.
+class BusAgent final : public QDBusVirtualObject {
+public:
+    /// What to answer; no value: never.
+    using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage&)>;
+
+    explicit BusAgent(const QString& address)
+        : m_bus(QDBusConnection::connectToBus(address, nextName())) {
+        m_bus.registerVirtualObject(QStringLiteral("/com/korvale/agent_server"), this);
+    }
+    ~BusAgent() override { die(); }
+    BusAgent(const BusAgent&) = delete;
+    BusAgent& operator=(const BusAgent&) = delete;
+
+    bool takeName() { return m_bus.registerService(QStringLiteral("com.korvale.agent_server")); }
+    bool releaseName() {
+        return m_bus.unregisterService(QStringLiteral("com.korvale.agent_server"));
+    }
+    [[nodiscard]] bool isConnected() const { return m_bus.isConnected(); }
+    /// Leaves the bus as a killed process does: without a word.
+    void die() { QDBusConnection::disconnectFromBus(m_bus.name()); }
+
+    /// By its full name: interface, dot, signal.
+    void post(const QString& name, const QVariantList& arguments = {}) {
+        const qsizetype dot = name.lastIndexOf(u'.');
+        QDBusMessage signal = QDBusMessage::createSignal(
+            QStringLiteral("/com/korvale/agent_server"), name.left(dot), name.mid(dot + 1));
+        signal.setArguments(arguments);
+        m_bus.send(signal);
+    }
+    void postMessage(const QVariantMap& envelope) {
+        post(QStringLiteral("com.korvale.agent_server.Message"), {envelope});
+    }
+    /// Returns once the bus has dealt with everything posted so far.
+    void flush() { (void)m_bus.interface()->isServiceRegistered(QStringLiteral("none.such")); }
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        requests.push_back(message);
+        if (const std::optional<QDBusMessage> reply = answer(message))
+            (void)bus.send(*reply);
+        return true;
+    }
+
+    std::vector<QDBusMessage> requests;
+    Answer answer = [](const QDBusMessage& request) {
+        return request.createReply(QVariantMap{{QStringLiteral("<DATA>"), QByteArray("{}")}});
+    };
+
+private:
+    static QString nextName() {
+        static int count = 0;
+        return QStringLiteral("bus-agent-%1").arg(++count);
+    }
+
+    QDBusConnection m_bus;
+};
+
+/// An envelope with these bytes.
+inline QVariantMap envelopeWith(const QByteArray& data) {
+    return {{QStringLiteral("<DATA>"), data}};
+}
+
+} // namespace korvale
