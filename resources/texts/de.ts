@@ -1,0 +1,351 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE">
+<context>
+    <message id="Abnormal">
+        <translation>Auffällig</translation>
+    </message>
+    <message id="About">
+        <translation>Über KorvaleUI</translation>
+    </message>
+    <message id="AboutPolicy">
+        <translation>Richtlinie:</translation>
+    </message>
+    <message id="AboutPolicyLastUpdated">
+        <translation>Richtlinie zuletzt aktualisiert:</translation>
+    </message>
+    <message id="AboutVersion">
+        <translation>Version %@</translation>
+    </message>
+    <message id="Alert">
+        <translation>Warnung</translation>
+    </message>
+    <message id="Analyzed">
+        <translation>Analysierte Dateien:</translation>
+    </message>
+    <message id="BTDFinishedScanningMessage">
+        <translation>Die Hintergrundprüfung ist abgeschlossen.</translation>
+    </message>
+    <message id="BTDFinishedScanningTitle">
+        <translation>Hintergrundprüfung abgeschlossen</translation>
+    </message>
+    <message id="Blocked">
+        <translation>Blockiert</translation>
+    </message>
+    <message id="CM_CheckForPolicyUpdate">
+        <translation>Nach Richtlinien-Updates suchen</translation>
+    </message>
+    <message id="CM_ShowNotifications">
+        <translation>Benachrichtigungen anzeigen</translation>
+    </message>
+    <message id="CategoryTooltip">
+        <translation>Wie der Agent diesen Eintrag einstuft oder wie er ihn behandelt hat</translation>
+    </message>
+    <message id="CheckForUpdates">
+        <translation>Nach Updates suchen</translation>
+    </message>
+    <message id="ChooseFolderTitle">
+        <translation>Zu prüfenden Ordner auswählen</translation>
+    </message>
+    <message id="Company">
+        <translation>Korvale</translation>
+    </message>
+    <message id="DefaultPolicyMode">
+        <translation>Standard</translation>
+    </message>
+    <message id="DefaultPolicyName">
+        <translation>Standardrichtlinie</translation>
+    </message>
+    <message id="EventStrExploitApplication">
+        <translation>Anwendung:</translation>
+    </message>
+    <message id="EventStrExploitViolation">
+        <translation>Verstoß:</translation>
+    </message>
+    <message id="EventStrThreat">
+        <translation>Bedrohung</translation>
+    </message>
+    <message id="EventThreatStringFromValueDetected">
+        <translation>Erkannt</translation>
+    </message>
+    <message id="EventThreatStringFromValueNone">
+        <translation>Keine</translation>
+    </message>
+    <message id="EventThreatStringFromValueRemoved">
+        <translation>Entfernt</translation>
+    </message>
+    <message id="EventThreatStringFromValueRunning">
+        <translation>Aktiv</translation>
+    </message>
+    <message id="EventThreatStringFromValueStateChange">
+        <translation>Statusänderung</translation>
+    </message>
+    <message id="Exit">
+        <translation>Beenden</translation>
+    </message>
+    <message id="FoundTooltip">
+        <translation>Anzahl der Orte, an denen diese Datei gefunden wurde</translation>
+    </message>
+    <message id="FullAccess">
+        <translation>Vollzugriff</translation>
+    </message>
+    <message id="HPS_ColAction">
+        <translation>Aktion</translation>
+    </message>
+    <message id="HPS_ColCategory">
+        <translation>Kategorie</translation>
+    </message>
+    <message id="HPS_ColDetails">
+        <translation>Details</translation>
+    </message>
+    <message id="HPS_ColDeviceType">
+        <translation>Gerätetyp</translation>
+    </message>
+    <message id="HPS_ColEvent">
+        <translation>Ereignis</translation>
+    </message>
+    <message id="HPS_ColFile">
+        <translation>Datei</translation>
+    </message>
+    <message id="HPS_ColFound">
+        <translation>Gefunden</translation>
+    </message>
+    <message id="HPS_ColID">
+        <translation>ID</translation>
+    </message>
+    <message id="HPS_ColPID">
+        <translation>PID</translation>
+    </message>
+    <message id="HPS_ColProcess">
+        <translation>Prozess</translation>
+    </message>
+    <message id="HPS_ColProductID">
+        <translation>Produkt-ID</translation>
+    </message>
+    <message id="HPS_ColSerialNumber">
+        <translation>Seriennummer</translation>
+    </message>
+    <message id="HPS_ColVendorID">
+        <translation>Hersteller-ID</translation>
+    </message>
+    <message id="HPS_ColWhen">
+        <translation>Zeitpunkt</translation>
+    </message>
+    <message id="HPS_Credits">
+        <translation>Angaben zur Richtlinie</translation>
+    </message>
+    <message id="HPS_EmptyDevices">
+        <translation>Hier erscheinen Aktivitäten externer Geräte.</translation>
+    </message>
+    <message id="HPS_EmptyEvents">
+        <translation>Hier erscheinen Ereignisse, die der Agent aufzeichnet.</translation>
+    </message>
+    <message id="HPS_EmptyExploits">
+        <translation>Es wurden keine Exploit-Versuche gefunden.</translation>
+    </message>
+    <message id="HPS_EmptyThreats">
+        <translation>Es wurden keine Bedrohungen gefunden.</translation>
+    </message>
+    <message id="HPS_Events">
+        <translation>Ereignisse</translation>
+    </message>
+    <message id="HPS_Exploits">
+        <translation>Exploits</translation>
+    </message>
+    <message id="HPS_ExternalDevices">
+        <translation>Externe Geräte</translation>
+    </message>
+    <message id="HPS_Logo">
+        <translation>Korvale-Logo</translation>
+    </message>
+    <message id="HPS_LogoToolTip">
+        <translation>Korvale-Startseite besuchen</translation>
+    </message>
+    <message id="HPS_Menu">
+        <translation>Menü</translation>
+    </message>
+    <message id="HPS_MenuToolTip">
+        <translation>KorvaleUI-Menü öffnen</translation>
+    </message>
+    <message id="HPS_ProtectionState">
+        <translation>Schutzstatus</translation>
+    </message>
+    <message id="HPS_Quarantined">
+        <translation>In Quarantäne:</translation>
+    </message>
+    <message id="HPS_StatusLine">
+        <translation>Status des Agenten</translation>
+    </message>
+    <message id="HPS_TableHint">
+        <translation>Strg+C kopiert die ausgewählten Zeilen.</translation>
+    </message>
+    <message id="HPS_Tabs">
+        <translation>Funde</translation>
+    </message>
+    <message id="HPS_Threats">
+        <translation>Bedrohungen</translation>
+    </message>
+    <message id="Ignored">
+        <translation>Ignoriert</translation>
+    </message>
+    <message id="Inspecting">
+        <translation>Wird untersucht:</translation>
+    </message>
+    <message id="KorvaleSONDAR">
+        <translation>Korvale SONDAR</translation>
+    </message>
+    <message id="NoDriver">
+        <translation>Der Schutztreiber ist nicht verbunden</translation>
+    </message>
+    <message id="NoNetwork">
+        <translation>Keine Netzwerkverbindung</translation>
+    </message>
+    <message id="NotRunning">
+        <translation>Der Schutzagent wird nicht ausgeführt</translation>
+    </message>
+    <message id="NotificationActionOpenLink">
+        <translation>Link öffnen</translation>
+    </message>
+    <message id="NotificationMessageAbnormalDetected">
+        <translation>%@ wurde als auffällig erkannt.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalQuarantined">
+        <translation>%@ wurde als auffällig erkannt und in Quarantäne verschoben.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalsDetected">
+        <translation>%@ Dateien wurden als auffällig erkannt.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalsQuarantined">
+        <translation>%@ Dateien wurden als auffällig erkannt und in Quarantäne verschoben.</translation>
+    </message>
+    <message id="NotificationMessageExploitDetectedPID">
+        <translation>Exploit-Versuch in %@ (Prozess %@): %@</translation>
+    </message>
+    <message id="NotificationMessageNewExploit">
+        <translation>Mehrere neue Exploit-Versuche wurden erkannt.</translation>
+    </message>
+    <message id="NotificationMessagePolicyExpired">
+        <translation>Die Schutzrichtlinie dieses Geräts ist abgelaufen. Wenden Sie sich an Ihre Administration.</translation>
+    </message>
+    <message id="NotificationMessagePolicyInvalidCompanyId">
+        <translation>Die Schutzrichtlinie wurde für ein anderes Unternehmen ausgestellt. Wenden Sie sich an Ihre Administration.</translation>
+    </message>
+    <message id="NotificationMessagePolicyInvalidSignature">
+        <translation>Die Signatur der Schutzrichtlinie ist ungültig. Wenden Sie sich an Ihre Administration.</translation>
+    </message>
+    <message id="NotificationMessageUnsafeDetected">
+        <translation>%@ wurde als unsicher erkannt.</translation>
+    </message>
+    <message id="NotificationMessageUnsafeQuarantined">
+        <translation>%@ wurde als unsicher erkannt und in Quarantäne verschoben.</translation>
+    </message>
+    <message id="NotificationMessageUnsafesDetected">
+        <translation>%@ Dateien wurden als unsicher erkannt.</translation>
+    </message>
+    <message id="NotificationMessageUnsafesQuarantined">
+        <translation>%@ Dateien wurden als unsicher erkannt und in Quarantäne verschoben.</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalDetected">
+        <translation>Auffällige Datei erkannt</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalQuarantined">
+        <translation>Auffällige Datei in Quarantäne</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalsDetected">
+        <translation>Auffällige Dateien erkannt</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalsQuarantined">
+        <translation>Auffällige Dateien in Quarantäne</translation>
+    </message>
+    <message id="NotificationSubtitleExecutionBlock">
+        <translation>Ausführung blockiert</translation>
+    </message>
+    <message id="NotificationSubtitleExploitAttemptDetected">
+        <translation>Exploit-Versuch erkannt</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyExpired">
+        <translation>Richtlinie abgelaufen</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyInvalidCompanyId">
+        <translation>Richtlinie eines anderen Unternehmens</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyInvalidSignature">
+        <translation>Ungültige Richtliniensignatur</translation>
+    </message>
+    <message id="NotificationSubtitleProcessActionBlocked">
+        <translation>Prozessaktion blockiert</translation>
+    </message>
+    <message id="NotificationSubtitleProcessTerminated">
+        <translation>Prozess beendet</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafeDetected">
+        <translation>Unsichere Datei erkannt</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafeQuarantined">
+        <translation>Unsichere Datei in Quarantäne</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafesDetected">
+        <translation>Unsichere Dateien erkannt</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafesQuarantined">
+        <translation>Unsichere Dateien in Quarantäne</translation>
+    </message>
+    <message id="OfflineMode">
+        <translation>Offline</translation>
+    </message>
+    <message id="ProductEP">
+        <translation>Korvale Endpoint Protection</translation>
+    </message>
+    <message id="Quarantined">
+        <translation>In Quarantäne</translation>
+    </message>
+    <message id="Safe">
+        <translation>Sicher</translation>
+    </message>
+    <message id="ShowDetailsMenu">
+        <translation>Details anzeigen</translation>
+    </message>
+    <message id="TM_All">
+        <translation>Alles</translation>
+    </message>
+    <message id="TM_Background">
+        <translation>Hintergrundprüfung starten</translation>
+    </message>
+    <message id="TM_Detection">
+        <translation>Erkennung</translation>
+    </message>
+    <message id="TM_Error">
+        <translation>Fehler</translation>
+    </message>
+    <message id="TM_Folder">
+        <translation>Ordner prüfen …</translation>
+    </message>
+    <message id="TM_Information">
+        <translation>Informationen</translation>
+    </message>
+    <message id="TM_Logging">
+        <translation>Protokollstufe</translation>
+    </message>
+    <message id="TM_Stop">
+        <translation>Prüfung anhalten</translation>
+    </message>
+    <message id="TM_Warning">
+        <translation>Warnungen</translation>
+    </message>
+    <message id="Terminated">
+        <translation>Beendet</translation>
+    </message>
+    <message id="Unknown">
+        <translation>Unbekannt</translation>
+    </message>
+    <message id="Unsafe">
+        <translation>Unsicher</translation>
+    </message>
+    <message id="Url">
+        <translation>https://korvale.example/</translation>
+    </message>
+    <message id="Waived">
+        <translation>Zugelassen</translation>
+    </message>
+</context>
+</TS>

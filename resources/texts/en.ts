@@ -1,0 +1,351 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US">
+<context>
+    <message id="Abnormal">
+        <translation>Abnormal</translation>
+    </message>
+    <message id="About">
+        <translation>About KorvaleUI</translation>
+    </message>
+    <message id="AboutPolicy">
+        <translation>Policy:</translation>
+    </message>
+    <message id="AboutPolicyLastUpdated">
+        <translation>Policy last updated:</translation>
+    </message>
+    <message id="AboutVersion">
+        <translation>Version %@</translation>
+    </message>
+    <message id="Alert">
+        <translation>Alert</translation>
+    </message>
+    <message id="Analyzed">
+        <translation>Files analyzed:</translation>
+    </message>
+    <message id="BTDFinishedScanningMessage">
+        <translation>The background scan has finished.</translation>
+    </message>
+    <message id="BTDFinishedScanningTitle">
+        <translation>Background scan complete</translation>
+    </message>
+    <message id="Blocked">
+        <translation>Blocked</translation>
+    </message>
+    <message id="CM_CheckForPolicyUpdate">
+        <translation>Check for Policy Updates</translation>
+    </message>
+    <message id="CM_ShowNotifications">
+        <translation>Show Notifications</translation>
+    </message>
+    <message id="CategoryTooltip">
+        <translation>How the agent classifies this item, or what it has done about it</translation>
+    </message>
+    <message id="CheckForUpdates">
+        <translation>Check for Updates</translation>
+    </message>
+    <message id="ChooseFolderTitle">
+        <translation>Choose a Folder to Scan</translation>
+    </message>
+    <message id="Company">
+        <translation>Korvale</translation>
+    </message>
+    <message id="DefaultPolicyMode">
+        <translation>Standard</translation>
+    </message>
+    <message id="DefaultPolicyName">
+        <translation>Default</translation>
+    </message>
+    <message id="EventStrExploitApplication">
+        <translation>Application:</translation>
+    </message>
+    <message id="EventStrExploitViolation">
+        <translation>Violation:</translation>
+    </message>
+    <message id="EventStrThreat">
+        <translation>Threat</translation>
+    </message>
+    <message id="EventThreatStringFromValueDetected">
+        <translation>Detected</translation>
+    </message>
+    <message id="EventThreatStringFromValueNone">
+        <translation>None</translation>
+    </message>
+    <message id="EventThreatStringFromValueRemoved">
+        <translation>Removed</translation>
+    </message>
+    <message id="EventThreatStringFromValueRunning">
+        <translation>Running</translation>
+    </message>
+    <message id="EventThreatStringFromValueStateChange">
+        <translation>State change</translation>
+    </message>
+    <message id="Exit">
+        <translation>Quit</translation>
+    </message>
+    <message id="FoundTooltip">
+        <translation>Number of places where this file was found</translation>
+    </message>
+    <message id="FullAccess">
+        <translation>Full access</translation>
+    </message>
+    <message id="HPS_ColAction">
+        <translation>Action</translation>
+    </message>
+    <message id="HPS_ColCategory">
+        <translation>Category</translation>
+    </message>
+    <message id="HPS_ColDetails">
+        <translation>Details</translation>
+    </message>
+    <message id="HPS_ColDeviceType">
+        <translation>Device type</translation>
+    </message>
+    <message id="HPS_ColEvent">
+        <translation>Event</translation>
+    </message>
+    <message id="HPS_ColFile">
+        <translation>File</translation>
+    </message>
+    <message id="HPS_ColFound">
+        <translation>Found</translation>
+    </message>
+    <message id="HPS_ColID">
+        <translation>ID</translation>
+    </message>
+    <message id="HPS_ColPID">
+        <translation>PID</translation>
+    </message>
+    <message id="HPS_ColProcess">
+        <translation>Process</translation>
+    </message>
+    <message id="HPS_ColProductID">
+        <translation>Product ID</translation>
+    </message>
+    <message id="HPS_ColSerialNumber">
+        <translation>Serial number</translation>
+    </message>
+    <message id="HPS_ColVendorID">
+        <translation>Vendor ID</translation>
+    </message>
+    <message id="HPS_ColWhen">
+        <translation>When</translation>
+    </message>
+    <message id="HPS_Credits">
+        <translation>Details about the policy</translation>
+    </message>
+    <message id="HPS_EmptyDevices">
+        <translation>Activity of external devices appears here.</translation>
+    </message>
+    <message id="HPS_EmptyEvents">
+        <translation>Events that the agent records appear here.</translation>
+    </message>
+    <message id="HPS_EmptyExploits">
+        <translation>No exploit attempts have been found.</translation>
+    </message>
+    <message id="HPS_EmptyThreats">
+        <translation>No threats have been found.</translation>
+    </message>
+    <message id="HPS_Events">
+        <translation>Events</translation>
+    </message>
+    <message id="HPS_Exploits">
+        <translation>Exploits</translation>
+    </message>
+    <message id="HPS_ExternalDevices">
+        <translation>External Devices</translation>
+    </message>
+    <message id="HPS_Logo">
+        <translation>Korvale logo</translation>
+    </message>
+    <message id="HPS_LogoToolTip">
+        <translation>Visit the Korvale home page</translation>
+    </message>
+    <message id="HPS_Menu">
+        <translation>Menu</translation>
+    </message>
+    <message id="HPS_MenuToolTip">
+        <translation>Open the KorvaleUI menu</translation>
+    </message>
+    <message id="HPS_ProtectionState">
+        <translation>Protection state</translation>
+    </message>
+    <message id="HPS_Quarantined">
+        <translation>Quarantined:</translation>
+    </message>
+    <message id="HPS_StatusLine">
+        <translation>Agent status</translation>
+    </message>
+    <message id="HPS_TableHint">
+        <translation>Ctrl+C copies the selected rows.</translation>
+    </message>
+    <message id="HPS_Tabs">
+        <translation>Findings</translation>
+    </message>
+    <message id="HPS_Threats">
+        <translation>Threats</translation>
+    </message>
+    <message id="Ignored">
+        <translation>Ignored</translation>
+    </message>
+    <message id="Inspecting">
+        <translation>Inspecting</translation>
+    </message>
+    <message id="KorvaleSONDAR">
+        <translation>Korvale SONDAR</translation>
+    </message>
+    <message id="NoDriver">
+        <translation>The protection driver is not connected</translation>
+    </message>
+    <message id="NoNetwork">
+        <translation>No network connection</translation>
+    </message>
+    <message id="NotRunning">
+        <translation>The protection agent is not running</translation>
+    </message>
+    <message id="NotificationActionOpenLink">
+        <translation>Open Link</translation>
+    </message>
+    <message id="NotificationMessageAbnormalDetected">
+        <translation>%@ was identified as abnormal.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalQuarantined">
+        <translation>%@ was identified as abnormal and quarantined.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalsDetected">
+        <translation>%@ files were identified as abnormal.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalsQuarantined">
+        <translation>%@ files were identified as abnormal and quarantined.</translation>
+    </message>
+    <message id="NotificationMessageExploitDetectedPID">
+        <translation>Exploit attempt in %@ (process %@): %@</translation>
+    </message>
+    <message id="NotificationMessageNewExploit">
+        <translation>Several new exploit attempts were detected.</translation>
+    </message>
+    <message id="NotificationMessagePolicyExpired">
+        <translation>The protection policy of this device has expired. Contact your administrator.</translation>
+    </message>
+    <message id="NotificationMessagePolicyInvalidCompanyId">
+        <translation>The protection policy was issued for another company. Contact your administrator.</translation>
+    </message>
+    <message id="NotificationMessagePolicyInvalidSignature">
+        <translation>The signature of the protection policy is not valid. Contact your administrator.</translation>
+    </message>
+    <message id="NotificationMessageUnsafeDetected">
+        <translation>%@ was identified as unsafe.</translation>
+    </message>
+    <message id="NotificationMessageUnsafeQuarantined">
+        <translation>%@ was identified as unsafe and quarantined.</translation>
+    </message>
+    <message id="NotificationMessageUnsafesDetected">
+        <translation>%@ files were identified as unsafe.</translation>
+    </message>
+    <message id="NotificationMessageUnsafesQuarantined">
+        <translation>%@ files were identified as unsafe and quarantined.</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalDetected">
+        <translation>Abnormal file detected</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalQuarantined">
+        <translation>Abnormal file quarantined</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalsDetected">
+        <translation>Abnormal files detected</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalsQuarantined">
+        <translation>Abnormal files quarantined</translation>
+    </message>
+    <message id="NotificationSubtitleExecutionBlock">
+        <translation>Execution blocked</translation>
+    </message>
+    <message id="NotificationSubtitleExploitAttemptDetected">
+        <translation>Exploit attempt detected</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyExpired">
+        <translation>Policy expired</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyInvalidCompanyId">
+        <translation>Policy of another company</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyInvalidSignature">
+        <translation>Policy signature not valid</translation>
+    </message>
+    <message id="NotificationSubtitleProcessActionBlocked">
+        <translation>Process action blocked</translation>
+    </message>
+    <message id="NotificationSubtitleProcessTerminated">
+        <translation>Process terminated</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafeDetected">
+        <translation>Unsafe file detected</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafeQuarantined">
+        <translation>Unsafe file quarantined</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafesDetected">
+        <translation>Unsafe files detected</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafesQuarantined">
+        <translation>Unsafe files quarantined</translation>
+    </message>
+    <message id="OfflineMode">
+        <translation>Offline</translation>
+    </message>
+    <message id="ProductEP">
+        <translation>Korvale Endpoint Protection</translation>
+    </message>
+    <message id="Quarantined">
+        <translation>Quarantined</translation>
+    </message>
+    <message id="Safe">
+        <translation>Safe</translation>
+    </message>
+    <message id="ShowDetailsMenu">
+        <translation>Show Details</translation>
+    </message>
+    <message id="TM_All">
+        <translation>Everything</translation>
+    </message>
+    <message id="TM_Background">
+        <translation>Scan in Background</translation>
+    </message>
+    <message id="TM_Detection">
+        <translation>Detection</translation>
+    </message>
+    <message id="TM_Error">
+        <translation>Errors</translation>
+    </message>
+    <message id="TM_Folder">
+        <translation>Scan a Folder…</translation>
+    </message>
+    <message id="TM_Information">
+        <translation>Information</translation>
+    </message>
+    <message id="TM_Logging">
+        <translation>Log Level</translation>
+    </message>
+    <message id="TM_Stop">
+        <translation>Stop Scan</translation>
+    </message>
+    <message id="TM_Warning">
+        <translation>Warnings</translation>
+    </message>
+    <message id="Terminated">
+        <translation>Terminated</translation>
+    </message>
+    <message id="Unknown">
+        <translation>Unknown</translation>
+    </message>
+    <message id="Unsafe">
+        <translation>Unsafe</translation>
+    </message>
+    <message id="Url">
+        <translation>https://korvale.example/</translation>
+    </message>
+    <message id="Waived">
+        <translation>Waived</translation>
+    </message>
+</context>
+</TS>

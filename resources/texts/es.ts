@@ -1,0 +1,351 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="es_ES">
+<context>
+    <message id="Abnormal">
+        <translation>Anómalo</translation>
+    </message>
+    <message id="About">
+        <translation>Acerca de KorvaleUI</translation>
+    </message>
+    <message id="AboutPolicy">
+        <translation>Directiva:</translation>
+    </message>
+    <message id="AboutPolicyLastUpdated">
+        <translation>Última actualización de la directiva:</translation>
+    </message>
+    <message id="AboutVersion">
+        <translation>Versión %@</translation>
+    </message>
+    <message id="Alert">
+        <translation>Alerta</translation>
+    </message>
+    <message id="Analyzed">
+        <translation>Archivos analizados:</translation>
+    </message>
+    <message id="BTDFinishedScanningMessage">
+        <translation>El análisis en segundo plano ha terminado.</translation>
+    </message>
+    <message id="BTDFinishedScanningTitle">
+        <translation>Análisis en segundo plano completado</translation>
+    </message>
+    <message id="Blocked">
+        <translation>Bloqueado</translation>
+    </message>
+    <message id="CM_CheckForPolicyUpdate">
+        <translation>Buscar actualizaciones de directivas</translation>
+    </message>
+    <message id="CM_ShowNotifications">
+        <translation>Mostrar notificaciones</translation>
+    </message>
+    <message id="CategoryTooltip">
+        <translation>Cómo clasifica el agente este elemento o qué ha hecho con él</translation>
+    </message>
+    <message id="CheckForUpdates">
+        <translation>Buscar actualizaciones</translation>
+    </message>
+    <message id="ChooseFolderTitle">
+        <translation>Elija una carpeta para analizar</translation>
+    </message>
+    <message id="Company">
+        <translation>Korvale</translation>
+    </message>
+    <message id="DefaultPolicyMode">
+        <translation>Estándar</translation>
+    </message>
+    <message id="DefaultPolicyName">
+        <translation>Predeterminada</translation>
+    </message>
+    <message id="EventStrExploitApplication">
+        <translation>Aplicación:</translation>
+    </message>
+    <message id="EventStrExploitViolation">
+        <translation>Infracción:</translation>
+    </message>
+    <message id="EventStrThreat">
+        <translation>Amenaza</translation>
+    </message>
+    <message id="EventThreatStringFromValueDetected">
+        <translation>Detectado</translation>
+    </message>
+    <message id="EventThreatStringFromValueNone">
+        <translation>Ninguno</translation>
+    </message>
+    <message id="EventThreatStringFromValueRemoved">
+        <translation>Eliminado</translation>
+    </message>
+    <message id="EventThreatStringFromValueRunning">
+        <translation>En ejecución</translation>
+    </message>
+    <message id="EventThreatStringFromValueStateChange">
+        <translation>Cambio de estado</translation>
+    </message>
+    <message id="Exit">
+        <translation>Salir</translation>
+    </message>
+    <message id="FoundTooltip">
+        <translation>Número de lugares donde se encontró este archivo</translation>
+    </message>
+    <message id="FullAccess">
+        <translation>Acceso total</translation>
+    </message>
+    <message id="HPS_ColAction">
+        <translation>Acción</translation>
+    </message>
+    <message id="HPS_ColCategory">
+        <translation>Categoría</translation>
+    </message>
+    <message id="HPS_ColDetails">
+        <translation>Detalles</translation>
+    </message>
+    <message id="HPS_ColDeviceType">
+        <translation>Tipo de dispositivo</translation>
+    </message>
+    <message id="HPS_ColEvent">
+        <translation>Evento</translation>
+    </message>
+    <message id="HPS_ColFile">
+        <translation>Archivo</translation>
+    </message>
+    <message id="HPS_ColFound">
+        <translation>Encontrado</translation>
+    </message>
+    <message id="HPS_ColID">
+        <translation>ID</translation>
+    </message>
+    <message id="HPS_ColPID">
+        <translation>PID</translation>
+    </message>
+    <message id="HPS_ColProcess">
+        <translation>Proceso</translation>
+    </message>
+    <message id="HPS_ColProductID">
+        <translation>ID de producto</translation>
+    </message>
+    <message id="HPS_ColSerialNumber">
+        <translation>Número de serie</translation>
+    </message>
+    <message id="HPS_ColVendorID">
+        <translation>ID de fabricante</translation>
+    </message>
+    <message id="HPS_ColWhen">
+        <translation>Fecha</translation>
+    </message>
+    <message id="HPS_Credits">
+        <translation>Detalles de la directiva</translation>
+    </message>
+    <message id="HPS_EmptyDevices">
+        <translation>Aquí aparecerá la actividad de los dispositivos externos.</translation>
+    </message>
+    <message id="HPS_EmptyEvents">
+        <translation>Aquí aparecerán los eventos que registre el agente.</translation>
+    </message>
+    <message id="HPS_EmptyExploits">
+        <translation>No se ha detectado ningún intento de explotación.</translation>
+    </message>
+    <message id="HPS_EmptyThreats">
+        <translation>No se ha encontrado ninguna amenaza.</translation>
+    </message>
+    <message id="HPS_Events">
+        <translation>Eventos</translation>
+    </message>
+    <message id="HPS_Exploits">
+        <translation>Exploits</translation>
+    </message>
+    <message id="HPS_ExternalDevices">
+        <translation>Dispositivos externos</translation>
+    </message>
+    <message id="HPS_Logo">
+        <translation>Logotipo de Korvale</translation>
+    </message>
+    <message id="HPS_LogoToolTip">
+        <translation>Visitar la página de Korvale</translation>
+    </message>
+    <message id="HPS_Menu">
+        <translation>Menú</translation>
+    </message>
+    <message id="HPS_MenuToolTip">
+        <translation>Abrir el menú de KorvaleUI</translation>
+    </message>
+    <message id="HPS_ProtectionState">
+        <translation>Estado de la protección</translation>
+    </message>
+    <message id="HPS_Quarantined">
+        <translation>En cuarentena:</translation>
+    </message>
+    <message id="HPS_StatusLine">
+        <translation>Estado del agente</translation>
+    </message>
+    <message id="HPS_TableHint">
+        <translation>Ctrl+C copia las filas seleccionadas.</translation>
+    </message>
+    <message id="HPS_Tabs">
+        <translation>Hallazgos</translation>
+    </message>
+    <message id="HPS_Threats">
+        <translation>Amenazas</translation>
+    </message>
+    <message id="Ignored">
+        <translation>Ignorado</translation>
+    </message>
+    <message id="Inspecting">
+        <translation>Inspeccionando</translation>
+    </message>
+    <message id="KorvaleSONDAR">
+        <translation>Korvale SONDAR</translation>
+    </message>
+    <message id="NoDriver">
+        <translation>El controlador de protección no está conectado</translation>
+    </message>
+    <message id="NoNetwork">
+        <translation>Sin conexión de red</translation>
+    </message>
+    <message id="NotRunning">
+        <translation>El agente de protección no se está ejecutando</translation>
+    </message>
+    <message id="NotificationActionOpenLink">
+        <translation>Abrir enlace</translation>
+    </message>
+    <message id="NotificationMessageAbnormalDetected">
+        <translation>%@ se ha identificado como anómalo.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalQuarantined">
+        <translation>%@ se ha identificado como anómalo y se ha puesto en cuarentena.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalsDetected">
+        <translation>Se han identificado %@ archivos como anómalos.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalsQuarantined">
+        <translation>Se han identificado %@ archivos como anómalos y se han puesto en cuarentena.</translation>
+    </message>
+    <message id="NotificationMessageExploitDetectedPID">
+        <translation>Intento de explotación en %@ (proceso %@): %@</translation>
+    </message>
+    <message id="NotificationMessageNewExploit">
+        <translation>Se han detectado varios intentos de explotación nuevos.</translation>
+    </message>
+    <message id="NotificationMessagePolicyExpired">
+        <translation>La directiva de protección de este dispositivo ha caducado. Póngase en contacto con su administrador.</translation>
+    </message>
+    <message id="NotificationMessagePolicyInvalidCompanyId">
+        <translation>La directiva de protección se emitió para otra empresa. Póngase en contacto con su administrador.</translation>
+    </message>
+    <message id="NotificationMessagePolicyInvalidSignature">
+        <translation>La firma de la directiva de protección no es válida. Póngase en contacto con su administrador.</translation>
+    </message>
+    <message id="NotificationMessageUnsafeDetected">
+        <translation>%@ se ha identificado como no seguro.</translation>
+    </message>
+    <message id="NotificationMessageUnsafeQuarantined">
+        <translation>%@ se ha identificado como no seguro y se ha puesto en cuarentena.</translation>
+    </message>
+    <message id="NotificationMessageUnsafesDetected">
+        <translation>Se han identificado %@ archivos como no seguros.</translation>
+    </message>
+    <message id="NotificationMessageUnsafesQuarantined">
+        <translation>Se han identificado %@ archivos como no seguros y se han puesto en cuarentena.</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalDetected">
+        <translation>Archivo anómalo detectado</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalQuarantined">
+        <translation>Archivo anómalo en cuarentena</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalsDetected">
+        <translation>Archivos anómalos detectados</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalsQuarantined">
+        <translation>Archivos anómalos en cuarentena</translation>
+    </message>
+    <message id="NotificationSubtitleExecutionBlock">
+        <translation>Ejecución bloqueada</translation>
+    </message>
+    <message id="NotificationSubtitleExploitAttemptDetected">
+        <translation>Intento de explotación detectado</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyExpired">
+        <translation>Directiva caducada</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyInvalidCompanyId">
+        <translation>Directiva de otra empresa</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyInvalidSignature">
+        <translation>Firma de directiva no válida</translation>
+    </message>
+    <message id="NotificationSubtitleProcessActionBlocked">
+        <translation>Acción de proceso bloqueada</translation>
+    </message>
+    <message id="NotificationSubtitleProcessTerminated">
+        <translation>Proceso finalizado</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafeDetected">
+        <translation>Archivo no seguro detectado</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafeQuarantined">
+        <translation>Archivo no seguro en cuarentena</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafesDetected">
+        <translation>Archivos no seguros detectados</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafesQuarantined">
+        <translation>Archivos no seguros en cuarentena</translation>
+    </message>
+    <message id="OfflineMode">
+        <translation>Sin conexión</translation>
+    </message>
+    <message id="ProductEP">
+        <translation>Korvale Endpoint Protection</translation>
+    </message>
+    <message id="Quarantined">
+        <translation>En cuarentena</translation>
+    </message>
+    <message id="Safe">
+        <translation>Seguro</translation>
+    </message>
+    <message id="ShowDetailsMenu">
+        <translation>Mostrar detalles</translation>
+    </message>
+    <message id="TM_All">
+        <translation>Todo</translation>
+    </message>
+    <message id="TM_Background">
+        <translation>Analizar en segundo plano</translation>
+    </message>
+    <message id="TM_Detection">
+        <translation>Detección</translation>
+    </message>
+    <message id="TM_Error">
+        <translation>Errores</translation>
+    </message>
+    <message id="TM_Folder">
+        <translation>Analizar una carpeta…</translation>
+    </message>
+    <message id="TM_Information">
+        <translation>Información</translation>
+    </message>
+    <message id="TM_Logging">
+        <translation>Nivel de registro</translation>
+    </message>
+    <message id="TM_Stop">
+        <translation>Detener el análisis</translation>
+    </message>
+    <message id="TM_Warning">
+        <translation>Advertencias</translation>
+    </message>
+    <message id="Terminated">
+        <translation>Finalizado</translation>
+    </message>
+    <message id="Unknown">
+        <translation>Desconocido</translation>
+    </message>
+    <message id="Unsafe">
+        <translation>No seguro</translation>
+    </message>
+    <message id="Url">
+        <translation>https://korvale.example/</translation>
+    </message>
+    <message id="Waived">
+        <translation>Autorizado</translation>
+    </message>
+</context>
+</TS>

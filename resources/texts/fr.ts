@@ -1,0 +1,351 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr_FR">
+<context>
+    <message id="Abnormal">
+        <translation>Anormal</translation>
+    </message>
+    <message id="About">
+        <translation>À propos de KorvaleUI</translation>
+    </message>
+    <message id="AboutPolicy">
+        <translation>Stratégie :</translation>
+    </message>
+    <message id="AboutPolicyLastUpdated">
+        <translation>Dernière mise à jour de la stratégie :</translation>
+    </message>
+    <message id="AboutVersion">
+        <translation>Version %@</translation>
+    </message>
+    <message id="Alert">
+        <translation>Alerte</translation>
+    </message>
+    <message id="Analyzed">
+        <translation>Fichiers analysés :</translation>
+    </message>
+    <message id="BTDFinishedScanningMessage">
+        <translation>L’analyse en arrière-plan est terminée.</translation>
+    </message>
+    <message id="BTDFinishedScanningTitle">
+        <translation>Analyse en arrière-plan terminée</translation>
+    </message>
+    <message id="Blocked">
+        <translation>Bloqué</translation>
+    </message>
+    <message id="CM_CheckForPolicyUpdate">
+        <translation>Rechercher les mises à jour de la stratégie</translation>
+    </message>
+    <message id="CM_ShowNotifications">
+        <translation>Afficher les notifications</translation>
+    </message>
+    <message id="CategoryTooltip">
+        <translation>Classement de cet élément par l’agent, ou mesure prise</translation>
+    </message>
+    <message id="CheckForUpdates">
+        <translation>Rechercher les mises à jour</translation>
+    </message>
+    <message id="ChooseFolderTitle">
+        <translation>Choisir un dossier à analyser</translation>
+    </message>
+    <message id="Company">
+        <translation>Korvale</translation>
+    </message>
+    <message id="DefaultPolicyMode">
+        <translation>Standard</translation>
+    </message>
+    <message id="DefaultPolicyName">
+        <translation>Par défaut</translation>
+    </message>
+    <message id="EventStrExploitApplication">
+        <translation>Application :</translation>
+    </message>
+    <message id="EventStrExploitViolation">
+        <translation>Violation :</translation>
+    </message>
+    <message id="EventStrThreat">
+        <translation>Menace</translation>
+    </message>
+    <message id="EventThreatStringFromValueDetected">
+        <translation>Détecté</translation>
+    </message>
+    <message id="EventThreatStringFromValueNone">
+        <translation>Aucun</translation>
+    </message>
+    <message id="EventThreatStringFromValueRemoved">
+        <translation>Supprimé</translation>
+    </message>
+    <message id="EventThreatStringFromValueRunning">
+        <translation>En cours d’exécution</translation>
+    </message>
+    <message id="EventThreatStringFromValueStateChange">
+        <translation>Changement d’état</translation>
+    </message>
+    <message id="Exit">
+        <translation>Quitter</translation>
+    </message>
+    <message id="FoundTooltip">
+        <translation>Nombre d’emplacements où ce fichier a été trouvé</translation>
+    </message>
+    <message id="FullAccess">
+        <translation>Accès complet</translation>
+    </message>
+    <message id="HPS_ColAction">
+        <translation>Action</translation>
+    </message>
+    <message id="HPS_ColCategory">
+        <translation>Catégorie</translation>
+    </message>
+    <message id="HPS_ColDetails">
+        <translation>Détails</translation>
+    </message>
+    <message id="HPS_ColDeviceType">
+        <translation>Type d’appareil</translation>
+    </message>
+    <message id="HPS_ColEvent">
+        <translation>Événement</translation>
+    </message>
+    <message id="HPS_ColFile">
+        <translation>Fichier</translation>
+    </message>
+    <message id="HPS_ColFound">
+        <translation>Trouvé</translation>
+    </message>
+    <message id="HPS_ColID">
+        <translation>ID</translation>
+    </message>
+    <message id="HPS_ColPID">
+        <translation>PID</translation>
+    </message>
+    <message id="HPS_ColProcess">
+        <translation>Processus</translation>
+    </message>
+    <message id="HPS_ColProductID">
+        <translation>ID de produit</translation>
+    </message>
+    <message id="HPS_ColSerialNumber">
+        <translation>Numéro de série</translation>
+    </message>
+    <message id="HPS_ColVendorID">
+        <translation>ID du fabricant</translation>
+    </message>
+    <message id="HPS_ColWhen">
+        <translation>Date</translation>
+    </message>
+    <message id="HPS_Credits">
+        <translation>Détails de la stratégie</translation>
+    </message>
+    <message id="HPS_EmptyDevices">
+        <translation>L’activité des périphériques externes apparaîtra ici.</translation>
+    </message>
+    <message id="HPS_EmptyEvents">
+        <translation>Les événements enregistrés par l’agent apparaîtront ici.</translation>
+    </message>
+    <message id="HPS_EmptyExploits">
+        <translation>Aucune tentative d’exploitation n’a été détectée.</translation>
+    </message>
+    <message id="HPS_EmptyThreats">
+        <translation>Aucune menace n’a été détectée.</translation>
+    </message>
+    <message id="HPS_Events">
+        <translation>Événements</translation>
+    </message>
+    <message id="HPS_Exploits">
+        <translation>Exploits</translation>
+    </message>
+    <message id="HPS_ExternalDevices">
+        <translation>Périphériques externes</translation>
+    </message>
+    <message id="HPS_Logo">
+        <translation>Logo Korvale</translation>
+    </message>
+    <message id="HPS_LogoToolTip">
+        <translation>Visiter le site de Korvale</translation>
+    </message>
+    <message id="HPS_Menu">
+        <translation>Menu</translation>
+    </message>
+    <message id="HPS_MenuToolTip">
+        <translation>Ouvrir le menu de KorvaleUI</translation>
+    </message>
+    <message id="HPS_ProtectionState">
+        <translation>État de la protection</translation>
+    </message>
+    <message id="HPS_Quarantined">
+        <translation>En quarantaine :</translation>
+    </message>
+    <message id="HPS_StatusLine">
+        <translation>État de l’agent</translation>
+    </message>
+    <message id="HPS_TableHint">
+        <translation>Ctrl+C copie les lignes sélectionnées.</translation>
+    </message>
+    <message id="HPS_Tabs">
+        <translation>Résultats</translation>
+    </message>
+    <message id="HPS_Threats">
+        <translation>Menaces</translation>
+    </message>
+    <message id="Ignored">
+        <translation>Ignoré</translation>
+    </message>
+    <message id="Inspecting">
+        <translation>Inspection de</translation>
+    </message>
+    <message id="KorvaleSONDAR">
+        <translation>Korvale SONDAR</translation>
+    </message>
+    <message id="NoDriver">
+        <translation>Le pilote de protection n’est pas connecté</translation>
+    </message>
+    <message id="NoNetwork">
+        <translation>Aucune connexion réseau</translation>
+    </message>
+    <message id="NotRunning">
+        <translation>L’agent de protection n’est pas en cours d’exécution</translation>
+    </message>
+    <message id="NotificationActionOpenLink">
+        <translation>Ouvrir le lien</translation>
+    </message>
+    <message id="NotificationMessageAbnormalDetected">
+        <translation>%@ a été identifié comme anormal.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalQuarantined">
+        <translation>%@ a été identifié comme anormal et placé en quarantaine.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalsDetected">
+        <translation>%@ fichiers ont été identifiés comme anormaux.</translation>
+    </message>
+    <message id="NotificationMessageAbnormalsQuarantined">
+        <translation>%@ fichiers ont été identifiés comme anormaux et placés en quarantaine.</translation>
+    </message>
+    <message id="NotificationMessageExploitDetectedPID">
+        <translation>Tentative d’exploitation dans %@ (processus %@) : %@</translation>
+    </message>
+    <message id="NotificationMessageNewExploit">
+        <translation>Plusieurs nouvelles tentatives d’exploitation ont été détectées.</translation>
+    </message>
+    <message id="NotificationMessagePolicyExpired">
+        <translation>La stratégie de protection de cet appareil a expiré. Contactez votre administrateur.</translation>
+    </message>
+    <message id="NotificationMessagePolicyInvalidCompanyId">
+        <translation>La stratégie de protection a été émise pour une autre entreprise. Contactez votre administrateur.</translation>
+    </message>
+    <message id="NotificationMessagePolicyInvalidSignature">
+        <translation>La signature de la stratégie de protection n’est pas valide. Contactez votre administrateur.</translation>
+    </message>
+    <message id="NotificationMessageUnsafeDetected">
+        <translation>%@ a été identifié comme dangereux.</translation>
+    </message>
+    <message id="NotificationMessageUnsafeQuarantined">
+        <translation>%@ a été identifié comme dangereux et placé en quarantaine.</translation>
+    </message>
+    <message id="NotificationMessageUnsafesDetected">
+        <translation>%@ fichiers ont été identifiés comme dangereux.</translation>
+    </message>
+    <message id="NotificationMessageUnsafesQuarantined">
+        <translation>%@ fichiers ont été identifiés comme dangereux et placés en quarantaine.</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalDetected">
+        <translation>Fichier anormal détecté</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalQuarantined">
+        <translation>Fichier anormal mis en quarantaine</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalsDetected">
+        <translation>Fichiers anormaux détectés</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalsQuarantined">
+        <translation>Fichiers anormaux mis en quarantaine</translation>
+    </message>
+    <message id="NotificationSubtitleExecutionBlock">
+        <translation>Exécution bloquée</translation>
+    </message>
+    <message id="NotificationSubtitleExploitAttemptDetected">
+        <translation>Tentative d’exploitation détectée</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyExpired">
+        <translation>Stratégie expirée</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyInvalidCompanyId">
+        <translation>Stratégie d’une autre entreprise</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyInvalidSignature">
+        <translation>Signature de stratégie non valide</translation>
+    </message>
+    <message id="NotificationSubtitleProcessActionBlocked">
+        <translation>Action de processus bloquée</translation>
+    </message>
+    <message id="NotificationSubtitleProcessTerminated">
+        <translation>Processus arrêté</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafeDetected">
+        <translation>Fichier dangereux détecté</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafeQuarantined">
+        <translation>Fichier dangereux mis en quarantaine</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafesDetected">
+        <translation>Fichiers dangereux détectés</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafesQuarantined">
+        <translation>Fichiers dangereux mis en quarantaine</translation>
+    </message>
+    <message id="OfflineMode">
+        <translation>Hors ligne</translation>
+    </message>
+    <message id="ProductEP">
+        <translation>Korvale Endpoint Protection</translation>
+    </message>
+    <message id="Quarantined">
+        <translation>En quarantaine</translation>
+    </message>
+    <message id="Safe">
+        <translation>Protégé</translation>
+    </message>
+    <message id="ShowDetailsMenu">
+        <translation>Afficher les détails</translation>
+    </message>
+    <message id="TM_All">
+        <translation>Tout</translation>
+    </message>
+    <message id="TM_Background">
+        <translation>Analyser en arrière-plan</translation>
+    </message>
+    <message id="TM_Detection">
+        <translation>Détection</translation>
+    </message>
+    <message id="TM_Error">
+        <translation>Erreurs</translation>
+    </message>
+    <message id="TM_Folder">
+        <translation>Analyser un dossier…</translation>
+    </message>
+    <message id="TM_Information">
+        <translation>Informations</translation>
+    </message>
+    <message id="TM_Logging">
+        <translation>Niveau de journalisation</translation>
+    </message>
+    <message id="TM_Stop">
+        <translation>Arrêter l’analyse</translation>
+    </message>
+    <message id="TM_Warning">
+        <translation>Avertissements</translation>
+    </message>
+    <message id="Terminated">
+        <translation>Arrêté</translation>
+    </message>
+    <message id="Unknown">
+        <translation>Inconnu</translation>
+    </message>
+    <message id="Unsafe">
+        <translation>Dangereux</translation>
+    </message>
+    <message id="Url">
+        <translation>https://korvale.example/</translation>
+    </message>
+    <message id="Waived">
+        <translation>Autorisé</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,351 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja_JP">
+<context>
+    <message id="Abnormal">
+        <translation>異常</translation>
+    </message>
+    <message id="About">
+        <translation>KorvaleUI について</translation>
+    </message>
+    <message id="AboutPolicy">
+        <translation>ポリシー:</translation>
+    </message>
+    <message id="AboutPolicyLastUpdated">
+        <translation>ポリシーの最終更新:</translation>
+    </message>
+    <message id="AboutVersion">
+        <translation>バージョン %@</translation>
+    </message>
+    <message id="Alert">
+        <translation>アラート</translation>
+    </message>
+    <message id="Analyzed">
+        <translation>分析済みファイル:</translation>
+    </message>
+    <message id="BTDFinishedScanningMessage">
+        <translation>バックグラウンドスキャンが完了しました。</translation>
+    </message>
+    <message id="BTDFinishedScanningTitle">
+        <translation>バックグラウンドスキャン完了</translation>
+    </message>
+    <message id="Blocked">
+        <translation>ブロック済み</translation>
+    </message>
+    <message id="CM_CheckForPolicyUpdate">
+        <translation>ポリシーの更新を確認</translation>
+    </message>
+    <message id="CM_ShowNotifications">
+        <translation>通知を表示</translation>
+    </message>
+    <message id="CategoryTooltip">
+        <translation>エージェントによるこの項目の分類、または実行された処置</translation>
+    </message>
+    <message id="CheckForUpdates">
+        <translation>更新を確認</translation>
+    </message>
+    <message id="ChooseFolderTitle">
+        <translation>スキャンするフォルダーを選択</translation>
+    </message>
+    <message id="Company">
+        <translation>Korvale</translation>
+    </message>
+    <message id="DefaultPolicyMode">
+        <translation>標準</translation>
+    </message>
+    <message id="DefaultPolicyName">
+        <translation>既定</translation>
+    </message>
+    <message id="EventStrExploitApplication">
+        <translation>アプリケーション:</translation>
+    </message>
+    <message id="EventStrExploitViolation">
+        <translation>違反:</translation>
+    </message>
+    <message id="EventStrThreat">
+        <translation>脅威</translation>
+    </message>
+    <message id="EventThreatStringFromValueDetected">
+        <translation>検出</translation>
+    </message>
+    <message id="EventThreatStringFromValueNone">
+        <translation>なし</translation>
+    </message>
+    <message id="EventThreatStringFromValueRemoved">
+        <translation>削除済み</translation>
+    </message>
+    <message id="EventThreatStringFromValueRunning">
+        <translation>実行中</translation>
+    </message>
+    <message id="EventThreatStringFromValueStateChange">
+        <translation>状態の変更</translation>
+    </message>
+    <message id="Exit">
+        <translation>終了</translation>
+    </message>
+    <message id="FoundTooltip">
+        <translation>このファイルが見つかった場所の数</translation>
+    </message>
+    <message id="FullAccess">
+        <translation>フルアクセス</translation>
+    </message>
+    <message id="HPS_ColAction">
+        <translation>処置</translation>
+    </message>
+    <message id="HPS_ColCategory">
+        <translation>カテゴリ</translation>
+    </message>
+    <message id="HPS_ColDetails">
+        <translation>詳細</translation>
+    </message>
+    <message id="HPS_ColDeviceType">
+        <translation>デバイスの種類</translation>
+    </message>
+    <message id="HPS_ColEvent">
+        <translation>イベント</translation>
+    </message>
+    <message id="HPS_ColFile">
+        <translation>ファイル</translation>
+    </message>
+    <message id="HPS_ColFound">
+        <translation>検出数</translation>
+    </message>
+    <message id="HPS_ColID">
+        <translation>ID</translation>
+    </message>
+    <message id="HPS_ColPID">
+        <translation>PID</translation>
+    </message>
+    <message id="HPS_ColProcess">
+        <translation>プロセス</translation>
+    </message>
+    <message id="HPS_ColProductID">
+        <translation>製品 ID</translation>
+    </message>
+    <message id="HPS_ColSerialNumber">
+        <translation>シリアル番号</translation>
+    </message>
+    <message id="HPS_ColVendorID">
+        <translation>ベンダー ID</translation>
+    </message>
+    <message id="HPS_ColWhen">
+        <translation>日時</translation>
+    </message>
+    <message id="HPS_Credits">
+        <translation>ポリシーの詳細</translation>
+    </message>
+    <message id="HPS_EmptyDevices">
+        <translation>外部デバイスの動作がここに表示されます。</translation>
+    </message>
+    <message id="HPS_EmptyEvents">
+        <translation>エージェントが記録したイベントがここに表示されます。</translation>
+    </message>
+    <message id="HPS_EmptyExploits">
+        <translation>エクスプロイトの試みは見つかっていません。</translation>
+    </message>
+    <message id="HPS_EmptyThreats">
+        <translation>脅威は見つかっていません。</translation>
+    </message>
+    <message id="HPS_Events">
+        <translation>イベント</translation>
+    </message>
+    <message id="HPS_Exploits">
+        <translation>エクスプロイト</translation>
+    </message>
+    <message id="HPS_ExternalDevices">
+        <translation>外部デバイス</translation>
+    </message>
+    <message id="HPS_Logo">
+        <translation>Korvale のロゴ</translation>
+    </message>
+    <message id="HPS_LogoToolTip">
+        <translation>Korvale のホームページを開く</translation>
+    </message>
+    <message id="HPS_Menu">
+        <translation>メニュー</translation>
+    </message>
+    <message id="HPS_MenuToolTip">
+        <translation>KorvaleUI のメニューを開く</translation>
+    </message>
+    <message id="HPS_ProtectionState">
+        <translation>保護の状態</translation>
+    </message>
+    <message id="HPS_Quarantined">
+        <translation>隔離済み:</translation>
+    </message>
+    <message id="HPS_StatusLine">
+        <translation>エージェントの状態</translation>
+    </message>
+    <message id="HPS_TableHint">
+        <translation>Ctrl+C で選択した行をコピーします。</translation>
+    </message>
+    <message id="HPS_Tabs">
+        <translation>検出結果</translation>
+    </message>
+    <message id="HPS_Threats">
+        <translation>脅威</translation>
+    </message>
+    <message id="Ignored">
+        <translation>無視</translation>
+    </message>
+    <message id="Inspecting">
+        <translation>検査中:</translation>
+    </message>
+    <message id="KorvaleSONDAR">
+        <translation>Korvale SONDAR</translation>
+    </message>
+    <message id="NoDriver">
+        <translation>保護ドライバーが接続されていません</translation>
+    </message>
+    <message id="NoNetwork">
+        <translation>ネットワークに接続されていません</translation>
+    </message>
+    <message id="NotRunning">
+        <translation>保護エージェントが実行されていません</translation>
+    </message>
+    <message id="NotificationActionOpenLink">
+        <translation>リンクを開く</translation>
+    </message>
+    <message id="NotificationMessageAbnormalDetected">
+        <translation>%@ は異常と判定されました。</translation>
+    </message>
+    <message id="NotificationMessageAbnormalQuarantined">
+        <translation>%@ は異常と判定され、隔離されました。</translation>
+    </message>
+    <message id="NotificationMessageAbnormalsDetected">
+        <translation>%@ 個のファイルが異常と判定されました。</translation>
+    </message>
+    <message id="NotificationMessageAbnormalsQuarantined">
+        <translation>%@ 個のファイルが異常と判定され、隔離されました。</translation>
+    </message>
+    <message id="NotificationMessageExploitDetectedPID">
+        <translation>%@ (プロセス %@) でエクスプロイトの試み: %@</translation>
+    </message>
+    <message id="NotificationMessageNewExploit">
+        <translation>新しいエクスプロイトの試みが複数検出されました。</translation>
+    </message>
+    <message id="NotificationMessagePolicyExpired">
+        <translation>このデバイスの保護ポリシーの有効期限が切れています。管理者に連絡してください。</translation>
+    </message>
+    <message id="NotificationMessagePolicyInvalidCompanyId">
+        <translation>保護ポリシーは別の会社に対して発行されたものです。管理者に連絡してください。</translation>
+    </message>
+    <message id="NotificationMessagePolicyInvalidSignature">
+        <translation>保護ポリシーの署名が無効です。管理者に連絡してください。</translation>
+    </message>
+    <message id="NotificationMessageUnsafeDetected">
+        <translation>%@ は危険と判定されました。</translation>
+    </message>
+    <message id="NotificationMessageUnsafeQuarantined">
+        <translation>%@ は危険と判定され、隔離されました。</translation>
+    </message>
+    <message id="NotificationMessageUnsafesDetected">
+        <translation>%@ 個のファイルが危険と判定されました。</translation>
+    </message>
+    <message id="NotificationMessageUnsafesQuarantined">
+        <translation>%@ 個のファイルが危険と判定され、隔離されました。</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalDetected">
+        <translation>異常なファイルを検出</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalQuarantined">
+        <translation>異常なファイルを隔離</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalsDetected">
+        <translation>複数の異常なファイルを検出</translation>
+    </message>
+    <message id="NotificationSubtitleAbnormalsQuarantined">
+        <translation>複数の異常なファイルを隔離</translation>
+    </message>
+    <message id="NotificationSubtitleExecutionBlock">
+        <translation>実行をブロックしました</translation>
+    </message>
+    <message id="NotificationSubtitleExploitAttemptDetected">
+        <translation>エクスプロイトの試みを検出</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyExpired">
+        <translation>ポリシーの有効期限切れ</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyInvalidCompanyId">
+        <translation>別の会社のポリシー</translation>
+    </message>
+    <message id="NotificationSubtitlePolicyInvalidSignature">
+        <translation>ポリシーの署名が無効</translation>
+    </message>
+    <message id="NotificationSubtitleProcessActionBlocked">
+        <translation>プロセスの操作をブロックしました</translation>
+    </message>
+    <message id="NotificationSubtitleProcessTerminated">
+        <translation>プロセスを終了しました</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafeDetected">
+        <translation>危険なファイルを検出</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafeQuarantined">
+        <translation>危険なファイルを隔離</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafesDetected">
+        <translation>複数の危険なファイルを検出</translation>
+    </message>
+    <message id="NotificationSubtitleUnsafesQuarantined">
+        <translation>複数の危険なファイルを隔離</translation>
+    </message>
+    <message id="OfflineMode">
+        <translation>オフライン</translation>
+    </message>
+    <message id="ProductEP">
+        <translation>Korvale Endpoint Protection</translation>
+    </message>
+    <message id="Quarantined">
+        <translation>隔離済み</translation>
+    </message>
+    <message id="Safe">
+        <translation>安全</translation>
+    </message>
+    <message id="ShowDetailsMenu">
+        <translation>詳細を表示</translation>
+    </message>
+    <message id="TM_All">
+        <translation>すべて</translation>
+    </message>
+    <message id="TM_Background">
+        <translation>バックグラウンドでスキャン</translation>
+    </message>
+    <message id="TM_Detection">
+        <translation>検出</translation>
+    </message>
+    <message id="TM_Error">
+        <translation>エラー</translation>
+    </message>
+    <message id="TM_Folder">
+        <translation>フォルダーをスキャン…</translation>
+    </message>
+    <message id="TM_Information">
+        <translation>情報</translation>
+    </message>
+    <message id="TM_Logging">
+        <translation>ログレベル</translation>
+    </message>
+    <message id="TM_Stop">
+        <translation>スキャンを停止</translation>
+    </message>
+    <message id="TM_Warning">
+        <translation>警告</translation>
+    </message>
+    <message id="Terminated">
+        <translation>強制終了</translation>
+    </message>
+    <message id="Unknown">
+        <translation>不明</translation>
+    </message>
+    <message id="Unsafe">
+        <translation>危険</translation>
+    </message>
+    <message id="Url">
+        <translation>https://korvale.example/</translation>
+    </message>
+    <message id="Waived">
+        <translation>許可済み</translation>
+    </message>
+</context>
+</TS>
