@@ -33,8 +33,8 @@ QVariant unwrapped(QVariant value) {
 
 } // namespace
 
-PortalAppearance::PortalAppearance(const QDBusConnection& sessionBus, QObject* parent)
-    : Appearance(parent), m_bus(sessionBus) {
+void PortalAppearance::start(const QDBusConnection& sessionBus) {
+    m_bus = sessionBus;
     if (!m_bus.isConnected()) {
         return;
     }

@@ -15,7 +15,10 @@ class PortalAppearance final : public Appearance {
     Q_OBJECT
 
 public:
-    explicit PortalAppearance(const QDBusConnection& sessionBus, QObject* parent = nullptr);
+    using Appearance::Appearance;
+
+    /// Asks the portal and follows it from now on. Once; a bus that is not connected is no portal.
+    void start(const QDBusConnection& sessionBus);
 
     [[nodiscard]] QVariant interfaceStyle() const override { return m_entry; }
 
@@ -28,7 +31,7 @@ private:
     void ownerChanged(const QString& newOwner);
     void take(const QVariant& value);
 
-    QDBusConnection m_bus;
+    QDBusConnection m_bus{QString()};
     QString m_owner; ///< unique name of the portal; empty while unknown
     QVariant m_entry;
 };
