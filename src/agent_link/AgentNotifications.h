@@ -4,26 +4,29 @@
 #include "agent_link/SharedController.h"
 #include "core/AppState.h"
 #include "model/Displays.h"
+#include "model/JsonValue.h"
 
 #include <QDBusMessage>
 #include <QObject>
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace korvale {
 
 class Clock;
-class HostCache;
 class SystemBus;
 
 /// What the agent's notifications act on.
 struct AgentNotificationsParts {
     AppState& state;
     const Clock& clock;
-    HostCache& hostCache;
     StatusDisplay& status;
     IconDisplay& icon;
     NotificationSender& notifications;
+    /// HostCache::readFile.
+    std::function<std::optional<JsonValue>(const QString& file)> readFile;
     std::function<void()> connectToService;
     std::function<void()> parseTimerAggregatedMessage;
 };
@@ -46,18 +49,18 @@ private Q_SLOTS:
     void onSignal(const QDBusMessage& message);
 
 private:
-    void addObservers(const SystemBus& bus);
+    void addObservers(SystemBus& bus);
     void act(AgentNotification code);
     void agentStarted();
     void agentStopped();
-    void setConnected(bool& flag, bool connected);
     void driverNotConnected();
     void applyConnectionRule();
     void applyRunningIconRule();
-    void sendBlockedFileNotification(const char* file, const char* member, const char* subtitleKey);
-    void sendNotification(const char* messageKey, const char* subtitleKey);
     void readAnalyzerStatus();
     void sendConsumerNotification();
+    void sendBlockedFileNotification(AgentNotification code);
+    void sendFixedNotification(AgentNotification code);
+    [[nodiscard]] std::optional<QString> readText(const char* file, const char* member) const;
 
     AgentNotificationsParts m_parts;
 };

@@ -11,8 +11,6 @@
 #include <functional>
 #include <vector>
 
-class QDBusPendingCall;
-
 namespace korvale {
 
 class SystemBus;
@@ -55,10 +53,13 @@ private:
         ReplyHandler handler;
     };
 
+    void followBus();
     void subscribe();
+    [[nodiscard]] bool isOnBus() const;
     void sendWaiting();
     void sendNow(const QVariantMap& envelope, const ReplyHandler& handler);
-    void logConnectionEvent(const char* description);
+    void deliver(const QDBusMessage& reply, const ReplyHandler& handler) const;
+    static void logConnectionEvent(const char* description);
 
     SystemBus& m_bus;
     NotificationSender& m_notifications;

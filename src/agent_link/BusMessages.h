@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QDBusMessage>
+#include <QVariantMap>
+
+#include <limits>
+#include <optional>
+
+namespace korvale {
+
+/// A time-out that never comes, for QDBusConnection::asyncCall.
+inline constexpr int noTimeout = std::numeric_limits<int>::max();
+
+/// The call that carries a request; it never starts the service.
+[[nodiscard]] QDBusMessage requestMessage(const QVariantMap& envelope);
+
+/// The dictionary that a reply or signal consists of; no value for an error or another signature.
+[[nodiscard]] std::optional<QVariantMap> dictionaryOf(const QDBusMessage& message);
+
+} // namespace korvale
