@@ -106,21 +106,24 @@ bool leadingBoolean(std::string_view text) {
 
 } // namespace
 
-QString valueText(const JsonValue& value) {
-    switch (value.kind()) {
-    case JsonKind::Null:
-        return QStringLiteral("(null)");
+QString scalarText(JsonKind kind, std::string_view utf8) {
+    switch (kind) {
     case JsonKind::False:
         return QStringLiteral("0");
     case JsonKind::True:
         return QStringLiteral("1");
     case JsonKind::Number:
-        return numberText(value.utf8());
+        return numberText(utf8);
     case JsonKind::Text:
-        return fromUtf8(value.utf8());
-    case JsonKind::List:
-    case JsonKind::Object:
-        break;
+        return fromUtf8(utf8);
+    default:
+        return QStringLiteral("(null)");
+    }
+}
+
+QString valueText(const JsonValue& value) {
+    if (!value.isList() && !value.isObject()) {
+        return scalarText(value.kind(), value.utf8());
     }
     QString compact;
     appendCompact(compact, value);

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace korvale {
 
@@ -15,6 +16,9 @@ namespace korvale {
 /// the shortest form that reads back the same, true 1, false 0, a list or object as compact JSON,
 /// and null as "(null)".
 [[nodiscard]] QString valueText(const JsonValue& value);
+
+/// valueText of a value that is no list or object, by its kind and JsonValue::utf8.
+[[nodiscard]] QString scalarText(JsonKind kind, std::string_view utf8);
 
 /// The value as a cell shows it: like valueText, but null is no value.
 [[nodiscard]] std::optional<QString> cellText(const JsonValue& value);

@@ -1,0 +1,67 @@
+#include "model/FileThreatRows.h"
+
+#include "model/Paths.h"
+#include "model/StateVocabulary.h"
+#include "model/Values.h"
+#include "platform/Texts.h"
+
+namespace korvale {
+
+FileThreatRows::FileThreatRows(Storage storage) : m_storage(std::move(storage)) {
+    if (m_storage.rows.empty()) {
+        m_storage = {}; // no need to keep a file of which nothing is shown
+    }
+}
+
+std::optional<QString> FileThreatRows::text(std::size_t index, RowKey key) const {
+    const Row& row = m_storage.rows[index];
+    switch (key) {
+    case RowKey::File:
+        return lastPathComponent(pathText(row.firstPath)).toLower();
+    case RowKey::FileToolTip:
+        return allPaths(row);
+    case RowKey::Category:
+        return stateStringFromValue(row.state);
+    case RowKey::CategoryToolTip:
+        return localizedText("CategoryTooltip");
+    case RowKey::Found:
+        return QString::number(row.count);
+    case RowKey::FoundToolTip:
+        return localizedText("FoundTooltip");
+    case RowKey::Id:
+    case RowKey::IdToolTip:
+        return valueOf(row.id);
+    case RowKey::Score:
+        return valueOf(row.score);
+    default:
+        return std::nullopt;
+    }
+}
+
+QString FileThreatRows::pathText(std::uint32_t path) const {
+    const Path& place = m_storage.paths[path];
+    return QString::fromUtf8(m_storage.bytes.get() + place.offset,
+                             static_cast<qsizetype>(place.length));
+}
+
+QString FileThreatRows::allPaths(const Row& row) const {
+    QString all = pathText(row.firstPath);
+    for (std::uint32_t path = m_storage.paths[row.firstPath].next; path != none;
+         path = m_storage.paths[path].next) {
+        all += QLatin1String("\n\n");
+        all += pathText(path);
+    }
+    return all;
+}
+
+std::optional<QString> FileThreatRows::valueOf(JsonNode node) const {
+    if (node.kind == JsonKind::Null) {
+        return std::nullopt;
+    }
+    if (node.isContainer()) {
+        return m_storage.texts[node.offset];
+    }
+    return scalarText(node.kind, {m_storage.bytes.get() + node.offset, node.extent});
+}
+
+} // namespace korvale

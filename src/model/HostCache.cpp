@@ -1,0 +1,102 @@
+#include "model/HostCache.h"
+
+#include "platform/RegularFile.h"
+#include "platform/RootedPath.h"
+
+#include <QStringBuilder>
+
+#include <array>
+
+namespace korvale {
+
+namespace {
+
+struct MaskedFile {
+    std::uint32_t bit;
+    QLatin1String name;
+    QLatin1String key;
+};
+
+/// Bit 8 names no file, and bits above 2048 none either. The names are the agent's: that of bit 16
+/// differs from the process list's, "process_states.log", on purpose.
+constexpr std::array<MaskedFile, 11> maskedFiles{{
+    {1, QLatin1String("file_states.log"), QLatin1String("FileStateMessage")},
+    {2, QLatin1String("scanner_state.log"), QLatin1String("ScannerStateMessage")},
+    {4, QLatin1String("analysis_count.log"), QLatin1String("AnalysisCountMessage")},
+    {16, QLatin1String("process_state.log"), QLatin1String("ProcessStateMessage")},
+    {32, QLatin1String("exe_blocked.log"), QLatin1String("ExeBlockedMessage")},
+    {64, QLatin1String("quillmar_status.log"), QLatin1String("QuillmarStatusMessage")},
+    {128, QLatin1String("process_terminated.log"), QLatin1String("ProcessTerminatedMessage")},
+    {256, QLatin1String("process_action_blocked.log"),
+     QLatin1String("ProcessActionBlockedMessage")},
+    {512, QLatin1String("halyx_host_status.log"), QLatin1String("HalyxHostStatusMessage")},
+    {1024, QLatin1String("consumer_notification.log"),
+     QLatin1String("ConsumerNotificationMessage")},
+    {2048, QLatin1String("external_device_control_events.log"),
+     QLatin1String("ExternalDeviceNotificationMessage")},
+}};
+
+constexpr QLatin1String userNotificationOn("UserNotificationOn");
+constexpr QLatin1String showUserNotificationChanged("ShowUserNotificationChanged");
+
+} // namespace
+
+HostCache::HostCache(UserDefaults& defaults)
+    : HostCache(defaults, rootedPath(QStringLiteral(KORVALE_SUPPORT_DIR "/HostCache"))) {}
+
+HostCache::HostCache(UserDefaults& defaults, QString folder)
+    : m_defaults(defaults), m_folder(std::move(folder)) {}
+
+std::optional<JsonValue> HostCache::readFile(const QString& name) {
+    auto file = RegularFile::open(pathOf(name));
+    auto content = file ? file->readAll() : std::nullopt;
+    if (!content) {
+        return std::nullopt;
+    }
+    auto document = m_parser.parse(std::move(content->bytes), content->size);
+    return document ? std::optional(JsonValue(std::move(document), 0)) : std::nullopt;
+}
+
+std::map<QString, JsonValue> HostCache::getLatest(std::uint32_t mask) {
+    std::map<QString, JsonValue> latest;
+    for (const MaskedFile& file : maskedFiles) {
+        if ((mask & file.bit) == 0) {
+            continue;
+        }
+        if (auto content = readFile(file.name)) {
+            latest.emplace(file.key, std::move(*content));
+        }
+    }
+    return latest;
+}
+
+ListRead HostCache::readList(const QString& name, const ListChecksum& last) {
+    return readListFile(pathOf(name), last, m_parser);
+}
+
+bool HostCache::isCurrentUserNotificationOn() const {
+    return hasCurrentUserChangedNotification() && m_defaults.boolForKey(userNotificationOn);
+}
+
+bool HostCache::hasCurrentUserChangedNotification() const {
+    return m_defaults.boolForKey(showUserNotificationChanged);
+}
+
+void HostCache::setCurrentUserNotification(bool on, bool changed) {
+    setFlag(userNotificationOn, on);
+    setFlag(showUserNotificationChanged, changed);
+}
+
+QString HostCache::pathOf(const QString& name) const {
+    return m_folder % QLatin1Char('/') % name;
+}
+
+void HostCache::setFlag(const QString& key, bool value) {
+    if (value) {
+        m_defaults.setInteger(key, 1);
+    } else {
+        m_defaults.removeObject(key);
+    }
+}
+
+} // namespace korvale

@@ -1,0 +1,101 @@
+#include "platform/RegularFile.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace korvale {
+
+namespace {
+
+/// Small enough to be still in the processor's cache when the block's consumer looks at it.
+constexpr std::size_t blockSize = std::size_t{128} << 10;
+
+/// Reads up to `room.size()` bytes at `offset`; 0 at the end, no value on an error.
+std::optional<std::size_t> readAt(int descriptor, std::span<char> room, std::size_t offset) {
+    ssize_t count = 0;
+    do {
+        count = pread(descriptor, room.data(), room.size(), static_cast<off_t>(offset));
+    } while (count < 0 && errno == EINTR);
+    return count < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(count));
+}
+
+FileBytes withRoomFor(std::size_t size, const FileBytes& present) {
+    FileBytes result{std::make_shared_for_overwrite<char[]>(size + 1), present.size};
+    std::copy_n(present.bytes.get(), present.size, result.bytes.get());
+    return result;
+}
+
+} // namespace
+
+std::optional<RegularFile> RegularFile::open(const QString& path) {
+    const QByteArray name = QFile::encodeName(path);
+    // O_NONBLOCK: a FIFO without a writer would hold up the program right here.
+    const int descriptor = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return std::nullopt;
+    }
+    RegularFile file(descriptor, 0);
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
+        static_cast<std::size_t>(status.st_size) > maxFileSize) {
+        return std::nullopt;
+    }
+    file.m_size = static_cast<std::size_t>(status.st_size);
+    return file;
+}
+
+RegularFile::RegularFile(RegularFile&& other) noexcept
+    : m_descriptor(std::exchange(other.m_descriptor, -1)), m_size(other.m_size) {}
+
+RegularFile::~RegularFile() {
+    if (m_descriptor >= 0) {
+        ::close(m_descriptor);
+    }
+}
+
+bool RegularFile::readBlocks(const BlockConsumer& consume) const {
+    const auto block = std::make_unique_for_overwrite<char[]>(blockSize);
+    std::size_t total = 0;
+    while (const auto count = readAt(m_descriptor, {block.get(), blockSize}, total)) {
+        total += *count;
+        if (*count == 0 || total > maxFileSize) {
+            return *count == 0;
+        }
+        consume({block.get(), *count});
+    }
+    return false;
+}
+
+std::optional<FileBytes> RegularFile::readAll(const BlockConsumer& consume) const {
+    std::size_t room = m_size;
+    FileBytes content = withRoomFor(room, {});
+    // The one byte more shows the end of the file, or that it has grown.
+    while (const auto count = readAt(
+               m_descriptor,
+               {content.bytes.get() + content.size, std::min(blockSize, room + 1 - content.size)},
+               content.size)) {
+        if (*count == 0) {
+            return content;
+        }
+        if (consume) {
+            consume({content.bytes.get() + content.size, *count});
+        }
+        content.size += *count;
+        if (content.size > maxFileSize) {
+            return std::nullopt;
+        }
+        if (content.size > room) {
+            room = std::min(maxFileSize, room * 2 + blockSize);
+            content = withRoomFor(room, content);
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace korvale

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QString>
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace korvale {
+
+/// A file's bytes, with at least one writable byte behind them.
+struct FileBytes {
+    std::shared_ptr<char[]> bytes;
+    std::size_t size = 0;
+};
+
+/// A regular file opened for reading, at most maxFileSize long. Anything else of that name (a
+/// folder, FIFO, socket or device) is as absent as no file; opening one never blocks.
+class RegularFile {
+public:
+    using BlockConsumer = std::function<void(std::span<const char>)>;
+
+    static constexpr std::size_t maxFileSize = std::size_t{256} << 20;
+
+    /// No value when there is no such file, or it may not be read.
+    [[nodiscard]] static std::optional<RegularFile> open(const QString& path);
+
+    RegularFile(RegularFile&& other) noexcept;
+    RegularFile(const RegularFile&) = delete;
+    RegularFile& operator=(const RegularFile&) = delete;
+    RegularFile& operator=(RegularFile&&) = delete;
+    ~RegularFile();
+
+    /// In bytes, when it was opened; others may write to it meanwhile.
+    [[nodiscard]] std::size_t size() const { return m_size; }
+
+    /// Reads the whole file from its beginning in blocks that are gone after `consume`. False when
+    /// a read fails or the file has grown too large; some blocks may have been consumed then.
+    [[nodiscard]] bool readBlocks(const BlockConsumer& consume) const;
+
+    /// Reads the whole file from its beginning; `consume`, if any, sees each block as it comes in.
+    [[nodiscard]] std::optional<FileBytes> readAll(const BlockConsumer& consume = {}) const;
+
+private:
+    RegularFile(int descriptor, std::size_t size) : m_descriptor(descriptor), m_size(size) {}
+
+    int m_descriptor;
+    std::size_t m_size;
+};
+
+} // namespace korvale
