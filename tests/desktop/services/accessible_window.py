@@ -4,6 +4,7 @@
 rows: the current tab's label, a tab, and how many rows its table has.
 tree: every accessible as one JSON line: depth, role, name, description.
 cells: the current table's cells as a JSON list of rows.
+firstcell: the middle of the current table's first cell on the screen, as JSON.
 """
 import json
 import sys
@@ -70,6 +71,10 @@ def main():
         print(f"{tabs.get_name() if tabs else ''}\t{table.get_table_iface().get_n_rows()}")
     elif what == "cells":
         print(json.dumps(cell_texts(table)))
+    elif what == "firstcell":
+        cell = table.get_table_iface().get_accessible_at(0, 0).get_component_iface()
+        box = cell.get_extents(Atspi.CoordType.SCREEN)
+        print(json.dumps([box.x + box.width // 2, box.y + box.height // 2]))
     else:
         sys.exit(f"nothing is called {what}")
 
