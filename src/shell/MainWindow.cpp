@@ -1,0 +1,262 @@
+#include "shell/MainWindow.h"
+
+#include "platform/Texts.h"
+#include "shell/PlainToolTip.h"
+#include "shell/TabBarStyle.h"
+#include "shell/WindowLook.h"
+#include "shell/WindowMemory.h"
+#include "tables/CustHeaderView.h"
+#include "tables/EventsTable.h"
+#include "tables/ExternalDevicesTable.h"
+#include "tables/FileThreatsTable.h"
+#include "tables/ProcessThreatsTable.h"
+#include "ui_MainWindow.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QShortcut>
+#include <QTabBar>
+
+namespace korvale {
+namespace {
+
+void showText(QLabel& label, const QString& text) {
+    if (label.text() != text) {
+        label.setText(text);
+    }
+}
+
+/// Shows both labels, or hides both when there is nothing to count.
+void showCounter(QLabel& countLabel, QLabel& nameLabel, const std::optional<QString>& count,
+                 const char* nameKey) {
+    if (count) {
+        showText(countLabel, *count);
+        showText(nameLabel, localizedText(nameKey));
+    }
+    countLabel.setVisible(count.has_value());
+    nameLabel.setVisible(count.has_value());
+}
+
+} // namespace
+
+MainWindow::MainWindow(const TableControllers& tables, WindowMemory& memory, QWidget* parent)
+    : QWidget(parent), m_ui(std::make_unique<Ui::MainWindow>()), m_memory(memory) {
+    m_ui->setupUi(this);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setMinimumSize(look::smallestWidth, look::smallestHeight);
+
+    m_tabBarStyle = new TabBarStyle;
+    m_tabBarStyle->setParent(this);
+    QTabBar* tabBar = m_ui->tabView->tabBar();
+    tabBar->setStyle(m_tabBarStyle);
+    tabBar->setExpanding(false);
+    m_ui->tabView->setDocumentMode(true);
+    m_ui->tabView->setAccessibleName(localizedText("HPS_Tabs"));
+
+    attachTables(tables);
+    customizeTitleBarWithToolBar();
+    setupFonts();
+    setupKeys();
+    setStatusMessage({}, {});
+    setCounterLine({});
+    setDark(false);
+    restorePlacement();
+
+    connect(m_ui->tabView, &QTabWidget::currentChanged, this, [this] {
+        const QVariant identifier = m_ui->tabView->currentWidget()->property("tabIdentifier");
+        Q_EMIT tabSelected(static_cast<TabIdentifier>(identifier.toInt()));
+    });
+    connect(m_ui->logoImage, &KvImageView::clicked, this, &MainWindow::logoClicked);
+    m_ui->fileThreatsTable->setFocus();
+}
+
+MainWindow::~MainWindow() {
+    savePlacement();
+}
+
+void MainWindow::attachTables(const TableControllers& tables) {
+    tables.fileThreatsTableCtrl.setFileThreatsTable(m_ui->fileThreatsTable);
+    tables.memExploitTableCtrl.setProcessThreatsTable(m_ui->processThreatsTable);
+    tables.eventsTableCtrl.setEventsTable(m_ui->eventsTable);
+    tables.externalDevicesTableCtrl.setExternalDevicesTable(m_ui->externalDevicesTable);
+    tables.fileThreatsTableCtrl.awakeFromNib();
+    tables.memExploitTableCtrl.awakeFromNib();
+    tables.eventsTableCtrl.awakeFromNib();
+    tables.externalDevicesTableCtrl.awakeFromNib();
+}
+
+void MainWindow::setupToolbar() {
+    m_ui->appIcon->setImageSize({look::appIconSide, look::appIconSide});
+    m_ui->appIcon->setAccessibleName(localizedText("HPS_ProtectionState"));
+    m_ui->logoImage->setImageSize({look::logoWidth, look::logoHeight});
+    m_ui->logoImage->setClickable(true);
+    m_ui->logoImage->setAccessibleName(localizedText("HPS_Logo"));
+    setPlainToolTip(*m_ui->logoImage, localizedText("HPS_LogoToolTip"));
+    m_ui->KvToolbar->setDelegate(*this);
+}
+
+void MainWindow::customizeTitleBarWithToolBar() {
+    setupToolbar();
+    // What is behind both shows through: one background, drawn by paintEvent.
+    m_ui->KvToolbar->setAutoFillBackground(false);
+    m_ui->titlbarBox->setAutoFillBackground(false);
+}
+
+QList<QLatin1String> MainWindow::toolbarDefaultItemIdentifiers(MainWindowToolbar& toolbar) {
+    toolbar.setCenteredItemIdentifier(toolbar_item::appIcon);
+    return {toolbar_item::emptyButton, toolbar_item::flexibleSpace, toolbar_item::appIcon,
+            toolbar_item::logoImage, toolbar_item::flexibleSpace};
+}
+
+QList<QLatin1String> MainWindow::toolbarAllowedItemIdentifiers(MainWindowToolbar& toolbar) {
+    return toolbarDefaultItemIdentifiers(toolbar);
+}
+
+std::optional<ToolbarItem> MainWindow::toolbarItemForItemIdentifier(MainWindowToolbar& /*toolbar*/,
+                                                                    QLatin1String identifier) {
+    if (identifier == toolbar_item::flexibleSpace) {
+        return ToolbarItem{identifier};
+    }
+    if (identifier == toolbar_item::appIcon) {
+        return ToolbarItem{identifier, m_ui->appIcon};
+    }
+    if (identifier == toolbar_item::logoImage) {
+        return ToolbarItem{identifier, m_ui->logoImage};
+    }
+    return std::nullopt; // the empty button is listed, but deliberately never built
+}
+
+void MainWindow::setupKeys() {
+    const auto onKey = [this](const QKeySequence& key, auto action) {
+        connect(new QShortcut(key, this), &QShortcut::activated, this, action);
+    };
+    onKey(Qt::Key_Escape, [this] { close(); });
+    onKey(Qt::CTRL | Qt::Key_W, [this] { close(); });
+    for (const QKeyCombination next : {Qt::CTRL | Qt::Key_Tab, Qt::CTRL | Qt::Key_PageDown}) {
+        onKey(next, [this] { selectNextTab(1); });
+    }
+    for (const QKeyCombination previous :
+         {Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, Qt::CTRL | Qt::Key_PageUp}) {
+        onKey(previous, [this] { selectNextTab(-1); });
+    }
+    onKey(Qt::Key_F10, [this] { m_ui->KvToolbar->showMenu(); });
+}
+
+void MainWindow::setupFonts() {
+    QFont strong = font();
+    strong.setWeight(QFont::DemiBold);
+    m_ui->analyzedCountLbl->setFont(strong);
+    m_ui->quarantineCountLbl->setFont(strong);
+    m_ui->tabView->tabBar()->setFont(strong);
+    m_ui->deviceName->setForegroundRole(QPalette::PlaceholderText);
+    for (QLabel* label :
+         {static_cast<QLabel*>(m_ui->bottomStatusLbl), m_ui->analyzedLbl, m_ui->quarantineLbl}) {
+        label->setForegroundRole(QPalette::PlaceholderText);
+    }
+}
+
+void MainWindow::selectNextTab(int step) {
+    const int count = m_ui->tabView->count();
+    m_ui->tabView->setCurrentIndex((m_ui->tabView->currentIndex() + step + count) % count);
+}
+
+void MainWindow::setDark(bool dark) {
+    m_dark = dark;
+    m_tabBarStyle->setLineColor(windowColors(dark).line);
+    setPalette(windowPalette(dark));
+}
+
+void MainWindow::setTabLabel(int position, const QString& label) {
+    if (m_ui->tabView->tabText(position) != label) {
+        m_ui->tabView->setTabText(position, label);
+    }
+}
+
+void MainWindow::setCounterLine(const CounterLine& line) {
+    showCounter(*m_ui->analyzedCountLbl, *m_ui->analyzedLbl, line.analyzed, "Analyzed");
+    showCounter(*m_ui->quarantineCountLbl, *m_ui->quarantineLbl, line.quarantined,
+                "HPS_Quarantined");
+}
+
+void MainWindow::setStatusMessage(const QString& text, const QString& toolTip) {
+    QLabel& label = *m_ui->bottomStatusLbl;
+    showText(label, text);
+    // A label's name is its text; while there is none it is still a control with a name.
+    label.setAccessibleName(text.isEmpty() ? localizedText("HPS_StatusLine") : QString());
+    setPlainToolTip(label, toolTip);
+}
+
+void MainWindow::setDeviceName(const QString& name) {
+    showText(*m_ui->deviceName, name);
+    setPlainToolTip(*m_ui->deviceName, name);
+}
+
+void MainWindow::setTitleBarImage(const QIcon& image, const QString& description) {
+    m_ui->appIcon->setImage(image);
+    setPlainToolTip(*m_ui->appIcon, description);
+}
+
+void MainWindow::setLogoImage(const QIcon& image) {
+    m_ui->logoImage->setImage(image);
+}
+
+void MainWindow::setStatusMenu(QMenu* menu) {
+    m_ui->KvToolbar->setMenu(menu);
+}
+
+std::array<ThreatsTableView*, 4> MainWindow::tableViews() const {
+    return {m_ui->fileThreatsTable, m_ui->processThreatsTable, m_ui->eventsTable,
+            m_ui->externalDevicesTable};
+}
+
+void MainWindow::restorePlacement() {
+    resize(look::windowWidth, look::windowHeight);
+    const WindowPlacement placement = m_memory.load();
+    restoreGeometry(placement.geometry);
+    for (ThreatsTableView* view : tableViews()) {
+        CustHeaderView& header = view->header();
+        const QList<int> widths = placement.columnWidths.value(view->objectName());
+        // The last column takes what is left.
+        const auto columns = std::min<qsizetype>(widths.size(), header.count() - 1);
+        for (int column = 0; column < columns; ++column) {
+            header.resizeSection(column, widths[column]);
+        }
+    }
+}
+
+void MainWindow::savePlacement() {
+    WindowPlacement placement{saveGeometry(), {}};
+    for (const ThreatsTableView* view : tableViews()) {
+        QList<int>& widths = placement.columnWidths[view->objectName()];
+        for (int column = 0; column + 1 < view->header().count(); ++column) {
+            widths.append(view->header().sectionSize(column));
+        }
+    }
+    m_memory.save(placement);
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) {
+        setupFonts();
+    }
+    QWidget::changeEvent(event);
+}
+
+void MainWindow::hideEvent(QHideEvent* event) {
+    savePlacement();
+    QWidget::hideEvent(event);
+}
+
+void MainWindow::paintEvent(QPaintEvent* /*event*/) {
+    const WindowColors colors = windowColors(m_dark);
+    const QRect title(0, 0, width(), m_ui->titlbarBox->geometry().bottom() + 1);
+    QLinearGradient background(title.topLeft(), title.bottomLeft());
+    background.setColorAt(0, colors.titleTop);
+    background.setColorAt(1, colors.titleBottom);
+    QPainter painter(this);
+    painter.fillRect(title, background);
+    const int bottomLine = m_ui->_bottomStatusBox->geometry().top();
+    painter.fillRect(QRect(0, bottomLine, width(), 1), colors.line);
+}
+
+} // namespace korvale

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "core/AppState.h"
+#include "shell/CounterLine.h"
+#include "shell/TableControllers.h"
+#include "shell/ToolbarDelegate.h"
+
+#include <QWidget>
+
+#include <array>
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QIcon;
+class QMenu;
+QT_END_NAMESPACE
+
+namespace korvale {
+
+class TabBarStyle;
+class ThreatsTableView;
+class WindowMemory;
+namespace Ui {
+class MainWindow;
+}
+
+/// The details window: a shell around the layout of MainWindow.ui that shows what it is given. Only
+/// hidden when it is closed. It remembers its place, its size and the widths of its columns.
+class MainWindow final : public QWidget, private ToolbarDelegate {
+    Q_OBJECT
+
+public:
+    /// Attaches a view to each controller. `memory` outlives the window.
+    MainWindow(const TableControllers& tables, WindowMemory& memory, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    /// The chrome's appearance; tables are light in both.
+    void setDark(bool dark);
+
+    /// Positions count from 0, as the tabs stand on screen.
+    void setTabLabel(int position, const QString& label);
+    void setCounterLine(const CounterLine& line);
+    void setStatusMessage(const QString& text, const QString& toolTip);
+    void setDeviceName(const QString& name);
+    /// The colour picture, and the same in words.
+    void setTitleBarImage(const QIcon& image, const QString& description);
+    void setLogoImage(const QIcon& image);
+    /// The menu behind the toolbar's button; nullptr: no button. Not owned.
+    void setStatusMenu(QMenu* menu);
+
+    /// True while the window is shown and not minimised.
+    [[nodiscard]] bool isOnScreen() const { return isVisible() && !isMinimized(); }
+
+Q_SIGNALS:
+    void tabSelected(korvale::TabIdentifier tab);
+    void logoClicked();
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    [[nodiscard]] QList<QLatin1String>
+    toolbarDefaultItemIdentifiers(MainWindowToolbar& toolbar) override;
+    [[nodiscard]] QList<QLatin1String>
+    toolbarAllowedItemIdentifiers(MainWindowToolbar& toolbar) override;
+    [[nodiscard]] std::optional<ToolbarItem>
+    toolbarItemForItemIdentifier(MainWindowToolbar& toolbar, QLatin1String identifier) override;
+
+    void attachTables(const TableControllers& tables);
+    void customizeTitleBarWithToolBar();
+    void setupToolbar();
+    void setupKeys();
+    void setupFonts();
+    void selectNextTab(int step);
+    void restorePlacement();
+    void savePlacement();
+    [[nodiscard]] std::array<ThreatsTableView*, 4> tableViews() const;
+
+    std::unique_ptr<Ui::MainWindow> m_ui;
+    WindowMemory& m_memory;
+    TabBarStyle* m_tabBarStyle = nullptr;
+    bool m_dark = false;
+};
+
+} // namespace korvale

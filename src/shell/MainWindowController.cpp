@@ -1,0 +1,154 @@
+#include "shell/MainWindowController.h"
+
+#include "shell/AboutCredits.h"
+#include "shell/AboutPanel.h"
+#include "shell/CounterLine.h"
+#include "shell/MainWindow.h"
+#include "shell/Resources.h"
+#include "shell/StatusItem.h"
+#include "shell/StatusLine.h"
+#include "shell/TabLabels.h"
+#include "shell/WindowActivation.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+
+#include <utility>
+
+namespace korvale {
+
+MainWindowController::MainWindowController(MainWindowContext context, QObject* parent)
+    : QObject(parent), m_context(std::move(context)), m_memory(m_context.placementFile) {
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+            &MainWindowController::focusWindowChanged);
+}
+
+MainWindowController::~MainWindowController() {
+    delete m_aboutPanel;
+}
+
+void MainWindowController::showDetails(const QString& activationToken) {
+    if (!m_window) {
+        buildWindow();
+    }
+    bringToFront(*m_window, activationToken);
+}
+
+void MainWindowController::buildWindow() {
+    m_window = std::make_unique<MainWindow>(m_context.tables, m_memory);
+    m_window->setWindowTitle(m_context.displayName);
+    m_window->setWindowIcon(m_context.resources.getImage(image::appIcon));
+    m_window->setLogoImage(m_context.resources.getImage(image::logo));
+    m_window->setCounterLine(counterLine(m_context.state.activeTabIndex, m_context.state));
+    showDeviceName();
+    showTabLabels();
+    showTitleBarImage();
+    showStatusMessage();
+    showStatusMenu();
+    showAppearance();
+
+    connect(m_window.get(), &MainWindow::tabSelected, this, &MainWindowController::didSelectTab);
+    connect(m_window.get(), &MainWindow::logoClicked, this, [this] { m_context.visitHome(); });
+    connect(&m_context.statusLine, &StatusLine::changed, this,
+            &MainWindowController::showStatusMessage);
+    connect(&m_context.statusItem, &StatusItem::titleBarPictureChanged, this,
+            &MainWindowController::showTitleBarImage);
+    connect(&m_context.statusItem, &StatusItem::toolTipChanged, this,
+            &MainWindowController::showTitleBarImage);
+    connect(&m_context.statusItem, &StatusItem::trayAvailabilityChanged, this,
+            &MainWindowController::showStatusMenu);
+    connect(&m_context.resources, &Resources::darkModeFlipped, this,
+            &MainWindowController::showAppearance);
+}
+
+void MainWindowController::updateDisplay() {
+    showTabLabels();
+    updateCounters(m_context.state.activeTabIndex);
+    const AppState& state = m_context.state;
+    if (state.curIconDispColor != IconColor::Yellow) {
+        m_context.iconDisplay.setIconDispColor(state.newThreatCount < 1 ? IconColor::Green
+                                                                        : IconColor::Red);
+    }
+}
+
+void MainWindowController::updateCounters(TabIdentifier tab) {
+    AppState& state = m_context.state;
+    if (!m_window) {
+        return;
+    }
+    m_window->setCounterLine(counterLine(tab, state));
+    if (m_window->isOnScreen()) {
+        state.*factsOfTab(tab).unseenCount = 0;
+    }
+}
+
+void MainWindowController::didSelectTab(TabIdentifier tab) {
+    m_context.state.activeTabIndex = tab;
+    updateDisplay();
+}
+
+void MainWindowController::showDeviceName() {
+    if (m_window) {
+        m_window->setDeviceName(m_context.state.customName);
+    }
+}
+
+void MainWindowController::showTabLabels() {
+    if (!m_window) {
+        return;
+    }
+    int position = 0;
+    for (const TabFacts& tab : tabFacts) {
+        m_window->setTabLabel(position++, tabLabel(tab, m_context.state));
+    }
+}
+
+void MainWindowController::showTitleBarImage() {
+    const std::optional<int> index = m_context.statusItem.titleBarImage();
+    m_window->setTitleBarImage(index ? m_context.resources.getImage(*index) : QIcon(),
+                               m_context.statusItem.toolTip());
+}
+
+void MainWindowController::showStatusMessage() {
+    m_window->setStatusMessage(m_context.statusLine.text(), m_context.statusLine.toolTip());
+}
+
+void MainWindowController::showStatusMenu() {
+    m_window->setStatusMenu(m_context.statusItem.isTrayAvailable() ? nullptr
+                                                                   : m_context.statusMenu);
+}
+
+void MainWindowController::showAppearance() {
+    m_window->setDark(m_context.resources.isDark());
+}
+
+void MainWindowController::focusWindowChanged(QWindow* focusWindow) {
+    if (focusWindow == nullptr) {
+        appWindowResignMain();
+    } else if (focusWindow->type() == Qt::Window || focusWindow->type() == Qt::Dialog) {
+        appWindowBecameMain(); // menus and tooltips never are the main window
+    }
+}
+
+void MainWindowController::appWindowBecameMain() {
+    // After the present event, not inside it.
+    QMetaObject::invokeMethod(
+        this, [this] { m_context.parseTimerAggregatedMessage(); }, Qt::QueuedConnection);
+}
+
+void MainWindowController::appWindowResignMain() {
+    // Called when the key focus goes, not when the main window changes; either way nothing is due.
+}
+
+void MainWindowController::aboutApp(const QString& activationToken) {
+    if (!m_aboutPanel) {
+        m_aboutPanel = new AboutPanel(m_context.resources.getImage(image::appIcon),
+                                      m_context.displayName, m_context.shortVersion);
+        m_aboutPanel->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_aboutPanel->setDark(m_context.resources.isDark());
+    m_aboutPanel->setCredits(aboutCredits(m_context.state));
+    bringToFront(*m_aboutPanel, activationToken);
+}
+
+} // namespace korvale

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "core/AppState.h"
+#include "model/Displays.h"
+#include "shell/TableControllers.h"
+#include "shell/WindowMemory.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QMenu;
+class QWindow;
+QT_END_NAMESPACE
+
+namespace korvale {
+
+class AboutPanel;
+class MainWindow;
+class Resources;
+class StatusItem;
+class StatusLine;
+
+/// What the details window and the About panel show and set going. Everything referred to outlives
+/// the controller.
+struct MainWindowContext {
+    AppState& state;
+    const Resources& resources;
+    const StatusItem& statusItem;
+    const StatusLine& statusLine;
+    IconDisplay& iconDisplay;
+    TableControllers tables;
+    QMenu* statusMenu = nullptr;                       ///< offered by the window where no tray is
+    std::function<void()> parseTimerAggregatedMessage; ///< reads the agent's batch
+    std::function<void()> visitHome;                   ///< opens the home page
+    QString displayName;                               ///< of the program, for titles
+    QString shortVersion;
+    QString placementFile; ///< where the window's looks are remembered
+};
+
+/// Keeps what the details window shows in step with the state. The window itself is built when it
+/// is first shown; until then, and without any user interface, only the state and the colour
+/// change. Main thread.
+class MainWindowController final : public QObject, public CounterDisplay {
+    Q_OBJECT
+
+public:
+    explicit MainWindowController(MainWindowContext context, QObject* parent = nullptr);
+    ~MainWindowController() override;
+
+    /// Menu action: brings the window to the front and makes it the active one. The token is what
+    /// the desktop handed on with the user's wish, or empty.
+    void showDetails(const QString& activationToken = {});
+
+    /// Menu action: shows the About panel with what is known now.
+    void aboutApp(const QString& activationToken = {});
+
+    /// Refreshes tab labels, counters and the colour; a yellow icon is left alone.
+    void updateDisplay() override;
+
+    /// Shows the counters of `tab`, and counts its items as seen unless the window is out of sight:
+    /// hidden, minimised or not built yet.
+    void updateCounters(TabIdentifier tab);
+
+    /// Shows the device's present name.
+    void showDeviceName();
+
+    /// The window, nullptr until it is first shown.
+    [[nodiscard]] MainWindow* window() const { return m_window.get(); }
+
+private:
+    void buildWindow();
+    void showTabLabels();
+    void showTitleBarImage();
+    void showStatusMessage();
+    void showStatusMenu();
+    void showAppearance();
+    void didSelectTab(TabIdentifier tab);
+    void focusWindowChanged(QWindow* focusWindow);
+    void appWindowBecameMain();
+    void appWindowResignMain();
+
+    MainWindowContext m_context;
+    WindowMemory m_memory;
+    std::unique_ptr<MainWindow> m_window;
+    QPointer<AboutPanel> m_aboutPanel;
+};
+
+} // namespace korvale
