@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QStyleOptionTab>
 
+#include <algorithm>
+
 namespace korvale {
 
 void TabBarStyle::drawTab(const QStyleOptionTab& tab, QPainter& painter) const {

@@ -2,6 +2,10 @@
 
 #include <QProxyStyle>
 
+QT_BEGIN_NAMESPACE
+class QStyleOptionTab;
+QT_END_NAMESPACE
+
 namespace korvale {
 
 /// Draws a tab bar flat: labels side by side on the window's background, the selected one
