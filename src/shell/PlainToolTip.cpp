@@ -1,21 +1,19 @@
 #include "shell/PlainToolTip.h"
 
-#include <QTextDocument>
+#include "tables/SafeText.h"
+
 #include <QWidget>
 
 namespace korvale {
 
-QString plainToolTip(const QString& text) {
-    if (!Qt::mightBeRichText(text)) {
-        return text;
-    }
-    return QLatin1String("<p style='white-space:pre-wrap'>") + text.toHtmlEscaped() +
-           QLatin1String("</p>");
-}
-
 void setPlainToolTip(QWidget& widget, const QString& text) {
-    widget.setToolTip(plainToolTip(text));
-    widget.setAccessibleDescription(text);
+    const QString markup = toolTipMarkup(text);
+    if (widget.toolTip() != markup) {
+        widget.setToolTip(markup);
+    }
+    if (widget.accessibleDescription() != text) {
+        widget.setAccessibleDescription(text);
+    }
 }
 
 } // namespace korvale
