@@ -1,0 +1,270 @@
+#include "shell/WindowFixture.h"
+
+#include <QLabel>
+#include <QSignalSpy>
+
+namespace korvale {
+namespace {
+
+class MainWindowControllerTest : public WindowFixture {};
+
+struct CountOfTab {
+    TabIdentifier tab;
+    std::int64_t AppState::*count;
+};
+
+constexpr CountOfTab countsOfTabs[] = {
+    {TabIdentifier::Threats, &AppState::newThreatCount},
+    {TabIdentifier::Exploits, &AppState::newExploitCount},
+    {TabIdentifier::ExternalDevices, &AppState::externalDevicesCount},
+    {TabIdentifier::Events, &AppState::eventCount},
+    {TabIdentifier{0}, &AppState::eventCount},
+};
+
+void setAllCounts(AppState& state, std::int64_t count) {
+    for (const CountOfTab& of : countsOfTabs) {
+        state.*of.count = count;
+    }
+}
+
+TEST_F(MainWindowControllerTest, TheWindowIsBuiltWhenItIsFirstShown) {
+    controller().updateDisplay();
+    controller().showDeviceName();
+    EXPECT_EQ(controller().window(), nullptr);
+    shownWindow();
+    ASSERT_NE(controller().window(), nullptr);
+    EXPECT_TRUE(controller().window()->isOnScreen());
+}
+
+TEST_F(MainWindowControllerTest, BeforeTheWindowIsBuiltCountsAreKept) {
+    setAllCounts(state, 4);
+    for (const CountOfTab& of : countsOfTabs) {
+        controller().updateCounters(of.tab);
+        EXPECT_EQ(state.*of.count, 4);
+    }
+}
+
+TEST_F(MainWindowControllerTest, AShownTabsItemsCountAsSeenAndNoOthers) {
+    shownWindow();
+    for (const CountOfTab& of : countsOfTabs) {
+        setAllCounts(state, 4);
+        controller().updateCounters(of.tab);
+        EXPECT_EQ(state.*of.count, 0);
+        EXPECT_EQ(state.newThreatCount + state.newExploitCount + state.externalDevicesCount +
+                      state.eventCount,
+                  3 * 4);
+    }
+}
+
+TEST_F(MainWindowControllerTest, WhileTheWindowIsHiddenCountsAreKept) {
+    shownWindow().hide();
+    state.newThreatCount = 4;
+    controller().updateDisplay();
+    EXPECT_EQ(state.newThreatCount, 4);
+    EXPECT_EQ(state.curIconDispColor, IconColor::Red);
+}
+
+TEST_F(MainWindowControllerTest, WhileTheWindowIsMinimisedCountsAreKept) {
+    shownWindow().showMinimized();
+    state.newThreatCount = 4;
+    controller().updateDisplay();
+    EXPECT_EQ(state.newThreatCount, 4);
+
+    controller().showDetails();
+    EXPECT_TRUE(controller().window()->isOnScreen());
+    controller().updateDisplay();
+    EXPECT_EQ(state.newThreatCount, 0);
+}
+
+TEST_F(MainWindowControllerTest, WhileTheWindowIsHiddenItsCountersFollow) {
+    shownWindow().hide();
+    state.analyzedCount = 77;
+    controller().updateCounters(TabIdentifier::Threats);
+    EXPECT_EQ(part<QLabel>("analyzedCountLbl").text(), u"77");
+    controller().updateCounters(TabIdentifier::Events);
+    EXPECT_TRUE(part<QLabel>("analyzedCountLbl").isHidden());
+}
+
+TEST_F(MainWindowControllerTest, NewThreatsTurnTheIconRedUntilTheTabIsLookedAt) {
+    state.curIconDispColor = IconColor::Green;
+    state.newThreatCount = 2;
+    controller().updateDisplay();
+    EXPECT_EQ(state.curIconDispColor, IconColor::Red);
+
+    shownWindow();
+    controller().updateDisplay();
+    EXPECT_EQ(state.newThreatCount, 0);
+    EXPECT_EQ(state.curIconDispColor, IconColor::Green);
+}
+
+TEST_F(MainWindowControllerTest, AYellowIconIsLeftAlone) {
+    state.curIconDispColor = IconColor::Yellow;
+    state.newThreatCount = 2;
+    controller().updateDisplay();
+    EXPECT_EQ(state.curIconDispColor, IconColor::Yellow);
+}
+
+TEST_F(MainWindowControllerTest, ANegativeThreatCountIsGreen) {
+    state.newThreatCount = -3;
+    controller().updateDisplay();
+    EXPECT_EQ(state.curIconDispColor, IconColor::Green);
+}
+
+TEST_F(MainWindowControllerTest, ExploitsEventsAndDevicesNeverTurnTheIconRed) {
+    state.curIconDispColor = IconColor::Green;
+    setAllCounts(state, 9);
+    state.newThreatCount = 0;
+    controller().updateDisplay();
+    EXPECT_EQ(state.curIconDispColor, IconColor::Green);
+}
+
+TEST_F(MainWindowControllerTest, TheColourIsThatOfTheCountsAfterTheyWereSeen) {
+    shownWindow();
+    state.curIconDispColor = IconColor::Red;
+    state.newThreatCount = 2;
+    controller().updateDisplay();
+    EXPECT_EQ(state.curIconDispColor, IconColor::Green);
+    EXPECT_EQ(tabView().tabText(0), u"HPS_Threats (2)"); // as it was before it was seen
+}
+
+TEST_F(MainWindowControllerTest, TabLabelsKeepTheirTrailingBlank) {
+    shownWindow();
+    controller().updateDisplay();
+    EXPECT_EQ(tabView().tabText(0), u"HPS_Threats ");
+    EXPECT_EQ(tabView().tabText(1), u"HPS_Exploits ");
+    EXPECT_EQ(tabView().tabText(2), u"HPS_Events ");
+    EXPECT_EQ(tabView().tabText(3), u"HPS_ExternalDevices ");
+}
+
+TEST_F(MainWindowControllerTest, TheWindowOpensWithWhatCameBeforeIt) {
+    state.newExploitCount = 3;
+    state.externalDevicesCount = 7;
+    state.quarantineCount = 2;
+    state.analyzedCount = 12;
+    state.customName = QStringLiteral("ada");
+    statusItem.setIconDispColor(IconColor::Yellow);
+    statusLine.updateStatusMessage(StatusState::NotRunning);
+    shownWindow();
+    EXPECT_EQ(tabView().tabText(1), u"HPS_Exploits (3)");
+    EXPECT_EQ(tabView().tabText(3), u"HPS_ExternalDevices ");
+    EXPECT_EQ(part<QLabel>("analyzedCountLbl").text(), u"12");
+    EXPECT_EQ(part<QLabel>("analyzedLbl").text(), u"Analyzed");
+    EXPECT_EQ(part<QLabel>("quarantineCountLbl").text(), u"2");
+    EXPECT_EQ(part<QLabel>("quarantineLbl").text(), u"HPS_Quarantined");
+    EXPECT_EQ(part<QLabel>("deviceName").text(), u"ada");
+    EXPECT_EQ(part<QLabel>("bottomStatusLbl").text(), u"NotRunning");
+    EXPECT_EQ(part<QWidget>("appIcon").accessibleDescription(), u"ProductEP\nOfflineMode");
+}
+
+TEST_F(MainWindowControllerTest, OnlyTheThreatsTabHasACounterLine) {
+    shownWindow();
+    state.analyzedCount = 5;
+    state.quarantineCount = 0;
+    const auto shown = [this] {
+        std::string names;
+        for (const char* name :
+             {"analyzedCountLbl", "analyzedLbl", "quarantineCountLbl", "quarantineLbl"}) {
+            names += part<QLabel>(name).isVisible() ? '1' : '0';
+        }
+        return names;
+    };
+    controller().updateCounters(TabIdentifier::Threats);
+    EXPECT_EQ(shown(), "1100");
+    state.quarantineCount = 1;
+    controller().updateCounters(TabIdentifier::Threats);
+    EXPECT_EQ(shown(), "1111");
+    for (const TabIdentifier tab :
+         {TabIdentifier::Exploits, TabIdentifier::ExternalDevices, TabIdentifier::Events}) {
+        controller().updateCounters(tab);
+        EXPECT_EQ(shown(), "0000");
+    }
+}
+
+TEST_F(MainWindowControllerTest, TheWindowFollowsStatusNameAndColour) {
+    shownWindow();
+    state.updateStatus = QStringLiteral("<b>Update</b> & more");
+    statusLine.updateStatusMessage(StatusState::UpdaterMessage);
+    EXPECT_EQ(part<QLabel>("bottomStatusLbl").text(), state.updateStatus);
+    EXPECT_EQ(part<QLabel>("bottomStatusLbl").textFormat(), Qt::PlainText);
+    EXPECT_EQ(part<QLabel>("bottomStatusLbl").accessibleDescription(), state.updateStatus);
+    EXPECT_FALSE(part<QLabel>("bottomStatusLbl").toolTip().contains(u"<b>"));
+
+    state.customName = QStringLiteral("<i>grace</i>");
+    EXPECT_NE(part<QLabel>("deviceName").text(), state.customName);
+    controller().showDeviceName();
+    EXPECT_EQ(part<QLabel>("deviceName").text(), state.customName);
+    EXPECT_EQ(part<QLabel>("deviceName").textFormat(), Qt::PlainText);
+
+    statusItem.setIconDispColor(IconColor::Green);
+    EXPECT_EQ(part<QWidget>("appIcon").accessibleDescription(), statusItem.toolTip());
+}
+
+TEST_F(MainWindowControllerTest, TheChromeFollowsTheAppearance) {
+    resources.initialize();
+    MainWindow& window = shownWindow();
+    const QColor light = window.palette().color(QPalette::Window);
+    appearance.set(QStringLiteral("Dark"));
+    EXPECT_LT(window.palette().color(QPalette::Window).lightness(), light.lightness());
+    EXPECT_LT(tabView().palette().color(QPalette::Window).lightness(), light.lightness());
+    appearance.set({});
+    EXPECT_EQ(window.palette().color(QPalette::Window), light);
+}
+
+TEST_F(MainWindowControllerTest, ABatchIsReadAfterTheEventThatMadeAWindowMain) {
+    controller().showDetails();
+    EXPECT_EQ(batchesRead, 0);
+    QApplication::processEvents();
+    EXPECT_EQ(batchesRead, 1);
+}
+
+TEST_F(MainWindowControllerTest, ABatchIsReadForAnyWindowOfTheProgram) {
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QApplication::processEvents();
+    EXPECT_EQ(batchesRead, 1);
+}
+
+TEST_F(MainWindowControllerTest, ResigningTheFocusDoesNothing) {
+    MainWindow& window = shownWindow();
+    state.newThreatCount = 3;
+    const int before = batchesRead;
+    window.hide();
+    QApplication::processEvents();
+    EXPECT_EQ(batchesRead, before);
+    EXPECT_EQ(state.newThreatCount, 3);
+}
+
+TEST_F(MainWindowControllerTest, MenusAreNoMainWindow) {
+    shownWindow();
+    const int before = batchesRead;
+    statusMenu.addAction(QStringLiteral("x"));
+    statusMenu.popup(QPoint());
+    QApplication::processEvents();
+    statusMenu.hide();
+    EXPECT_EQ(batchesRead, before);
+}
+
+TEST_F(MainWindowControllerTest, TheActivationTokenIsHandedOn) {
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+    controller().showDetails(QStringLiteral("token-1"));
+    EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "token-1");
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+    controller().showDetails();
+    EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+}
+
+TEST_F(MainWindowControllerTest, TheStatusMenuIsInTheToolbarOnlyWithoutATray) {
+    shownWindow();
+    auto& toolbar = part<MainWindowToolbar>("KvToolbar");
+    EXPECT_EQ(toolbar.menuButton(), nullptr);
+    statusItem.setTrayAvailable(false);
+    ASSERT_NE(toolbar.menuButton(), nullptr);
+    EXPECT_EQ(toolbar.menuButton()->menu(), &statusMenu);
+    EXPECT_FALSE(toolbar.menuButton()->accessibleName().isEmpty());
+    statusItem.setTrayAvailable(true);
+    EXPECT_EQ(toolbar.menuButton(), nullptr);
+}
+
+} // namespace
+} // namespace korvale

@@ -1,0 +1,233 @@
+#include "fakes/RecordingRowBatch.h"
+#include "shell/WindowFixture.h"
+#include "tables/CustHeaderView.h"
+#include "tables/ThreatsTableView.h"
+
+#include <QAccessible>
+#include <QLabel>
+#include <QTabBar>
+#include <QTest>
+#include <QTimer>
+
+namespace korvale {
+namespace {
+
+class MainWindowTest : public WindowFixture {
+protected:
+    std::vector<QLatin1String> toolbarIdentifiers() {
+        std::vector<QLatin1String> identifiers;
+        for (const ToolbarItem& item : part<MainWindowToolbar>("KvToolbar").items()) {
+            identifiers.push_back(item.identifier);
+        }
+        return identifiers;
+    }
+};
+
+TEST_F(MainWindowTest, TheToolbarHoldsIconAndLogoBetweenFlexibleSpaces) {
+    MainWindow& window = shownWindow();
+    // "KvEmptyButton" is listed first, but never built.
+    EXPECT_EQ(toolbarIdentifiers(),
+              (std::vector{toolbar_item::flexibleSpace, toolbar_item::appIcon,
+                           toolbar_item::logoImage, toolbar_item::flexibleSpace}));
+    auto& toolbar = part<MainWindowToolbar>("KvToolbar");
+    EXPECT_EQ(toolbar.centeredItemIdentifier(), toolbar_item::appIcon);
+    for (const int width : {700, 1000}) {
+        for (const bool trayAvailable : {true, false}) {
+            statusItem.setTrayAvailable(trayAvailable);
+            window.resize(width, 500);
+            QApplication::processEvents();
+            EXPECT_NEAR(part<QWidget>("appIcon").geometry().center().x(), width / 2, 1);
+        }
+    }
+}
+
+TEST_F(MainWindowTest, ToolbarAndTitleBoxShareOneBackgroundWithoutALine) {
+    MainWindow& window = shownWindow();
+    const QImage picture = window.grab().toImage();
+    const int below = part<QWidget>("titlbarBox").geometry().top();
+    for (int y = below - 2; y <= below + 1; ++y) {
+        const QColor here = picture.pixelColor(3, y);
+        const QColor next = picture.pixelColor(3, y + 1);
+        EXPECT_LE(std::abs(here.lightness() - next.lightness()), 2) << y;
+    }
+}
+
+TEST_F(MainWindowTest, EveryTabHasItsIdentifierAndItsTable) {
+    shownWindow();
+    const std::pair<int, const char*> expected[] = {{1, "fileThreatsTable"},
+                                                    {2, "processThreatsTable"},
+                                                    {4, "eventsTable"},
+                                                    {3, "externalDevicesTable"}};
+    ASSERT_EQ(tabView().count(), 4);
+    for (int tab = 0; tab < 4; ++tab) {
+        tabView().setCurrentIndex(tab);
+        EXPECT_EQ(static_cast<int>(state.activeTabIndex), expected[tab].first);
+        EXPECT_EQ(tabView().currentWidget()->objectName(),
+                  QString::fromLatin1(expected[tab].second));
+    }
+}
+
+TEST_F(MainWindowTest, AClickOnATabSelectsAndRefreshesIt) {
+    shownWindow();
+    state.newExploitCount = 5;
+    QTabBar& bar = *tabView().tabBar();
+    QTest::mouseClick(&bar, Qt::LeftButton, Qt::NoModifier, bar.tabRect(1).center());
+    EXPECT_EQ(state.activeTabIndex, TabIdentifier::Exploits);
+    EXPECT_EQ(tabView().tabText(1), u"HPS_Exploits (5)");
+    EXPECT_EQ(state.newExploitCount, 0);
+}
+
+struct TabKey {
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    int expectedFromFirst;
+};
+
+class TabKeyTest : public MainWindowTest, public testing::WithParamInterface<TabKey> {};
+
+TEST_P(TabKeyTest, ChangesTheTabFromWithinATable) {
+    shownWindow();
+    part<QWidget>("fileThreatsTable").setFocus();
+    QTest::keyClick(QApplication::focusWidget(), GetParam().key, GetParam().modifiers);
+    EXPECT_EQ(tabView().currentIndex(), GetParam().expectedFromFirst);
+}
+
+INSTANTIATE_TEST_SUITE_P(Keys, TabKeyTest,
+                         testing::Values(TabKey{Qt::Key_Tab, Qt::ControlModifier, 1},
+                                         TabKey{Qt::Key_Backtab,
+                                                Qt::ControlModifier | Qt::ShiftModifier, 3},
+                                         TabKey{Qt::Key_PageDown, Qt::ControlModifier, 1},
+                                         TabKey{Qt::Key_PageUp, Qt::ControlModifier, 3}));
+
+TEST_F(MainWindowTest, ArrowKeysOnTheTabBarChangeTheTab) {
+    shownWindow();
+    tabView().tabBar()->setFocus();
+    QTest::keyClick(tabView().tabBar(), Qt::Key_Right);
+    EXPECT_EQ(state.activeTabIndex, TabIdentifier::Exploits);
+    QTest::keyClick(tabView().tabBar(), Qt::Key_Left);
+    EXPECT_EQ(state.activeTabIndex, TabIdentifier::Threats);
+}
+
+TEST_F(MainWindowTest, EscapeAndControlWHideTheWindow) {
+    for (const auto& [key, modifiers] :
+         {std::pair{Qt::Key_Escape, Qt::NoModifier}, std::pair{Qt::Key_W, Qt::ControlModifier}}) {
+        MainWindow& window = shownWindow();
+        ASSERT_TRUE(window.isVisible());
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+        EXPECT_FALSE(window.isVisible());
+        EXPECT_EQ(controller().window(), &window);
+    }
+}
+
+TEST_F(MainWindowTest, ClosingHidesItAndItOpensAgainAsItWas) {
+    MainWindow& window = shownWindow();
+    tabView().setCurrentIndex(2);
+    window.close();
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(&shownWindow(), &window);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(tabView().currentIndex(), 2);
+}
+
+TEST_F(MainWindowTest, F10OpensTheMenuWhereThereIsNoTray) {
+    statusItem.setTrayAvailable(false);
+    statusMenu.addAction(QStringLiteral("x"));
+    shownWindow();
+    bool opened = false;
+    QObject::connect(&statusMenu, &QMenu::aboutToShow, &statusMenu, [&] {
+        opened = true;
+        QTimer::singleShot(0, &statusMenu, &QMenu::hide);
+    });
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F10);
+    EXPECT_TRUE(opened);
+}
+
+TEST_F(MainWindowTest, AClickOrAKeyOnTheLogoVisitsTheHomePage) {
+    shownWindow();
+    auto& logo = part<QWidget>("logoImage");
+    QTest::mouseClick(&logo, Qt::LeftButton);
+    EXPECT_EQ(homeVisits, 1);
+    logo.setFocus();
+    QTest::keyClick(&logo, Qt::Key_Space);
+    EXPECT_EQ(homeVisits, 2);
+}
+
+TEST_F(MainWindowTest, SizeAndColumnWidthsAreRemembered) {
+    MainWindow& window = shownWindow();
+    window.resize(777, 444);
+    part<ThreatsTableView>("eventsTable").header().resizeSection(1, 123);
+    window.close();
+    makeController();
+    EXPECT_EQ(shownWindow().size(), QSize(777, 444));
+    EXPECT_EQ(part<ThreatsTableView>("eventsTable").header().sectionSize(1), 123);
+}
+
+TEST_F(MainWindowTest, SizeIsRememberedWhenTheProgramEndsWithTheWindowOpen) {
+    shownWindow().resize(654, 432);
+    makeController();
+    EXPECT_EQ(shownWindow().size(), QSize(654, 432));
+}
+
+TEST_F(MainWindowTest, RowsThatCameBeforeTheWindowAreShown) {
+    events.addData(numberedRows(2));
+    shownWindow();
+    EXPECT_EQ(part<ThreatsTableView>("eventsTable").model()->rowCount(), 2);
+    EXPECT_EQ(part<ThreatsTableView>("fileThreatsTable").model()->rowCount(), 0);
+}
+
+TEST_F(MainWindowTest, EverythingToSeeOrToFocusHasAName) {
+    statusItem.setTrayAvailable(false);
+    state.customName = QStringLiteral("ada");
+    state.quarantineCount = 1;
+    MainWindow& window = shownWindow();
+    int checked = 0;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        const bool isControl =
+            (widget->focusPolicy() & Qt::TabFocus) != 0 || qobject_cast<QLabel*>(widget) != nullptr;
+        if (!isControl || !widget->isVisible()) {
+            continue;
+        }
+        ++checked;
+        const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+        ASSERT_NE(accessible, nullptr);
+        EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty())
+            << widget->metaObject()->className() << " " << qPrintable(widget->objectName());
+        if (!widget->toolTip().isEmpty()) {
+            EXPECT_FALSE(widget->accessibleDescription().isEmpty())
+                << qPrintable(widget->objectName());
+        }
+    }
+    EXPECT_GE(checked, 10);
+}
+
+TEST_F(MainWindowTest, TabReachesTabsTableMenuAndLogo) {
+    statusItem.setTrayAvailable(false);
+    shownWindow();
+    QSet<QString> reached;
+    for (int press = 0; press < 12; ++press) {
+        const QWidget* focus = QApplication::focusWidget();
+        ASSERT_NE(focus, nullptr);
+        reached.insert(focus->objectName());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_TRUE(reached.contains(QStringLiteral("fileThreatsTable")));
+    EXPECT_TRUE(reached.contains(QStringLiteral("menuButton")));
+    EXPECT_TRUE(reached.contains(QStringLiteral("logoImage")));
+    EXPECT_TRUE(reached.contains(tabView().tabBar()->objectName()));
+}
+
+TEST_F(MainWindowTest, LongAndHostileTextsNeitherWidenNorMisleadTheWindow) {
+    MainWindow& window = shownWindow();
+    const int narrowest = window.minimumSizeHint().width();
+    state.customName = QStringLiteral("<h1>&x</h1>\n\u202Eevil").repeated(20000);
+    state.updateStatus = state.customName;
+    controller().showDeviceName();
+    statusLine.updateStatusMessage(StatusState::UpdaterMessage);
+    QApplication::processEvents();
+    EXPECT_EQ(window.minimumSizeHint().width(), narrowest);
+    EXPECT_EQ(part<QLabel>("deviceName").height(), part<QLabel>("deviceName").sizeHint().height());
+    window.grab(); // drawn without a long wait
+}
+
+} // namespace
+} // namespace korvale
