@@ -83,6 +83,9 @@ void MainWindow::attachTables(const TableControllers& tables) {
     tables.memExploitTableCtrl.awakeFromNib();
     tables.eventsTableCtrl.awakeFromNib();
     tables.externalDevicesTableCtrl.awakeFromNib();
+    for (const ThreatsTableView* view : tableViews()) {
+        view->header().setAccessibleName(view->accessibleName());
+    }
 }
 
 void MainWindow::setupToolbar() {

@@ -25,9 +25,11 @@ void MainWindowToolbar::setDelegate(ToolbarDelegate& delegate) {
     auto* whole = new QHBoxLayout(this);
     whole->setContentsMargins(look::margin, look::toolbarPadding, look::margin,
                               look::toolbarPadding);
-    whole->setSpacing(look::toolbarSpacing);
+    whole->setSpacing(0);
     auto* leading = new QHBoxLayout;
     m_trailing = new QHBoxLayout;
+    leading->setContentsMargins(0, 0, look::toolbarSpacing, 0);
+    m_trailing->setContentsMargins(look::toolbarSpacing, 0, 0, 0);
     // Equal shares on both sides keep what stands between them in the middle.
     whole->addLayout(leading, 1);
     whole->addLayout(m_trailing, 1);

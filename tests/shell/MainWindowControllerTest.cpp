@@ -212,8 +212,11 @@ TEST_F(MainWindowControllerTest, TheChromeFollowsTheAppearance) {
 
 TEST_F(MainWindowControllerTest, ABatchIsReadAfterTheEventThatMadeAWindowMain) {
     controller().showDetails();
-    EXPECT_EQ(batchesRead, 0);
-    QApplication::processEvents();
+    int readInsideTheEvent = 0;
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &controller(),
+                     [&] { readInsideTheEvent += batchesRead; });
+    EXPECT_TRUE(QTest::qWaitFor([this] { return batchesRead > 0; }));
+    EXPECT_EQ(readInsideTheEvent, 0);
     EXPECT_EQ(batchesRead, 1);
 }
 
@@ -221,8 +224,7 @@ TEST_F(MainWindowControllerTest, ABatchIsReadForAnyWindowOfTheProgram) {
     QWidget other;
     other.show();
     other.activateWindow();
-    QApplication::processEvents();
-    EXPECT_EQ(batchesRead, 1);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return batchesRead == 1; }));
 }
 
 TEST_F(MainWindowControllerTest, ResigningTheFocusDoesNothing) {
@@ -230,6 +232,7 @@ TEST_F(MainWindowControllerTest, ResigningTheFocusDoesNothing) {
     state.newThreatCount = 3;
     const int before = batchesRead;
     window.hide();
+    Q_EMIT qGuiApp->focusWindowChanged(nullptr);
     QApplication::processEvents();
     EXPECT_EQ(batchesRead, before);
     EXPECT_EQ(state.newThreatCount, 3);

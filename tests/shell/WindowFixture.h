@@ -19,6 +19,7 @@
 #include <QMenu>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -53,6 +54,7 @@ protected:
     /// Shows the window and lets what follows from that happen.
     MainWindow& shownWindow() {
         m_controller->showDetails();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(m_controller->window()));
         QApplication::processEvents();
         return *m_controller->window();
     }

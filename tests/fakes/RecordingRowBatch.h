@@ -1,0 +1,53 @@
+#pragma once
+
+#include "model/Row.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace korvale {
+
+using FakeRow = std::map<RowKey, QString>;
+
+/// Rows out of a list or a function; counts how often a text was asked for.
+class RecordingRowBatch final : public RowBatch {
+public:
+    using Texts = std::function<std::optional<QString>(std::size_t, RowKey)>;
+
+    RecordingRowBatch(std::size_t size, Texts texts) : size_(size), texts_(std::move(texts)) {}
+    explicit RecordingRowBatch(std::vector<FakeRow> rows)
+        : size_(rows.size()),
+          texts_([rows = std::move(rows)](std::size_t index, RowKey key) -> std::optional<QString> {
+              const auto found = rows[index].find(key);
+              return found == rows[index].end() ? std::nullopt : std::optional(found->second);
+          }) {}
+
+    [[nodiscard]] std::size_t size() const override { return size_; }
+    [[nodiscard]] std::optional<QString> text(std::size_t index, RowKey key) const override {
+        ++calls;
+        return texts_(index, key);
+    }
+
+    mutable std::size_t calls = 0;
+
+private:
+    std::size_t size_;
+    Texts texts_;
+};
+
+/// `size` rows whose texts are `prefix` and the row's number, under every key.
+inline std::shared_ptr<RecordingRowBatch> numberedRows(std::size_t size,
+                                                       const QString& prefix = {}) {
+    return std::make_shared<RecordingRowBatch>(size, [prefix](std::size_t index, RowKey) {
+        return std::optional(prefix + QString::number(index));
+    });
+}
+
+inline std::shared_ptr<RecordingRowBatch> listedRows(std::vector<FakeRow> rows) {
+    return std::make_shared<RecordingRowBatch>(std::move(rows));
+}
+
+} // namespace korvale
