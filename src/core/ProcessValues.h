@@ -2,8 +2,6 @@
 
 namespace korvale {
 
-class AppDelegate;
-
 /// The process-wide values besides the log level (core/Logging.h): set once during start-up by the
 /// entry point, before the event loop runs, and only read afterwards.
 struct ProcessValues {
@@ -11,9 +9,6 @@ struct ProcessValues {
     bool automationMode = false;
     /// "NoKorvaleUI" is 1: neither polling nor details window.
     bool noUIMode = false;
-    /// The one controller, for the plain-function notification callbacks; set at the end of its
-    /// construction. Not owned.
-    AppDelegate* sharedController = nullptr;
 };
 
 [[nodiscard]] ProcessValues& processValues();

@@ -1,0 +1,182 @@
+#include "platform/DesktopEntry.h"
+
+#include <QByteArrayView>
+#include <QList>
+
+#include <algorithm>
+
+namespace korvale {
+namespace {
+
+/// Undoes the escapes that every text value may have.
+QByteArray unescaped(QByteArrayView value) {
+    QByteArray result;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        if (value[i] != '\\' || i + 1 == value.size()) {
+            result += value[i];
+            continue;
+        }
+        switch (const char escaped = value[++i]; escaped) {
+        case 's':
+            result += ' ';
+            break;
+        case 'n':
+            result += '\n';
+            break;
+        case 't':
+            result += '\t';
+            break;
+        case 'r':
+            result += '\r';
+            break;
+        default:
+            result += escaped;
+        }
+    }
+    return result;
+}
+
+/// The first word of a command line: up to a blank, or between quotes with backslash escapes.
+QByteArray firstWord(const QByteArray& commandLine) {
+    const QByteArray line = commandLine.trimmed();
+    if (!line.startsWith('"')) {
+        const auto end = std::find_if(line.begin(), line.end(),
+                                      [](char c) { return c == ' ' || c == '\t' || c == '\n'; });
+        return line.left(std::distance(line.begin(), end));
+    }
+    QByteArray word;
+    for (qsizetype i = 1; i < line.size() && line[i] != '"'; ++i) {
+        if (line[i] == '\\' && i + 1 < line.size()) {
+            ++i;
+        }
+        word += line[i];
+    }
+    return word;
+}
+
+/// How much "Name[language]" is wanted: 0 most; one past the last is the plain "Name".
+std::size_t languageRank(QByteArrayView key, const std::vector<QByteArray>& languages) {
+    const auto found =
+        std::find_if(languages.begin(), languages.end(),
+                     [key](const QByteArray& language) { return QByteArrayView(language) == key; });
+    return static_cast<std::size_t>(std::distance(languages.begin(), found));
+}
+
+/// Takes the lines of the entry's main group one by one.
+class Reader {
+public:
+    explicit Reader(const std::vector<QByteArray>& languages)
+        : m_languages(languages), m_rank(languages.size() + 1) {}
+
+    void read(QByteArrayView line) {
+        const qsizetype equals = line.indexOf('=');
+        if (equals <= 0) {
+            return;
+        }
+        const QByteArrayView key = line.first(equals).trimmed();
+        const QByteArrayView value = line.sliced(equals + 1).trimmed();
+        if (key == "Exec") {
+            m_entry.program = firstWord(unescaped(value));
+        } else if (key == "Type") {
+            m_isApplication = value == "Application";
+        } else if (key == "Hidden") {
+            m_isHidden = value == "true";
+        } else if (key == "Name") {
+            takeName(m_languages.size(), value);
+        } else if (key.startsWith("Name[") && key.endsWith(']')) {
+            const std::size_t rank = languageRank(key.sliced(5).chopped(1), m_languages);
+            if (rank < m_languages.size()) {
+                takeName(rank, value);
+            }
+        }
+    }
+
+    [[nodiscard]] std::optional<DesktopEntry> entry() const {
+        const bool usable = m_isApplication && !m_isHidden && !m_entry.program.isEmpty() &&
+                            m_rank <= m_languages.size();
+        return usable ? std::optional(m_entry) : std::nullopt;
+    }
+
+private:
+    void takeName(std::size_t rank, QByteArrayView value) {
+        if (rank < m_rank) {
+            m_rank = rank;
+            m_entry.name = QString::fromUtf8(unescaped(value));
+        }
+    }
+
+    const std::vector<QByteArray>& m_languages;
+    DesktopEntry m_entry;
+    std::size_t m_rank; ///< of the name taken; beyond the plain name's: none yet
+    bool m_isApplication = false;
+    bool m_isHidden = false;
+};
+
+void addLocale(QByteArray locale, std::vector<QByteArray>& languages) {
+    QByteArray modifier;
+    if (const qsizetype at = locale.indexOf('@'); at >= 0) {
+        modifier = locale.mid(at);
+        locale.truncate(at);
+    }
+    if (const qsizetype dot = locale.indexOf('.'); dot >= 0) {
+        locale.truncate(dot);
+    }
+    if (locale.isEmpty() || locale == "C" || locale == "POSIX") {
+        return;
+    }
+    const QByteArray language = locale.split('_').first();
+    for (const QByteArray& key : {locale + modifier, locale, language + modifier, language}) {
+        if (std::find(languages.begin(), languages.end(), key) == languages.end()) {
+            languages.push_back(key);
+        }
+    }
+}
+
+} // namespace
+
+std::optional<DesktopEntry> parseDesktopEntry(const QByteArray& content,
+                                              const std::vector<QByteArray>& languages) {
+    Reader reader(languages);
+    bool inMainGroup = false;
+    QByteArrayView rest(content);
+    while (!rest.isEmpty()) {
+        const qsizetype end = rest.indexOf('\n');
+        const QByteArrayView line = end < 0 ? rest : rest.first(end);
+        rest = end < 0 ? QByteArrayView() : rest.sliced(end + 1);
+        if (line.startsWith('[')) {
+            if (inMainGroup) {
+                break;
+            }
+            inMainGroup = line.trimmed() == "[Desktop Entry]";
+        } else if (inMainGroup && !line.startsWith('#')) {
+            reader.read(line);
+        }
+    }
+    return reader.entry();
+}
+
+std::vector<QByteArray> desktopEntryLanguages() {
+    QByteArray locale;
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        locale = qgetenv(variable);
+        if (!locale.isEmpty()) {
+            break;
+        }
+    }
+    std::vector<QByteArray> languages;
+    addLocale(locale, languages);
+    if (languages.empty()) {
+        return {}; // LANGUAGE does not count there
+    }
+    const QByteArray wanted = qgetenv("LANGUAGE");
+    if (!wanted.isEmpty()) {
+        languages.clear();
+        for (const QByteArray& one : wanted.split(':')) {
+            addLocale(one, languages);
+        }
+        addLocale(locale, languages);
+    }
+    return languages;
+}
+
+} // namespace korvale

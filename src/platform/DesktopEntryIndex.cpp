@@ -1,0 +1,126 @@
+#include "platform/DesktopEntryIndex.h"
+
+#include "platform/SmallFile.h"
+
+#include <QList>
+
+#include <algorithm>
+#include <filesystem>
+#include <sys/stat.h>
+
+namespace korvale {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr qint64 largestEntry = 1024 * 1024;
+
+std::vector<std::string> folders(const QByteArray& list) {
+    std::vector<std::string> result;
+    for (const QByteArray& folder : list.split(':')) {
+        if (folder.startsWith('/')) {
+            result.push_back(folder.toStdString());
+        }
+    }
+    return result;
+}
+
+struct EntryFile {
+    std::string id; ///< path below the folder, slashes as hyphens
+    std::string path;
+};
+
+std::vector<EntryFile> entryFiles(const std::string& folder) {
+    std::vector<EntryFile> files;
+    std::error_code error;
+    fs::recursive_directory_iterator position(folder, error);
+    for (const fs::recursive_directory_iterator end; !error && position != end;
+         position.increment(error)) {
+        const std::string path = position->path().native();
+        if (!path.ends_with(".desktop")) {
+            continue;
+        }
+        std::string id = path.substr(folder.size() + 1);
+        std::replace(id.begin(), id.end(), '/', '-');
+        files.push_back({std::move(id), path});
+    }
+    std::sort(files.begin(), files.end(),
+              [](const EntryFile& a, const EntryFile& b) { return a.id < b.id; });
+    return files;
+}
+
+} // namespace
+
+DesktopEntryIndex::Sources DesktopEntryIndex::environment() {
+    QByteArray dataHome = qgetenv("XDG_DATA_HOME");
+    if (!dataHome.startsWith('/')) {
+        dataHome = qgetenv("HOME") + "/.local/share";
+    }
+    QByteArray dataDirs = qgetenv("XDG_DATA_DIRS");
+    if (dataDirs.isEmpty()) {
+        dataDirs = "/usr/local/share:/usr/share";
+    }
+    return {folders(dataHome + ':' + dataDirs), folders(qgetenv("PATH")), desktopEntryLanguages()};
+}
+
+DesktopEntryIndex::DesktopEntryIndex(const Sources& sources) {
+    for (const std::string& folder : sources.dataFolders) {
+        readFolder(fs::path(folder) / "applications", sources);
+    }
+}
+
+void DesktopEntryIndex::readFolder(const std::string& folder, const Sources& sources) {
+    const auto seenBefore = static_cast<std::ptrdiff_t>(m_ids.size());
+    for (EntryFile& file : entryFiles(folder)) {
+        if (std::find(m_ids.begin(), m_ids.begin() + seenBefore, file.id) !=
+            m_ids.begin() + seenBefore) {
+            continue;
+        }
+        m_ids.push_back(std::move(file.id));
+        const std::optional<QByteArray> content = readSmallFile(file.path.c_str(), largestEntry);
+        if (!content) {
+            continue;
+        }
+        if (const auto entry = parseDesktopEntry(*content, sources.languages)) {
+            add(*entry, sources.programFolders);
+        }
+    }
+}
+
+void DesktopEntryIndex::add(const DesktopEntry& entry,
+                            const std::vector<std::string>& programFolders) {
+    const std::string program = entry.program.toStdString();
+    if (program.starts_with('/')) {
+        if (const auto id = fileId(program)) {
+            m_names.emplace(*id, entry.name);
+        } else {
+            m_namesOfGone.emplace(program, entry.name);
+        }
+        return;
+    }
+    for (const std::string& folder : programFolders) {
+        if (const auto id = fileId(folder + '/' + program)) {
+            m_names.emplace(*id, entry.name);
+            return;
+        }
+    }
+}
+
+std::optional<DesktopEntryIndex::FileId> DesktopEntryIndex::fileId(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    return FileId(status.st_dev, status.st_ino);
+}
+
+std::optional<QString> DesktopEntryIndex::nameOf(const std::string& executable) const {
+    if (const auto id = fileId(executable)) {
+        const auto found = m_names.find(*id);
+        return found == m_names.end() ? std::nullopt : std::optional(found->second);
+    }
+    const auto found = m_namesOfGone.find(executable);
+    return found == m_namesOfGone.end() ? std::nullopt : std::optional(found->second);
+}
+
+} // namespace korvale

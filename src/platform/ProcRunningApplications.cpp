@@ -1,0 +1,114 @@
+#include "platform/ProcRunningApplications.h"
+
+#include "platform/SmallFile.h"
+
+#include <QList>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <climits>
+#include <dirent.h>
+#include <map>
+#include <memory>
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace korvale {
+namespace {
+
+constexpr qint64 largestProcFile = 64 * 1024;
+
+std::optional<pid_t> pidOf(const char* name) {
+    pid_t pid = 0;
+    const char* end = name + std::char_traits<char>::length(name);
+    const auto [last, error] = std::from_chars(name, end, pid);
+    return error == std::errc() && last == end && pid > 0 ? std::optional(pid) : std::nullopt;
+}
+
+/// Number of the login session in the control group of the process in `folder`; empty: none.
+QByteArray sessionOf(const std::string& folder) {
+    static constexpr const char* prefix = "/session-";
+    const auto groups = readSmallFile((folder + "/cgroup").c_str(), largestProcFile);
+    const qsizetype start = groups ? groups->indexOf(prefix) : -1;
+    if (start < 0) {
+        return {};
+    }
+    const QByteArray rest = groups->mid(start + static_cast<qsizetype>(qstrlen(prefix)));
+    const qsizetype end = rest.indexOf(".scope");
+    return end < 0 ? QByteArray() : rest.left(end);
+}
+
+/// The executable's path without the tail of one that was deleted; empty when it is not ours to
+/// know, or the process has none.
+std::string executableOf(const std::string& folder) {
+    static constexpr std::string_view deleted = " (deleted)";
+    std::array<char, PATH_MAX> target{};
+    const ssize_t length = ::readlink((folder + "/exe").c_str(), target.data(), target.size());
+    std::string path(target.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    if (path.ends_with(deleted)) {
+        path.resize(path.size() - deleted.size());
+    }
+    return path;
+}
+
+/// Start time in clock ticks since boot (field 22 of stat); a process that is gone is the youngest.
+unsigned long long startTime(const std::string& folder) {
+    const auto content = readSmallFile((folder + "/stat").c_str(), largestProcFile);
+    // The second field, the command's name between brackets, may itself hold blanks and brackets.
+    const QList<QByteArray> fields =
+        content ? content->mid(content->lastIndexOf(')') + 2).split(' ') : QList<QByteArray>();
+    return fields.size() > 19 ? fields[19].toULongLong() : ULLONG_MAX;
+}
+
+} // namespace
+
+ProcRunningApplications::Place ProcRunningApplications::thisProcess() {
+    Place place{"/proc", ::getuid(), qgetenv("XDG_SESSION_ID")};
+    if (const QByteArray session = sessionOf("/proc/self"); !session.isEmpty()) {
+        place.session = session;
+    }
+    return place;
+}
+
+ProcRunningApplications::ProcRunningApplications(Place place, DesktopEntryIndex::Sources entries)
+    : m_place(std::move(place)), m_entries(std::move(entries)) {}
+
+std::vector<RunningApplication> ProcRunningApplications::list() const {
+    std::map<std::string, pid_t> oldest;
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(m_place.proc.c_str()), ::closedir);
+    const auto pathOf = [this](pid_t pid) { return m_place.proc + '/' + std::to_string(pid); };
+    while (const dirent* entry = folder ? ::readdir(folder.get()) : nullptr) {
+        const std::optional<pid_t> pid = pidOf(entry->d_name);
+        struct stat status {};
+        if (!pid || ::stat(pathOf(*pid).c_str(), &status) != 0 || status.st_uid != m_place.user) {
+            continue;
+        }
+        const std::string process = pathOf(*pid);
+        const std::string executable = executableOf(process);
+        const QByteArray session = sessionOf(process);
+        const bool elsewhere =
+            !session.isEmpty() && !m_place.session.isEmpty() && session != m_place.session;
+        if (executable.empty() || elsewhere) {
+            continue;
+        }
+        const auto [known, isNew] = oldest.emplace(executable, *pid);
+        if (!isNew && std::pair(startTime(process), *pid) <
+                          std::pair(startTime(pathOf(known->second)), known->second)) {
+            known->second = *pid;
+        }
+    }
+    const DesktopEntryIndex names(m_entries);
+    std::vector<RunningApplication> applications;
+    for (const auto& [executable, pid] : oldest) {
+        const std::string file = executable.substr(executable.rfind('/') + 1);
+        applications.push_back(
+            {names.nameOf(executable).value_or(QString::fromStdString(file)), pid});
+    }
+    std::sort(applications.begin(), applications.end(),
+              [](const auto& a, const auto& b) { return a.pid < b.pid; });
+    return applications;
+}
+
+} // namespace korvale

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/DesktopEntryIndex.h"
+#include "platform/RunningApplications.h"
+
+#include <QByteArray>
+
+#include <string>
+
+namespace korvale {
+
+/// The running applications as /proc tells them. A process is left out only when systemd's control
+/// groups say that it belongs to another login session; what the user's service manager started
+/// belongs to every session of the user.
+class ProcRunningApplications final : public RunningApplications {
+public:
+    struct Place {
+        std::string proc = "/proc";
+        uid_t user;         ///< whose processes
+        QByteArray session; ///< login session's number; empty: unknown, nothing is left out
+    };
+
+    /// This process's user and session.
+    [[nodiscard]] static Place thisProcess();
+
+    explicit ProcRunningApplications(
+        Place place = thisProcess(),
+        DesktopEntryIndex::Sources entries = DesktopEntryIndex::environment());
+
+    [[nodiscard]] std::vector<RunningApplication> list() const override;
+
+private:
+    Place m_place;
+    DesktopEntryIndex::Sources m_entries;
+};
+
+} // namespace korvale
