@@ -2,6 +2,8 @@
 
 namespace korvale {
 
-int runKorvaleUI(int /*argc*/, char** /*argv*/) { return 0; }
+int runKorvaleUI(int /*argc*/, char** /*argv*/) {
+    return 0;
+}
 
 } // namespace korvale

@@ -22,10 +22,16 @@ enum class StatusState : std::uint32_t {
 enum class IconColor : std::int64_t { Red = 0, Yellow = 1, Green = 2 };
 
 /// Identifiers of the tabs (the order on screen is Threats, Exploits, Events, External devices).
-enum class TabIdentifier : std::int32_t { Threats = 1, Exploits = 2, ExternalDevices = 3, Events = 4 };
+enum class TabIdentifier : std::int32_t {
+    Threats = 1,
+    Exploits = 2,
+    ExternalDevices = 3,
+    Events = 4
+};
 
-/// All state of the program that is not inside a table: one instance, owned by AppDelegate, read and
-/// written on the main thread only. Moments are seconds of Clock::now(); "never yet" is no value.
+/// All state of the program that is not inside a table: one instance, owned by AppDelegate, read
+/// and written on the main thread only. Moments are seconds of Clock::now(); "never yet" is no
+/// value.
 struct AppState {
     // What the agent last said of its connections.
     bool halyxConnected = false;    ///< management console

@@ -1,0 +1,95 @@
+#include "core/CommandLine.h"
+
+#include "model/Utf8Text.h"
+
+#include <algorithm>
+#include <array>
+#include <sys/stat.h>
+
+namespace korvale {
+namespace {
+
+constexpr const char* folderScanOption = "-folder-scan";
+
+struct Option {
+    const char* text;
+    OneShotCommand command;
+};
+/// In the order of precedence.
+constexpr std::array oneShotOptions{
+    Option{"-update", OneShotCommand::CheckUpdates},
+    Option{"-background-scan", OneShotCommand::ScanBackground},
+    Option{"-background-scan-stop", OneShotCommand::StopScan},
+    Option{folderScanOption, OneShotCommand::FolderScan},
+};
+
+bool isFolder(const QByteArray& path) {
+    struct stat status {};
+    return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+CommandLine::CommandLine(int argc, const char* const* argv) : m_arguments(argv, argv + argc) {}
+
+bool CommandLine::contains(const char* argument) const {
+    return std::find(m_arguments.begin(), m_arguments.end(), argument) != m_arguments.end();
+}
+
+std::optional<QByteArray> CommandLine::after(const char* argument) const {
+    const auto found = std::find(m_arguments.begin(), m_arguments.end(), argument);
+    if (found == m_arguments.end() || std::next(found) == m_arguments.end()) {
+        return std::nullopt;
+    }
+    return *std::next(found);
+}
+
+bool CommandLine::isAutomation() const {
+    return std::any_of(oneShotOptions.begin(), oneShotOptions.end(),
+                       [this](const Option& option) { return contains(option.text); });
+}
+
+bool CommandLine::asksFor(const char* option) const {
+    for (std::size_t i = 1; i < m_arguments.size(); ++i) {
+        if (m_arguments[i] == option && m_arguments[i - 1] != folderScanOption) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::optional<OneShot> oneShotCommand(const CommandLine& commandLine) {
+    const auto option =
+        std::find_if(oneShotOptions.begin(), oneShotOptions.end(),
+                     [&](const Option& one) { return commandLine.contains(one.text); });
+    if (option == oneShotOptions.end()) {
+        return std::nullopt;
+    }
+    if (option->command != OneShotCommand::FolderScan) {
+        return OneShot{option->command, {}};
+    }
+    const std::optional<QByteArray> path = commandLine.after(folderScanOption);
+    const std::optional<QString> text = path ? textFromUtf8(*path) : std::nullopt;
+    if (!text || !isFolder(*path)) {
+        return std::nullopt;
+    }
+    return OneShot{OneShotCommand::FolderScan, *text};
+}
+
+QByteArray helpText() {
+    return "Usage: korvale-ui [OPTION]\n"
+           "Shows the protection state of this machine in the system tray.\n"
+           "\n"
+           "  -a                      offer the log level and scan menus\n"
+           "  --help                  print this and exit\n"
+           "  --version               print the version and exit\n"
+           "\n"
+           "Each of these sends one request to the agent service, waits for the reply\n"
+           "(15 seconds at most) and exits; no display is needed:\n"
+           "  -update                 check for updates\n"
+           "  -background-scan        start a background scan\n"
+           "  -background-scan-stop   stop a running scan\n"
+           "  -folder-scan FOLDER     scan a folder\n";
+}
+
+} // namespace korvale

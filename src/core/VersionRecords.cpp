@@ -1,0 +1,26 @@
+#include "core/VersionRecords.h"
+
+#include "core/BundleIdentity.h"
+#include "core/Logging.h"
+#include "platform/HostIdentity.h"
+
+namespace korvale {
+
+void UtilLogVersionNumber() {
+    if (logs(LogLevel::Info)) {
+        OSLoggingLogMessage(LogLevel::Info, "%s() Korvale Bastion %s version = %s",
+                            {QStringLiteral("UtilLogVersionNumber"),
+                             bufferText(bundleIdentity().name),
+                             bufferText(bundleIdentity().version)});
+    }
+}
+
+void UtilLogOSVersionNumber() {
+    if (logs(LogLevel::Info)) {
+        // The wording is the whole product's, whatever the system.
+        OSLoggingLogMessage(LogLevel::Info, "%s() System macOS version %@",
+                            {QStringLiteral("UtilLogOSVersionNumber"), operatingSystemName()});
+    }
+}
+
+} // namespace korvale
