@@ -103,7 +103,7 @@ void ThreatsTableView::reloadData() {
     reloading_ = true;
     model_->reload(source_ != nullptr ? source_->numberOfRowsInTableView(*this) : 0);
     restore(selected, model_->index(currentRow, currentColumn));
-    executeDelayedItemsLayout();
+    doItemsLayout();
     reloading_ = false;
     setAccessibleDescription(rowCount() == 0 ? placeholder_ : localizedText("HPS_TableHint"));
 }

@@ -1,0 +1,72 @@
+#include "tables/RowList.h"
+
+#include "fakes/RecordingRowBatch.h"
+
+#include <gtest/gtest.h>
+
+namespace korvale {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QString file(const RowList& rows, std::size_t row) {
+    return rows.text(row, RowKey::File).value_or(QStringLiteral("(none)"));
+}
+
+TEST(RowList, ABatchShowsInItsOwnOrderWithoutBeingRead) {
+    const auto batch = numberedRows(1'000'000);
+    const RowList rows(batch);
+    EXPECT_EQ(rows.size(), 1'000'000U);
+    EXPECT_EQ(batch->calls, 0U);
+    EXPECT_EQ(file(rows, 999'999), u"999999"_s);
+}
+
+TEST(RowList, NoBatchIsAnEmptyList) {
+    EXPECT_EQ(RowList(nullptr).size(), 0U);
+}
+
+TEST(RowList, ARowBeyondTheEndHasNoText) {
+    const RowList rows(numberedRows(3));
+    EXPECT_EQ(rows.text(3, RowKey::File), std::nullopt);
+}
+
+TEST(RowList, PrependedRowsComeFirstInTheirOrder) {
+    RowList rows(numberedRows(2, QStringLiteral("old")));
+    rows.prepend(numberedRows(2, QStringLiteral("new")));
+    ASSERT_EQ(rows.size(), 4U);
+    EXPECT_EQ(file(rows, 0), u"new0"_s);
+    EXPECT_EQ(file(rows, 1), u"new1"_s);
+    EXPECT_EQ(file(rows, 2), u"old0"_s);
+    EXPECT_EQ(file(rows, 3), u"old1"_s);
+}
+
+TEST(RowList, TruncatingLetsGoOfBatchesWithoutRows) {
+    const auto oldest = numberedRows(2, QStringLiteral("oldest"));
+    RowList rows(oldest);
+    rows.prepend(numberedRows(2, QStringLiteral("middle")));
+    rows.prepend(numberedRows(2, QStringLiteral("newest")));
+    rows.truncate(3);
+    EXPECT_EQ(oldest.use_count(), 1);
+    ASSERT_EQ(rows.size(), 3U);
+    EXPECT_EQ(file(rows, 1), u"newest1"_s);
+    EXPECT_EQ(file(rows, 2), u"middle0"_s);
+}
+
+TEST(RowList, TruncatingToNothingEmptiesTheList) {
+    const auto batch = numberedRows(2);
+    RowList rows(batch);
+    rows.truncate(0);
+    EXPECT_EQ(rows.size(), 0U);
+    EXPECT_EQ(batch.use_count(), 1);
+}
+
+TEST(RowList, TruncatingABatchInItsOwnOrderKeepsItsFirstRows) {
+    RowList rows(numberedRows(5));
+    rows.truncate(2);
+    rows.prepend(numberedRows(1, QStringLiteral("new")));
+    ASSERT_EQ(rows.size(), 3U);
+    EXPECT_EQ(file(rows, 2), u"1"_s);
+}
+
+} // namespace
+} // namespace korvale

@@ -1,0 +1,59 @@
+#include "tables/SafeText.h"
+
+#include <QTextDocument>
+
+#include <gtest/gtest.h>
+
+namespace korvale {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+struct Case {
+    QString text;
+    QString shown;
+};
+
+TEST(SafeText, ACellShowsOneHonestLine) {
+    const Case cases[] = {
+        {u"/home/me/plain.txt"_s, u"/home/me/plain.txt"_s},
+        {u"two\nlines\tand a tab"_s, u"two\u240alines\u2409and a tab"_s},
+        {u"esc\u001b[31m"_s, u"esc\u241b[31m"_s},
+        {QString(QChar(u'\0')), u"\u2400"_s},
+        {u"\u007f\u0085"_s, u"\u2421[U+0085]"_s},
+        {u"photo\u202egpj.exe"_s, u"photo[U+202E]gpj.exe"_s},
+        {u"a\u2066b\u2069\u200f\u061c"_s, u"a[U+2066]b[U+2069][U+200F][U+061C]"_s},
+        {u"hidden\u200b\ufeff"_s, u"hidden[U+200B][U+FEFF]"_s},
+        {u"line\u2028paragraph\u2029"_s, u"line[U+2028]paragraph[U+2029]"_s},
+        // What real scripts need stays as it is.
+        {u"\u05de\u05e1\u05de\u05da.pdf \u0646\u0645\u06cc\u200c\u062e"_s,
+         u"\u05de\u05e1\u05de\u05da.pdf \u0646\u0645\u06cc\u200c\u062e"_s},
+        {u"<b>bold</b> &amp;"_s, u"<b>bold</b> &amp;"_s},
+    };
+    for (const Case& entry : cases) {
+        EXPECT_EQ(singleLineText(entry.text), entry.shown);
+    }
+}
+
+TEST(SafeText, AnEndlessTextIsCut) {
+    const QString shown = singleLineText(QString(10'000'000, u'x'));
+    EXPECT_LT(shown.size(), 3000);
+    EXPECT_TRUE(shown.endsWith(u'\u2026'));
+    EXPECT_LT(toolTipMarkup(QString(10'000'000, u'x')).size(), 6000);
+}
+
+TEST(SafeText, AToolTipShowsMarkupLetterByLetter) {
+    const QString text = QStringLiteral("<img src='/etc/x'><b>a</b>\n\n&lt; %1 \u202e");
+    QTextDocument document;
+    document.setHtml(toolTipMarkup(text));
+    QString shown = text;
+    shown.replace(QChar(u'\u202e'), QStringLiteral("[U+202E]"));
+    EXPECT_EQ(document.toPlainText(), shown);
+}
+
+TEST(SafeText, NoTextIsNoToolTip) {
+    EXPECT_TRUE(toolTipMarkup(QString()).isEmpty());
+}
+
+} // namespace
+} // namespace korvale
