@@ -1,0 +1,40 @@
+#include "shell/FolderScanChooser.h"
+
+#include "core/Logging.h"
+#include "platform/Texts.h"
+
+#include <utility>
+
+namespace korvale {
+
+FolderScanChooser::FolderScanChooser(std::function<void(const QString& folder)> forwardFolderScan,
+                                     QObject* parent)
+    : QObject(parent), m_forwardFolderScan(std::move(forwardFolderScan)) {}
+
+FolderScanChooser::~FolderScanChooser() {
+    delete m_dialog;
+}
+
+void FolderScanChooser::scanSpecificFolder() {
+    if (logs(LogLevel::Debug)) {
+        OSLoggingLogMessage(LogLevel::Debug, "specificFolder.");
+    }
+    if (!m_dialog) {
+        // Deletes itself when closed; until then this object owns it.
+        m_dialog = new QFileDialog(nullptr, localizedText("ChooseFolderTitle"));
+        m_dialog->setAttribute(Qt::WA_DeleteOnClose);
+        m_dialog->setFileMode(QFileDialog::Directory);
+        m_dialog->setOption(QFileDialog::ShowDirsOnly);
+        connect(m_dialog, &QFileDialog::accepted, this, [this] {
+            const QStringList chosen = m_dialog->selectedFiles();
+            if (!chosen.isEmpty()) {
+                m_forwardFolderScan(chosen.constFirst());
+            }
+        });
+    }
+    m_dialog->show();
+    m_dialog->raise();
+    m_dialog->activateWindow();
+}
+
+} // namespace korvale

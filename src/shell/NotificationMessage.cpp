@@ -1,0 +1,89 @@
+#include "shell/NotificationMessage.h"
+
+#include <QDBusMetaType>
+#include <QStringList>
+#include <QVariantMap>
+
+namespace korvale {
+namespace {
+
+/// A bus drops a client that sends it too much at once.
+QString cut(const QString& text) {
+    static constexpr qsizetype longest = 4000;
+    return text.size() <= longest ? text : text.first(longest) + u'…';
+}
+
+QString bodyOf(const DesktopNotification& notification, bool hasBodyMarkup) {
+    const auto worded = [hasBodyMarkup](const QString& text) {
+        return hasBodyMarkup ? cut(text).toHtmlEscaped() : cut(text);
+    };
+    const QString message = worded(notification.message);
+    if (notification.subtitle.isEmpty()) {
+        return message;
+    }
+    const QString subtitle = worded(notification.subtitle);
+    return hasBodyMarkup ? QStringLiteral("<b>") + subtitle + QStringLiteral("</b>\n") + message
+                         : subtitle + u'\n' + message;
+}
+
+NotificationImage wireImage(const QImage& picture) {
+    const QImage image = picture.convertToFormat(QImage::Format_RGBA8888);
+    const void* bits = image.constBits();
+    return {.width = image.width(),
+            .height = image.height(),
+            .rowStride = static_cast<int>(image.bytesPerLine()),
+            .data = QByteArray(static_cast<const char*>(bits), image.sizeInBytes())};
+}
+
+} // namespace
+
+QDBusArgument& operator<<(QDBusArgument& argument, const NotificationImage& image) {
+    argument.beginStructure();
+    argument << image.width << image.height << image.rowStride << image.hasAlpha
+             << image.bitsPerSample << image.channels << image.data;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, NotificationImage& image) {
+    argument.beginStructure();
+    argument >> image.width >> image.height >> image.rowStride >> image.hasAlpha >>
+        image.bitsPerSample >> image.channels >> image.data;
+    argument.endStructure();
+    return argument;
+}
+
+QString notificationsName() {
+    return QStringLiteral("org.freedesktop.Notifications");
+}
+QString notificationsPath() {
+    return QStringLiteral("/org/freedesktop/Notifications");
+}
+
+QDBusMessage capabilitiesMessage() {
+    return QDBusMessage::createMethodCall(notificationsName(), notificationsPath(),
+                                          notificationsName(), QStringLiteral("GetCapabilities"));
+}
+
+QDBusMessage notifyMessage(const DesktopNotification& notification, bool hasBodyMarkup,
+                           const QString& openLabel) {
+    static constexpr uint replacesNone = 0;
+    static constexpr int serversChoice = -1; // how long it stays
+    QStringList actions;
+    if (!notification.link.isEmpty()) {
+        actions << QStringLiteral("default") << openLabel;
+    }
+    QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("com.korvale.ui")}};
+    if (!notification.image.isNull()) {
+        static const QMetaType registered = qDBusRegisterMetaType<NotificationImage>();
+        hints.insert(QStringLiteral("image-data"),
+                     QVariant::fromValue(wireImage(notification.image)));
+    }
+    auto call = QDBusMessage::createMethodCall(notificationsName(), notificationsPath(),
+                                               notificationsName(), QStringLiteral("Notify"));
+    call << QStringLiteral("KorvaleUI") << replacesNone << QString() << cut(notification.title)
+         << bodyOf(notification, hasBodyMarkup) << actions << hints << serversChoice;
+    return call;
+}
+
+} // namespace korvale

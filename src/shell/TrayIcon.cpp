@@ -1,0 +1,177 @@
+#include "shell/TrayIcon.h"
+
+#include "shell/StatusItem.h"
+#include "shell/StatusItemMenu.h"
+
+#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+
+#include <utility>
+
+namespace korvale {
+namespace {
+
+QString watcherName() {
+    return QStringLiteral("org.kde.StatusNotifierWatcher");
+}
+QString watcherPath() {
+    return QStringLiteral("/StatusNotifierWatcher");
+}
+
+} // namespace
+
+TrayIcon::TrayIcon(StatusItem& item, StatusItemMenu& menu, AskForX11Tray askForX11,
+                   std::chrono::milliseconds firstAsk, std::chrono::milliseconds askAgain)
+    : m_item(item),
+      m_menu(menu),
+      m_askForX11Tray(std::move(askForX11)),
+      m_firstAsk(firstAsk),
+      m_askAgain(askAgain) {
+    m_x11Timer.setSingleShot(true);
+    connect(&m_x11Timer, &QTimer::timeout, this, &TrayIcon::askForX11);
+    connect(&item, &StatusItem::shownPictureChanged, this, &TrayIcon::updatePicture);
+    connect(&item, &StatusItem::toolTipChanged, this, &TrayIcon::updateToolTip);
+}
+
+void TrayIcon::start(const QDBusConnection& sessionBus) {
+    m_bus = sessionBus;
+    m_x11Timer.start(m_firstAsk);
+    if (!m_bus.isConnected()) {
+        m_item.setTrayAvailable(false);
+        return;
+    }
+    auto* names = new QDBusServiceWatcher(watcherName(), m_bus,
+                                          QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(names, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& owner) { watcherIs(owner); });
+    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
+        // Without a service, since naming one makes Qt ask for its owner and wait.
+        m_bus.connect(QString(), watcherPath(), watcherName(), QLatin1String(signal), this,
+                      SLOT(hostsChanged(QDBusMessage)));
+    }
+    auto call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetNameOwner"));
+    call << watcherName();
+    auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        answer->deleteLater();
+        const QDBusMessage reply = answer->reply();
+        watcherIs(reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0).toString()
+                                                             : QString());
+    });
+}
+
+void TrayIcon::watcherIs(const QString& owner) {
+    if (m_isX11) {
+        return; // the choice is made, see above
+    }
+    m_watcher = owner;
+    if (owner.isEmpty()) {
+        hostIs(false);
+        return;
+    }
+    m_x11Timer.stop();
+    if (!m_icon) {
+        showIcon();
+    }
+    askWhetherThereIsAHost();
+}
+
+/// A watcher without a host (a desktop's background service in another session) shows nothing.
+void TrayIcon::askWhetherThereIsAHost() {
+    auto call = QDBusMessage::createMethodCall(watcherName(), watcherPath(),
+                                               QStringLiteral("org.freedesktop.DBus.Properties"),
+                                               QStringLiteral("Get"));
+    call << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
+    call.setAutoStartService(false);
+    auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        answer->deleteLater();
+        const QDBusMessage reply = answer->reply();
+        const QVariant value = reply.arguments().value(0).value<QDBusVariant>().variant();
+        // A watcher that does not know the property is taken for a host itself.
+        const bool isKnown = reply.type() == QDBusMessage::ReplyMessage && value.isValid();
+        hostIs(!m_watcher.isEmpty() && (!isKnown || value.toBool()));
+    });
+}
+
+void TrayIcon::hostsChanged(const QDBusMessage& message) {
+    if (!m_isX11 && !m_watcher.isEmpty() && message.service() == m_watcher) {
+        askWhetherThereIsAHost();
+    }
+}
+
+void TrayIcon::hostIs(bool isThere) {
+    m_menu.setRenderer(isThere ? MenuRenderer::Panel : MenuRenderer::Toolkit);
+    if (!isThere) {
+        m_item.setMenuOpen(false); // whoever had it open never says that it closed
+    }
+    m_item.setTrayAvailable(isThere);
+}
+
+void TrayIcon::askForX11() {
+    switch (m_askForX11Tray()) {
+    case X11Tray::Present:
+        m_isX11 = true;
+        showIcon();
+        m_item.setTrayAvailable(true);
+        break;
+    case X11Tray::Absent:
+        m_x11Timer.start(m_askAgain);
+        break;
+    case X11Tray::NoX11:
+        break;
+    }
+}
+
+void TrayIcon::showIcon() {
+    m_icon = std::make_unique<QSystemTrayIcon>();
+    updatePicture();
+    updateToolTip();
+    m_icon->setContextMenu(m_menu.menu());
+    connect(m_icon.get(), &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger && !m_menu.isNoUI()) {
+                    Q_EMIT activated();
+                }
+            });
+    m_icon->show();
+}
+
+void TrayIcon::updatePicture() {
+    if (m_icon) {
+        m_icon->setIcon(m_item.shownPicture());
+    }
+}
+
+void TrayIcon::updateToolTip() {
+    if (m_icon) {
+        m_icon->setToolTip(neutralToolTip(m_item.toolTip()));
+    }
+}
+
+QString neutralToolTip(const QString& toolTip) {
+    // The start and the end say what the item is and how it stands; a long device name gives way.
+    static constexpr qsizetype longestStart = 200;
+    static constexpr qsizetype longestEnd = 80;
+    static constexpr QChar wordJoiner = u'\u2060'; // invisible, without width
+    QString text = toolTip;
+    if (text.size() > longestStart + longestEnd) {
+        text = text.first(longestStart) + u'…' + text.last(longestEnd);
+    }
+    const qsizetype ownLineFeed = text.indexOf(u'\n'); // any other is the device name's
+    QString result;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        result += i == ownLineFeed || c.isPrint() || c.isSurrogate() ? c : QChar(u' ');
+        if (c == u'<' || c == u'&') {
+            result += wordJoiner;
+        }
+    }
+    return result;
+}
+
+} // namespace korvale

@@ -1,0 +1,62 @@
+#include "shell/UserNotifications.h"
+
+#include "model/HostCache.h"
+#include "platform/Texts.h"
+#include "shell/Resources.h"
+
+#include <QPixmap>
+
+namespace korvale {
+
+UserNotifications::UserNotifications(const AppState& state, const HostCache& hostCache,
+                                     const Resources& resources, LinkOpener& linkOpener,
+                                     QObject* parent)
+    : QObject(parent), m_state(state), m_hostCache(hostCache), m_resources(resources) {
+    connect(&m_server, &NotificationServer::linkChosen, this,
+            [&linkOpener](const QString& link) { linkOpener.openLink(link); });
+}
+
+/// Once the user has chosen, the policy no longer counts. Asked for every notification.
+bool UserNotifications::isWanted(const QString& message) const {
+    const bool isOpen = m_hostCache.hasCurrentUserChangedNotification()
+                            ? m_state.showNotifications
+                            : m_state.policyShowNotifications;
+    return isOpen && !message.isEmpty();
+}
+
+void UserNotifications::SendNotification(const QString& message, const QString& subtitle,
+                                         int image) {
+    static constexpr int pictureSize = 48;
+    if (!isWanted(message)) {
+        return;
+    }
+    const QIcon picture = m_resources.getImage(image);
+    m_server.deliver(
+        {.title = localizedText("ProductEP"),
+         .subtitle = subtitle,
+         .message = message,
+         .image = picture.isNull() ? QImage() : picture.pixmap(pictureSize, 1.0).toImage(),
+         .link = {}});
+}
+
+void UserNotifications::SendConsumerNotification(const QString& message, const QString& url) {
+    if (isWanted(message)) {
+        m_server.deliver({.title = localizedText("ProductEP"),
+                          .subtitle = {},
+                          .message = message,
+                          .image = {},
+                          .link = url});
+    }
+}
+
+void UserNotifications::SendSondarNotification(const QString& message) {
+    if (isWanted(message)) {
+        m_server.deliver({.title = localizedText("KorvaleSONDAR"),
+                          .subtitle = {},
+                          .message = message,
+                          .image = {},
+                          .link = {}});
+    }
+}
+
+} // namespace korvale
