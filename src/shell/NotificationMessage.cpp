@@ -75,7 +75,8 @@ QDBusMessage notifyMessage(const DesktopNotification& notification, bool hasBody
     }
     QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("com.korvale.ui")}};
     if (!notification.image.isNull()) {
-        static const QMetaType registered = qDBusRegisterMetaType<NotificationImage>();
+        [[maybe_unused]] static const QMetaType registered =
+            qDBusRegisterMetaType<NotificationImage>();
         hints.insert(QStringLiteral("image-data"),
                      QVariant::fromValue(wireImage(notification.image)));
     }
