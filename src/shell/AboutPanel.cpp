@@ -29,6 +29,11 @@ QPlainTextEdit* creditsField(QWidget* parent) {
     field->setFrameShape(QFrame::NoFrame);
     field->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     field->setTabChangesFocus(true);
+    field->setCursorWidth(0);
+    QTextOption centered = field->document()->defaultTextOption();
+    centered.setAlignment(Qt::AlignHCenter);
+    centered.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    field->document()->setDefaultTextOption(centered);
     field->viewport()->setAutoFillBackground(false);
     field->setAccessibleName(localizedText("HPS_Credits"));
     field->setFixedHeight(field->fontMetrics().lineSpacing() * look::aboutCreditsLines);

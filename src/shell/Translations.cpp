@@ -8,7 +8,9 @@
 #include <array>
 
 // Outside any namespace, as the macro demands: the texts are in a static library.
-static void registerTexts() { Q_INIT_RESOURCE(texts); }
+static void registerTexts() {
+    Q_INIT_RESOURCE(texts);
+}
 
 namespace korvale {
 namespace {

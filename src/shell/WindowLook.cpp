@@ -41,9 +41,9 @@ constexpr std::array textRoles{QPalette::WindowText, QPalette::Text, QPalette::B
 
 WindowColors windowColors(bool dark) {
     if (dark) {
-        return {QColor(0xff2a313b), QColor(0xff242a33), QColor(0xff11151a)};
+        return {QColor(0xff2b323d), QColor(0xff1f242c), QColor(0xff343c47)};
     }
-    return {QColor(0xfffdfdfe), QColor(0xffedf0f4), QColor(0xffd3d9e1)};
+    return {QColor(0xffffffff), QColor(0xfff4f6f9), QColor(0xffd3d9e1)};
 }
 
 QPalette windowPalette(bool dark) {

@@ -7,6 +7,7 @@
 #include "tables/SafeText.h"
 #include "tables/TableDataSource.h"
 
+#include <QAbstractButton>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPaintEvent>
@@ -56,6 +57,9 @@ ThreatsTableView::ThreatsTableView(QWidget* parent)
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
     setCornerButtonEnabled(false);
+    if (auto* corner = findChild<QAbstractButton*>()) {
+        corner->hide(); // QTableView would place it where the headers meet
+    }
     setTabKeyNavigation(false);
     setShowGrid(false);
     setHorizontalScrollMode(ScrollPerPixel);
