@@ -1,0 +1,141 @@
+#include "model/AggregatedMessages.h"
+
+#include "model/HostCache.h"
+#include "model/Values.h"
+
+namespace korvale {
+namespace {
+
+/// Bits of the header's mask. The event list has none: it rides on the process and file states.
+namespace MessageBit {
+constexpr std::uint32_t fileStates = 1;
+constexpr std::uint32_t scannerState = 2;
+constexpr std::uint32_t analysisCount = 4;
+constexpr std::uint32_t processStates = 16;
+constexpr std::uint32_t externalDevices = 2048;
+} // namespace MessageBit
+
+constexpr std::int32_t scannerIdle = 1;
+
+} // namespace
+
+AggregatedMessages::AggregatedMessages(AppState& state, HostCache& hostCache,
+                                       RememberedLists& remembered, TableFeeds tables,
+                                       StatusDisplay& status, NotificationSender& notifications,
+                                       CounterDisplay& counters)
+    : m_state(state),
+      m_hostCache(hostCache),
+      m_remembered(remembered),
+      m_tables(tables),
+      m_status(status),
+      m_counters(counters),
+      m_fileStates(state, tables.fileThreatsTableCtrl, notifications),
+      m_processStates(state, hostCache, remembered.cachedProcessByPID, tables.memExploitTableCtrl,
+                      notifications),
+      m_events(state, remembered.cacheEvents, tables.eventsTableCtrl),
+      m_devices(state, tables.externalDevicesTableCtrl) {}
+
+void AggregatedMessages::parseTimerAggregatedMessage() {
+    if (const auto header = m_hostCache.readFile(QStringLiteral("header.log"))) {
+        // The files are read one by one: gathering them all first would decide nothing.
+        readMaskedFiles(unsigned32Value((*header)["MessageMask"]));
+    }
+    m_counters.updateDisplay();
+}
+
+void AggregatedMessages::readMaskedFiles(std::uint32_t mask) {
+    const auto isDue = [this, mask](std::uint32_t bit) {
+        return m_state.justStart || (mask & bit) != 0;
+    };
+    if (isDue(MessageBit::fileStates)) {
+        readFileStates();
+    }
+    if (isDue(MessageBit::scannerState)) {
+        readScannerState();
+    }
+    if (isDue(MessageBit::analysisCount)) {
+        readAnalysisCount();
+    }
+    if (isDue(MessageBit::externalDevices)) {
+        readExternalDevices();
+    }
+    if (isDue(MessageBit::processStates)) {
+        readProcessStates();
+    }
+    // Also when the lists they ride on turned out unchanged.
+    if (isDue(MessageBit::processStates | MessageBit::fileStates)) {
+        readEvents();
+    }
+}
+
+void AggregatedMessages::readFileStates() {
+    ListRead read =
+        m_hostCache.readList(QStringLiteral("file_states.log"), m_remembered.lastFileStateCRC);
+    switch (read.state) {
+    case ListState::Unchanged:
+        m_remembered.lastFileStateCRC = read.checksum;
+        return;
+    case ListState::Changed:
+        m_remembered.lastFileStateCRC = read.checksum;
+        m_fileStates.parseFileStateChanges(read.list);
+        break;
+    case ListState::Empty:
+        m_fileStates.parseFileStateChanges(read.list);
+        break;
+    case ListState::Absent: // unlike the other lists: the table empties, on every pass anew
+        m_fileStates.parseFileStateChanges(std::nullopt);
+        break;
+    }
+    m_tables.fileThreatsTableCtrl.updateView();
+}
+
+void AggregatedMessages::readScannerState() {
+    const auto scanner = m_hostCache.readFile(QStringLiteral("scanner_state.log"));
+    if (scanner && integer32Value((*scanner)["ScannerState"]) == scannerIdle &&
+        m_state.statusState == StatusState::Inspecting) {
+        m_status.updateStatusMessage(StatusState::Running);
+    }
+}
+
+void AggregatedMessages::readAnalysisCount() {
+    if (const auto count = m_hostCache.readFile(QStringLiteral("analysis_count.log"))) {
+        m_state.analyzedCount = integerValue((*count)["AnalyzedCount"]);
+    }
+}
+
+void AggregatedMessages::readExternalDevices() {
+    // One checksum for devices and processes, on purpose: where both are read, each is compared
+    // with the other, and both are parsed each time.
+    if (const auto list =
+            changedList("external_device_control_events.log", m_remembered.lastProcessStateCRC)) {
+        m_devices.parseExternalDevicesEvents(list);
+        m_tables.externalDevicesTableCtrl.updateView();
+    }
+}
+
+void AggregatedMessages::readProcessStates() {
+    if (const auto list = changedList("process_states.log", m_remembered.lastProcessStateCRC)) {
+        m_processStates.parseProcessStateChanges(list);
+        m_tables.memExploitTableCtrl.updateView();
+    }
+}
+
+void AggregatedMessages::readEvents() {
+    if (const auto list = changedList("file_process_events.log", m_remembered.lastEventsCRC)) {
+        if (m_events.parseFileProcessEvents(list)) {
+            m_tables.eventsTableCtrl.updateView();
+        }
+    }
+}
+
+/// The list, when it has members and is not the one that `last` was remembered of. Comparing cannot
+/// fail, so there is no failure to log.
+std::optional<JsonValue> AggregatedMessages::changedList(const char* name, ListChecksum& last) {
+    ListRead read = m_hostCache.readList(QString::fromLatin1(name), last);
+    if (read.state == ListState::Unchanged || read.state == ListState::Changed) {
+        last = read.checksum;
+    }
+    return read.state == ListState::Changed ? std::optional(std::move(read.list)) : std::nullopt;
+}
+
+} // namespace korvale

@@ -1,0 +1,84 @@
+#include "model/ExternalDevicesEvents.h"
+
+#include "core/Logging.h"
+#include "model/TextRows.h"
+#include "model/Values.h"
+#include "platform/Texts.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string_view>
+
+namespace korvale {
+namespace {
+
+constexpr std::size_t mostRows = 1000;
+constexpr std::array deviceColumns{RowKey::DeviceType, RowKey::When,         RowKey::VendorId,
+                                   RowKey::ProductId,  RowKey::SerialNumber, RowKey::Action};
+
+struct DeviceAction {
+    std::string_view action;
+    const char* key;
+};
+
+constexpr std::array deviceActions{
+    DeviceAction{"Block", "Blocked"},
+    DeviceAction{"FullAccess", "FullAccess"},
+};
+
+/// No value for an action that the program does not know.
+std::optional<QString> actionText(const JsonValue& action) {
+    if (!action.isText()) {
+        return std::nullopt;
+    }
+    const auto* const known = std::ranges::find(deviceActions, action.utf8(), &DeviceAction::action);
+    return known != deviceActions.end() ? std::optional(localizedText(known->key)) : std::nullopt;
+}
+
+void trace(const JsonValue& list) {
+    for (const JsonMember& record : list.members()) {
+        logTrace("%@", {valueText(record.value)});
+    }
+    for (const JsonMember& record : list.members()) {
+        logTrace("dictkey=%@ dictvalue=%@", {valueText(record.name), valueText(record.value)});
+        if (record.value.isNull()) {
+            logTrace(" the theData is nil", {});
+        }
+    }
+}
+
+} // namespace
+
+RowBatchPtr deviceRows(const JsonValue& list) {
+    auto rows = std::make_shared<TextRows>(deviceColumns);
+    for (const JsonMember& record : list.members()) {
+        if (rows->size() >= mostRows) {
+            break; // the rest of this file is never shown
+        }
+        if (!record.value.isObject()) {
+            continue;
+        }
+        rows->add({cellText(record.value["Device Type"]), cellText(record.value["When"]),
+                   cellText(record.value["Vendor ID"]), cellText(record.value["Product ID"]),
+                   cellText(record.value["Serial Number"]), actionText(record.value["Action"])});
+    }
+    return rows;
+}
+
+bool ExternalDevicesEvents::parseExternalDevicesEvents(const std::optional<JsonValue>& list) {
+    if (!list || list->size() == 0) {
+        return false;
+    }
+    trace(*list);
+    const RowBatchPtr rows = deviceRows(*list);
+    if (rows->size() == 0) {
+        return false;
+    }
+    // Unlike those of the event list, the records found at start-up are shown.
+    m_state.externalDevicesCount += static_cast<std::int64_t>(rows->size());
+    m_externalDevicesTable.addData(rows);
+    return true;
+}
+
+} // namespace korvale

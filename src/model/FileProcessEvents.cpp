@@ -1,0 +1,162 @@
+#include "model/FileProcessEvents.h"
+
+#include "core/Logging.h"
+#include "model/StateVocabulary.h"
+#include "model/TextRows.h"
+#include "model/Values.h"
+#include "platform/TextFormat.h"
+#include "platform/Texts.h"
+
+#include <array>
+#include <memory>
+#include <string_view>
+#include <unordered_map>
+
+namespace korvale {
+namespace {
+
+constexpr std::size_t mostNewRows = 1000;
+constexpr std::array eventColumns{RowKey::When, RowKey::Category, RowKey::Event, RowKey::Details};
+
+void logDebug(const char* line) {
+    if (logs(LogLevel::Debug)) {
+        OSLoggingLogMessage(LogLevel::Debug, line);
+    }
+}
+
+/// A text of the row that is part of the event's identity too.
+struct EventText {
+    QString text;
+    QByteArray utf8;
+};
+
+/// The texts of one pass. Each is made once: a list is long, and has few different ones.
+class EventTexts {
+public:
+    const EventText& threat(std::uint32_t event, std::uint32_t fileState) {
+        return once(m_threats, (std::uint64_t{event} << 32U) | fileState, [&] {
+            return formatText(u"%@ (%@)", {localizedText("EventStrThreat"),
+                                           eventThreatStringFromValue(event, fileState)});
+        });
+    }
+
+    const EventText& exploit(std::uint32_t processState) {
+        return once(m_exploits, processState,
+                    [processState] { return procStateStringFromValue(processState); });
+    }
+
+    QString exploitDetails(const QString& type, const QString& pid, const QString& path) const {
+        return formatText(u"%@ %@; %@: %@; %@ %@",
+                          {m_violation, type, m_pid, pid, m_application, path});
+    }
+
+private:
+    using Texts = std::unordered_map<std::uint64_t, EventText>;
+
+    template <typename Make>
+    static const EventText& once(Texts& texts, std::uint64_t key, Make make) {
+        const auto [entry, isNew] = texts.try_emplace(key);
+        if (isNew) {
+            entry->second.text = make();
+            entry->second.utf8 = entry->second.text.toUtf8();
+        }
+        return entry->second;
+    }
+
+    Texts m_threats;
+    Texts m_exploits;
+    QString m_violation = localizedText("EventStrExploitViolation");
+    QString m_pid = localizedText("HPS_ColPID");
+    QString m_application = localizedText("EventStrExploitApplication");
+};
+
+QByteArrayView bytesOf(const JsonValue& text) {
+    return {text.utf8().data(), static_cast<qsizetype>(text.utf8().size())};
+}
+
+/// One pass over the list.
+class EventPass {
+public:
+    explicit EventPass(RememberedEvents& remembered) : m_remembered(remembered) {}
+
+    void add(const JsonMember& record) {
+        const JsonValue category = record.value["Category"];
+        if (!category.isText()) {
+            return;
+        }
+        if (category.utf8() == "Threat") {
+            addThreat(record);
+        } else if (category.utf8() == "Exploit") {
+            addExploit(record);
+        }
+    }
+
+    [[nodiscard]] std::shared_ptr<TextRows> rows() const { return m_rows; }
+
+private:
+    void addThreat(const JsonMember& record) {
+        const std::uint32_t fileState = unsigned32Value(record.value["State"]);
+        const EventText& event = m_texts.threat(unsigned32Value(record.value["Event"]),
+                                                fileState & ~FileStateBit::unsafe);
+        if (isNew({"Threat-", event.utf8, "-", bytesOf(record.name)})) {
+            m_rows->add({cellText(record.value["When"]), QStringLiteral("Threat"), event.text,
+                         valueText(record.name)});
+        }
+    }
+
+    void addExploit(const JsonMember& record) {
+        const EventText& event = m_texts.exploit(unsigned32Value(record.value["Event"]));
+        const QString type = memdefTypeString(textOnly(record.value["ItemType"]).value_or(QString()))
+                                 .value_or(QString());
+        const std::optional<QString> path = textOnly(record.value["Path"]);
+        const QString details = m_texts.exploitDetails(type, valueText(record.value["PID"]),
+                                                       path ? *path : valueText(record.name));
+        if (isNew({"Exploit-", event.utf8, "-", details.toUtf8()})) {
+            m_rows->add({cellText(record.value["When"]), QStringLiteral("Exploit"), event.text,
+                         details});
+        }
+    }
+
+    bool isNew(std::initializer_list<QByteArrayView> identity) {
+        logDebug("another round...");
+        const bool added = m_remembered.insert(identity);
+        if (added) {
+            logDebug("Event!!");
+        }
+        return added;
+    }
+
+    RememberedEvents& m_remembered;
+    EventTexts m_texts;
+    std::shared_ptr<TextRows> m_rows = std::make_shared<TextRows>(eventColumns);
+};
+
+} // namespace
+
+RowBatchPtr newEventRows(const JsonValue& list, RememberedEvents& remembered) {
+    EventPass pass(remembered);
+    for (const JsonMember& record : list.members()) {
+        pass.add(record);
+        if (pass.rows()->size() >= mostNewRows) {
+            break; // the rest waits for a later change of the file
+        }
+    }
+    return pass.rows();
+}
+
+bool FileProcessEvents::parseFileProcessEvents(const std::optional<JsonValue>& list) {
+    if (!list || list->size() == 0) {
+        return false;
+    }
+    const RowBatchPtr rows = newEventRows(*list, m_cacheEvents);
+    // What was there before the program started is remembered but never shown. The cap comes first:
+    // of a longer list the rest is new when the file changes.
+    if (m_state.justStart || rows->size() == 0) {
+        return false;
+    }
+    m_state.eventCount += static_cast<std::int64_t>(rows->size());
+    m_eventsTable.addData(rows);
+    return true;
+}
+
+} // namespace korvale
