@@ -34,7 +34,11 @@ public:
     }
     [[nodiscard]] bool isConnected() const { return m_bus.isConnected(); }
     /// Leaves the bus as a killed process does: without a word.
-    void die() { QDBusConnection::disconnectFromBus(m_bus.name()); }
+    void die() {
+        const QString name = m_bus.name();
+        m_bus = QDBusConnection(QString()); // the connection closes with its last copy
+        QDBusConnection::disconnectFromBus(name);
+    }
 
     /// By its full name: interface, dot, signal.
     void post(const QString& name, const QVariantList& arguments = {}) {
@@ -47,6 +51,16 @@ public:
     void postMessage(const QVariantMap& envelope) {
         post(QStringLiteral("com.korvale.agent_server.Message"), {envelope});
     }
+    /// What only the bus itself may say.
+    void postOwnerChange(const QString& name, const QString& from, const QString& to) {
+        QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/DBus"),
+                                                         QStringLiteral("org.freedesktop.DBus"),
+                                                         QStringLiteral("NameOwnerChanged"));
+        signal << name << from << to;
+        m_bus.send(signal);
+    }
+    /// A reply to one of `requests`, later than by `answer`.
+    void reply(const QDBusMessage& message) { (void)m_bus.send(message); }
     /// Returns once the bus has dealt with everything posted so far.
     void flush() { (void)m_bus.interface()->isServiceRegistered(QStringLiteral("none.such")); }
 
