@@ -394,9 +394,3 @@ TEST_F(ServiceChannelTest, AnOwnerChangeThatTheBusDidNotAnnounceIsIgnored) {
 
 } // namespace
 } // namespace korvale
-
-int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -41,10 +41,10 @@ public:
     }
 
     /// By its full name: interface, dot, signal.
-    void post(const QString& name, const QVariantList& arguments = {}) {
+    void post(const QString& name, const QVariantList& arguments = {},
+              const QString& path = QStringLiteral("/com/korvale/agent_server")) {
         const qsizetype dot = name.lastIndexOf(u'.');
-        QDBusMessage signal = QDBusMessage::createSignal(
-            QStringLiteral("/com/korvale/agent_server"), name.left(dot), name.mid(dot + 1));
+        QDBusMessage signal = QDBusMessage::createSignal(path, name.left(dot), name.mid(dot + 1));
         signal.setArguments(arguments);
         m_bus.send(signal);
     }

@@ -1,0 +1,169 @@
+#include "agent_link/AgentNotifications.h"
+#include "agent_link/LinkFixture.h"
+#include "fakes/FakeClock.h"
+
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+namespace korvale {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// The shared controller, which writes down what reaches it and hands it on.
+class Listener final : public AgentNotificationHandler {
+public:
+    Listener() { setSharedController(this); }
+    ~Listener() override { setSharedController(nullptr); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    void HandleAgentNotification(std::uint32_t code) override {
+        EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
+        heard.push_back(code);
+    }
+
+    std::vector<std::uint32_t> heard;
+};
+
+class AgentSignalsTest : public LinkFixture {
+protected:
+    AgentSignalsTest() { notifications.observe(bus); }
+
+    /// Waits until the mark, posted last, has been heard.
+    std::vector<std::uint32_t> heardUpTo(AgentNotification mark) {
+        const auto code = static_cast<std::uint32_t>(mark);
+        EXPECT_TRUE(waitUntil(
+            [this, code] { return !listener.heard.empty() && listener.heard.back() == code; }));
+        return listener.heard;
+    }
+
+    fakes::FakeClock clock;
+    AgentNotifications notifications{{state, clock, displays, displays, displays,
+                                      [](const QString&) { return std::nullopt; }, [] {}, [] {}}};
+    Listener listener;
+};
+
+TEST_F(AgentSignalsTest, AllTwentyAreHeardInTheOrderSent) {
+    joinBus();
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    std::vector<std::uint32_t> expected;
+    for (int round = 0; round < 50; ++round) {
+        for (const AgentNotificationRow& row : agentNotificationTable) {
+            agent.post(QString::fromLatin1(row.name));
+            expected.push_back(static_cast<std::uint32_t>(row.code));
+        }
+    }
+    EXPECT_TRUE(waitUntil([&] { return listener.heard.size() >= expected.size(); }));
+    EXPECT_EQ(listener.heard, expected);
+}
+
+TEST_F(AgentSignalsTest, AnAgentIsHeardRightAfterItTookItsName) {
+    joinBus();
+    for (int life = 1; life <= 3; ++life) {
+        BusAgent agent(daemon.address());
+        ASSERT_TRUE(agent.takeName());
+        agent.post(QStringLiteral("com.korvale.agent.started"));
+        EXPECT_TRUE(waitUntil([&] { return listener.heard.size() == std::size_t(life); }));
+    }
+}
+
+TEST_F(AgentSignalsTest, AnAgentThatWasThereFirstIsHeard) {
+    daemon.start();
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    bus.start();
+    ASSERT_TRUE(waitUntil([this] { return bus.state() == SystemBus::State::Connected; }));
+    agent.post(QStringLiteral("com.korvale.agent.running"));
+    EXPECT_THAT(heardUpTo(AgentNotification::AgentRunning), ElementsAre(2U));
+}
+
+TEST_F(AgentSignalsTest, OnlyTheOwnerOfTheNameIsHeard) {
+    joinBus();
+    BusAgent impostor(daemon.address());
+    const auto postAll = [&impostor] {
+        for (const AgentNotificationRow& row : agentNotificationTable)
+            impostor.post(QString::fromLatin1(row.name));
+        impostor.flush();
+    };
+    postAll(); // the agent is absent
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    postAll(); // it is present
+    agent.die();
+    ASSERT_TRUE(waitUntil([this] { return interruptions() == 1; }));
+    postAll(); // it is gone
+    BusAgent successor(daemon.address());
+    ASSERT_TRUE(successor.takeName());
+    successor.post(QStringLiteral("com.korvale.agent.running"));
+    EXPECT_THAT(heardUpTo(AgentNotification::AgentRunning), ElementsAre(2U));
+}
+
+TEST_F(AgentSignalsTest, AFormerOwnerIsNoLongerHeard) {
+    joinBus();
+    BusAgent former(daemon.address());
+    ASSERT_TRUE(former.takeName());
+    ASSERT_TRUE(former.releaseName());
+    former.post(QStringLiteral("com.korvale.agent.stopped"));
+    former.flush();
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    agent.post(QStringLiteral("com.korvale.agent.running"));
+    EXPECT_THAT(heardUpTo(AgentNotification::AgentRunning), ElementsAre(2U));
+}
+
+TEST_F(AgentSignalsTest, OtherObjectsInterfacesAndNamesAreIgnored) {
+    joinBus();
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    agent.post(QStringLiteral("com.korvale.agent.started"), {}, QStringLiteral("/elsewhere"));
+    agent.post(QStringLiteral("com.korvale.agent.Started"));
+    agent.post(QStringLiteral("com.korvale.agent.connected"));
+    agent.post(QStringLiteral("com.other.agent.started"));
+    agent.post(QStringLiteral("com.korvale.started"));
+    agent.post(QStringLiteral("com.korvale.agent.running"));
+    EXPECT_THAT(heardUpTo(AgentNotification::AgentRunning), ElementsAre(2U));
+}
+
+TEST_F(AgentSignalsTest, ArgumentsOfASignalAreNotLookedAt) {
+    joinBus();
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    agent.post(QStringLiteral("com.korvale.agent.started"), {5, QStringLiteral("x")});
+    agent.post(QStringLiteral("com.korvale.exe.blocked"), {envelopeWith(QByteArray(1 << 20, 'x'))});
+    EXPECT_THAT(heardUpTo(AgentNotification::ExeBlocked), ElementsAre(0U, 7U));
+}
+
+TEST_F(AgentSignalsTest, AfterABusRestartEachIsHeardOnce) {
+    joinBus();
+    for (int life = 1; life <= 2; ++life) {
+        daemon.kill();
+        ASSERT_TRUE(waitUntil([&] { return invalidations() == life; }));
+        daemon.start();
+        ASSERT_TRUE(waitUntil([this] { return bus.state() == SystemBus::State::Connected; }));
+        listener.heard.clear();
+        BusAgent agent(daemon.address());
+        ASSERT_TRUE(agent.takeName());
+        agent.post(QStringLiteral("com.korvale.agent.started"));
+        agent.post(QStringLiteral("com.korvale.agent.running"));
+        EXPECT_THAT(heardUpTo(AgentNotification::AgentRunning), ElementsAre(0U, 2U));
+    }
+}
+
+TEST_F(AgentSignalsTest, WithoutABusAtStartTheAgentIsHeardOnceThereIsOne) {
+    bus.start();
+    channel.connectToService();
+    ASSERT_TRUE(waitUntil([this] { return bus.state() == SystemBus::State::Absent; }));
+    daemon.start();
+    ASSERT_TRUE(waitUntil([this] { return bus.state() == SystemBus::State::Connected; }));
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    agent.post(QStringLiteral("com.korvale.agent.started"));
+    EXPECT_THAT(heardUpTo(AgentNotification::AgentStarted), ElementsAre(0U));
+}
+
+} // namespace
+} // namespace korvale
