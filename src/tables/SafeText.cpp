@@ -36,14 +36,9 @@ bool needsCare(QChar c) {
     return isControl(c.unicode()) || isDeceptive(c.unicode());
 }
 
+// By number: few fonts have pictures of control characters.
 void appendVisibly(char16_t unit, QString& text) {
-    if (unit < 0x20) {
-        text += QChar(static_cast<char16_t>(0x2400 + unit)); // control pictures
-    } else if (unit == 0x7F) {
-        text += QChar(u'\u2421');
-    } else {
-        text += QStringLiteral("[U+%1]").arg(QString::number(unit, 16).toUpper(), 4, QChar(u'0'));
-    }
+    text += QStringLiteral("[U+%1]").arg(QString::number(unit, 16).toUpper(), 4, QChar(u'0'));
 }
 
 QString visible(QStringView text, bool keepLineFeeds) {

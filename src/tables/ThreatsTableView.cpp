@@ -26,13 +26,13 @@ namespace {
 constexpr int rowPadding = 9;
 constexpr int columnPadding = 16;
 constexpr QRgb lightWindow = 0xFFEFEFEF;
-constexpr QRgb focusColor = 0xFF3A78C9;
+constexpr QRgb focusColor = 0xFF8FB4E8;
 constexpr QRgb placeholderColor = 0xFF6B6B6B;
 
 /// The vertical header that QTableView insists on, without a section for any row.
 class RowlessHeader final : public QHeaderView {
 public:
-    explicit RowlessHeader(QWidget* parent) : QHeaderView(Qt::Vertical, parent) { hide(); }
+    explicit RowlessHeader(QWidget* parent) : QHeaderView(Qt::Vertical, parent) {}
     void setModel(QAbstractItemModel* /*model*/) override {}
     void setSelectionModel(QItemSelectionModel* /*model*/) override {}
 };
@@ -51,14 +51,14 @@ ThreatsTableView::ThreatsTableView(QWidget* parent)
     setPalette(lightPalette());
     setFrameShape(NoFrame);
     setVerticalHeader(new RowlessHeader(this));
+    verticalHeader()->hide();
     setHorizontalHeader(header_);
     setItemDelegate(new CellDelegate(*this));
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
-    setCornerButtonEnabled(false);
-    if (auto* corner = findChild<QAbstractButton*>()) {
-        corner->hide(); // QTableView would place it where the headers meet
+    for (QAbstractButton* corner : findChildren<QAbstractButton*>()) {
+        corner->hide(); // where titles of rows and columns would meet
     }
     setTabKeyNavigation(false);
     setShowGrid(false);
@@ -147,6 +147,13 @@ void ThreatsTableView::selectionChanged(const QItemSelection& selected,
     if (source_ != nullptr) {
         source_->tableViewSelectionDidChange(*this);
     }
+}
+
+void ThreatsTableView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    // The frame around the current row goes beyond the cell that Qt draws anew.
+    viewport()->update(rowRect(current.row()));
+    viewport()->update(rowRect(previous.row()));
 }
 
 void ThreatsTableView::sortByColumn(int column) {
@@ -248,7 +255,7 @@ void ThreatsTableView::paintEvent(QPaintEvent* event) {
 void ThreatsTableView::paintRow(QPainter& painter, int row, const QRect& dirty) {
     QStyleOptionViewItem option;
     initViewItemOption(&option);
-    const bool active = isActiveWindow() && (hasFocus() || header_->hasFocus());
+    const bool active = isActiveWindow() && hasFocus();
     option.state.setFlag(QStyle::State_Active, active);
     option.state.setFlag(QStyle::State_Selected,
                          selectionModel()->isSelected(model_->index(row, 0)));
@@ -261,7 +268,7 @@ void ThreatsTableView::paintRow(QPainter& painter, int row, const QRect& dirty) 
             itemDelegate()->paint(&painter, option, index);
         }
     }
-    if (active && hasFocus() && row == currentIndex().row()) {
+    if (active && row == currentIndex().row()) {
         painter.setPen(QColor(focusColor));
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(whole.adjusted(0, 0, -1, -1));
@@ -303,6 +310,11 @@ QRect ThreatsTableView::visualRect(const QModelIndex& index) const {
     return {header_->sectionViewportPosition(index.column()),
             static_cast<int>(std::clamp(y, -farthest, farthest)),
             header_->sectionSize(index.column()), rowHeight_};
+}
+
+QRect ThreatsTableView::rowRect(int row) const {
+    const QRect cell = visualRect(model_->index(row, 0));
+    return {0, cell.top(), viewport()->width(), cell.height()};
 }
 
 QModelIndex ThreatsTableView::indexAt(const QPoint& point) const {

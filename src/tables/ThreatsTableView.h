@@ -75,6 +75,7 @@ protected:
     void updateGeometries() override;
     void selectionChanged(const QItemSelection& selected,
                           const QItemSelection& deselected) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     [[nodiscard]] int verticalOffset() const override;
     [[nodiscard]] bool isIndexHidden(const QModelIndex& index) const override;
     [[nodiscard]] QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers) override;
@@ -86,6 +87,7 @@ private:
 
     [[nodiscard]] int rowCount() const;
     [[nodiscard]] int rowAtY(int y) const;
+    [[nodiscard]] QRect rowRect(int row) const;
     void measureRows();
     void prepareCells();
     void recycle(CellRow& row);

@@ -17,10 +17,10 @@ struct Case {
 TEST(SafeText, ACellShowsOneHonestLine) {
     const Case cases[] = {
         {u"/home/me/plain.txt"_s, u"/home/me/plain.txt"_s},
-        {u"two\nlines\tand a tab"_s, u"two\u240alines\u2409and a tab"_s},
-        {u"esc\u001b[31m"_s, u"esc\u241b[31m"_s},
-        {QString(QChar(u'\0')), u"\u2400"_s},
-        {u"\u007f\u0085"_s, u"\u2421[U+0085]"_s},
+        {u"two\nlines\tand a tab"_s, u"two[U+000A]lines[U+0009]and a tab"_s},
+        {u"esc\u001b[31m"_s, u"esc[U+001B][31m"_s},
+        {QString(QChar(u'\0')), u"[U+0000]"_s},
+        {u"\u007f\u0085"_s, u"[U+007F][U+0085]"_s},
         {u"photo\u202egpj.exe"_s, u"photo[U+202E]gpj.exe"_s},
         {u"a\u2066b\u2069\u200f\u061c"_s, u"a[U+2066]b[U+2069][U+200F][U+061C]"_s},
         {u"hidden\u200b\ufeff"_s, u"hidden[U+200B][U+FEFF]"_s},

@@ -2,6 +2,7 @@
 #include "tables/EventsTable.h"
 #include "tables/TableOnScreen.h"
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QHelpEvent>
 #include <QLabel>
@@ -272,6 +273,35 @@ TEST_F(ThreatsTableViewTest, AnEmptyTableSaysWhatWouldStandThere) {
     EXPECT_EQ(events.view->accessibleDescription(), u"HPS_TableHint"_s);
 }
 
+TEST_F(ThreatsTableViewTest, NothingOfARowHeaderCoversTheCells) {
+    EXPECT_FALSE(events.view->verticalHeader()->isVisible());
+    for (const QAbstractButton* corner : events.view->findChildren<QAbstractButton*>()) {
+        EXPECT_FALSE(corner->isVisible());
+    }
+}
+
+struct PaintWatcher : QObject {
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            painted += static_cast<QPaintEvent*>(event)->region();
+        }
+        return false;
+    }
+    QRegion painted;
+};
+
+TEST_F(ThreatsTableViewTest, TheFrameOfTheCurrentRowLeavesWithIt) {
+    events.load(numberedRows(5));
+    events.clickRow(0);
+    QApplication::processEvents();
+    PaintWatcher watcher;
+    events.view->viewport()->installEventFilter(&watcher);
+    QTest::keyClick(events.view.get(), Qt::Key_Down, Qt::ControlModifier); // current row alone
+    QApplication::processEvents();
+    const QRect bothRows(0, 0, events.view->viewport()->width(), 2 * events.view->heightOfRows());
+    EXPECT_EQ(watcher.painted.intersected(bothRows), QRegion(bothRows));
+}
+
 TEST_F(ThreatsTableViewTest, ItIsLightUnderADarkPalette) {
     const QPalette before = QApplication::palette();
     QPalette dark{QColor(40, 40, 40)};
@@ -287,7 +317,7 @@ TEST_F(ThreatsTableViewTest, ALineFeedOrADirectionOverrideIsShownNotObeyed) {
     events.load(listedRows({{{RowKey::Details, u"a\nb\u202egpj.exe"_s}}}));
     const CellView& cell = *events.view->visibleCell(0, 3);
     EXPECT_EQ(cell.text(), u"a\nb\u202egpj.exe"_s);
-    EXPECT_EQ(cell.shownText(), u"a\u240ab[U+202E]gpj.exe"_s);
+    EXPECT_EQ(cell.shownText(), u"a[U+000A]b[U+202E]gpj.exe"_s);
 }
 
 TEST_F(ThreatsTableViewTest, ATextNeverLeavesItsCell) {
