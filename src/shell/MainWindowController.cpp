@@ -9,8 +9,11 @@
 #include "shell/StatusLine.h"
 #include "shell/TabLabels.h"
 #include "shell/WindowActivation.h"
+#include "shell/WindowLook.h"
 
 #include <QGuiApplication>
+#include <QMenu>
+#include <QToolTip>
 #include <QWindow>
 
 #include <utility>
@@ -21,6 +24,8 @@ MainWindowController::MainWindowController(MainWindowContext context, QObject* p
     : QObject(parent), m_context(std::move(context)), m_memory(m_context.placementFile) {
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
             &MainWindowController::focusWindowChanged);
+    connect(&m_context.resources, &Resources::darkModeFlipped, this,
+            &MainWindowController::showAppearance);
 }
 
 MainWindowController::~MainWindowController() {
@@ -57,8 +62,6 @@ void MainWindowController::buildWindow() {
             &MainWindowController::showTitleBarImage);
     connect(&m_context.statusItem, &StatusItem::trayAvailabilityChanged, this,
             &MainWindowController::showStatusMenu);
-    connect(&m_context.resources, &Resources::darkModeFlipped, this,
-            &MainWindowController::showAppearance);
 }
 
 void MainWindowController::updateDisplay() {
@@ -119,7 +122,24 @@ void MainWindowController::showStatusMenu() {
 }
 
 void MainWindowController::showAppearance() {
-    m_window->setDark(m_context.resources.isDark());
+    if (!m_window && !m_aboutPanel) {
+        return; // nothing of the toolkit's looks is touched before something is shown
+    }
+    const bool dark = m_context.resources.isDark();
+    if (m_window) {
+        m_window->setDark(dark);
+    }
+    if (m_aboutPanel) {
+        m_aboutPanel->setDark(dark);
+    }
+    const QPalette palette = windowPalette(dark);
+    QToolTip::setPalette(palette);
+    if (m_context.statusMenu != nullptr) {
+        m_context.statusMenu->setPalette(palette);
+        for (QMenu* submenu : m_context.statusMenu->findChildren<QMenu*>()) {
+            submenu->setPalette(palette); // a window of its own, which inherits no palette
+        }
+    }
 }
 
 void MainWindowController::focusWindowChanged(QWindow* focusWindow) {
@@ -146,7 +166,7 @@ void MainWindowController::aboutApp(const QString& activationToken) {
                                       m_context.displayName, m_context.shortVersion);
         m_aboutPanel->setAttribute(Qt::WA_DeleteOnClose);
     }
-    m_aboutPanel->setDark(m_context.resources.isDark());
+    showAppearance();
     m_aboutPanel->setCredits(aboutCredits(m_context.state));
     bringToFront(*m_aboutPanel, activationToken);
 }

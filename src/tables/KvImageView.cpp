@@ -3,9 +3,16 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QWindow>
 
 namespace korvale {
+namespace {
+
+constexpr qreal focusRingWidth = 2;
+constexpr qreal focusRingRadius = 5;
+
+} // namespace
 
 KvImageView::KvImageView(QWidget* parent) : QLabel(parent) {
     setAlignment(Qt::AlignCenter);
@@ -79,6 +86,18 @@ void KvImageView::keyPressEvent(QKeyEvent* event) {
     } else {
         event->ignore();
     }
+}
+
+void KvImageView::paintEvent(QPaintEvent* event) {
+    QLabel::paintEvent(event);
+    if (!hasFocus()) {
+        return;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), focusRingWidth));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), focusRingRadius,
+                            focusRingRadius);
 }
 
 bool KvImageView::startWindowMove() {

@@ -37,6 +37,8 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    /// The picture, and around it a ring while it has the keyboard's focus.
+    void paintEvent(QPaintEvent* event) override;
     /// Hands the drag to the window manager; false when it cannot.
     virtual bool startWindowMove();
 

@@ -67,6 +67,14 @@ TEST_F(AboutPanelTest, EscapeAndControlWCloseIt) {
     }
 }
 
+TEST_F(AboutPanelTest, FollowsTheAppearanceWithoutTheDetailsWindow) {
+    resources.initialize();
+    const AboutPanel& panel = shownPanel();
+    const int light = panel.palette().color(QPalette::Window).lightness();
+    appearance.set(QStringLiteral("Dark"));
+    EXPECT_LT(panel.palette().color(QPalette::Window).lightness(), light);
+}
+
 TEST_F(AboutPanelTest, VeryLongTextsStayInsideIt) {
     const int height = shownPanel().height();
     state.policyName = QStringLiteral("long <i>policy</i> name ").repeated(20000);

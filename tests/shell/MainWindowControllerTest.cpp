@@ -205,9 +205,22 @@ TEST_F(MainWindowControllerTest, TheChromeFollowsTheAppearance) {
     const QColor light = window.palette().color(QPalette::Window);
     appearance.set(QStringLiteral("Dark"));
     EXPECT_LT(window.palette().color(QPalette::Window).lightness(), light.lightness());
+    EXPECT_LT(statusMenu.palette().color(QPalette::Window).lightness(), light.lightness());
     EXPECT_LT(tabView().palette().color(QPalette::Window).lightness(), light.lightness());
     appearance.set({});
     EXPECT_EQ(window.palette().color(QPalette::Window), light);
+}
+
+TEST_F(MainWindowControllerTest, TablesAreLightInBothAppearances) {
+    resources.initialize();
+    shownWindow();
+    const auto paper = [this] {
+        return part<QWidget>("eventsTable").palette().color(QPalette::Base).lightness();
+    };
+    const int light = paper();
+    appearance.set(QStringLiteral("Dark"));
+    EXPECT_EQ(paper(), light);
+    EXPECT_GT(light, 200);
 }
 
 TEST_F(MainWindowControllerTest, ABatchIsReadAfterTheEventThatMadeAWindowMain) {

@@ -152,6 +152,14 @@ TEST_F(MainWindowTest, AClickOrAKeyOnTheLogoVisitsTheHomePage) {
     EXPECT_EQ(homeVisits, 2);
 }
 
+TEST_F(MainWindowTest, TheLogoShowsThatItHasTheFocus) {
+    shownWindow();
+    auto& logo = part<QWidget>("logoImage");
+    const QImage without = logo.grab().toImage();
+    logo.setFocus();
+    EXPECT_NE(logo.grab().toImage(), without);
+}
+
 TEST_F(MainWindowTest, SizeAndColumnWidthsAreRemembered) {
     MainWindow& window = shownWindow();
     window.resize(777, 444);
