@@ -10,9 +10,9 @@
 
 namespace korvale {
 
-PrivateReplyQueue::PrivateReplyQueue(const QDBusConnection& bus, QDBusMessage request,
+PrivateReplyQueue::PrivateReplyQueue(const QDBusConnection& bus, const QDBusMessage& request,
                                      ReplyHandler handler)
-    : m_bus(bus), m_request(std::move(request)), m_handler(std::move(handler)) {
+    : m_bus(bus), m_request(request), m_handler(std::move(handler)) {
     setObjectName(QStringLiteral("com.korvale.uirevrevs"));
     start();
 }

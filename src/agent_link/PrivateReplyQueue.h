@@ -13,7 +13,8 @@ namespace korvale {
 class PrivateReplyQueue final : public QThread, public ReplyQueue {
     Q_OBJECT
 public:
-    PrivateReplyQueue(const QDBusConnection& bus, QDBusMessage request, ReplyHandler handler);
+    PrivateReplyQueue(const QDBusConnection& bus, const QDBusMessage& request,
+                      ReplyHandler handler);
     ~PrivateReplyQueue() override;
 
 protected:

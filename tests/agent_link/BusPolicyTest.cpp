@@ -20,7 +20,8 @@ std::string sentByAnOrdinaryUser(const PrivateBus& daemon, const QStringList& me
                   command;
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(command.takeFirst(), command + message);
+    const QString program = command.takeFirst();
+    process.start(program, command + message);
     // The agent that answers lives in this thread.
     EXPECT_TRUE(waitUntil([&process] { return process.state() == QProcess::NotRunning; }));
     return process.readAll().toStdString();
