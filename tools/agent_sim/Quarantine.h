@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+namespace korvale::sim {
+
+class AgentModel;
+
+/// Takes files away: a quarantined file lies in the quarantine folder under its identifier,
+/// readable by its owner alone.
+class Quarantine {
+public:
+    /// `model` must outlive this object.
+    Quarantine(AgentModel& model, QString folder);
+
+    /// Moves a file that is on the threat list and marks it. An empty text, or why it stays.
+    QString take(const QString& path);
+    /// Marks a file on the threat list as waived.
+    QString waive(const QString& path);
+
+    [[nodiscard]] const QString& folder() const { return m_folder; }
+
+private:
+    AgentModel& m_model;
+    QString m_folder;
+};
+
+} // namespace korvale::sim
