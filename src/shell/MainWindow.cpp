@@ -26,13 +26,14 @@ void showText(QLabel& label, const QString& text) {
     }
 }
 
-/// Shows both labels, or hides both when there is nothing to count.
+/// Shows both labels, or hides both when there is nothing to count. Hidden ones keep a text: it is
+/// their name for who reads the window.
 void showCounter(QLabel& countLabel, QLabel& nameLabel, const std::optional<QString>& count,
                  const char* nameKey) {
     if (count) {
         showText(countLabel, *count);
-        showText(nameLabel, localizedText(nameKey));
     }
+    showText(nameLabel, localizedText(nameKey));
     countLabel.setVisible(count.has_value());
     nameLabel.setVisible(count.has_value());
 }
