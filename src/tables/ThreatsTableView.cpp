@@ -109,7 +109,10 @@ void ThreatsTableView::reloadData() {
     restore(selected, model_->index(currentRow, currentColumn));
     doItemsLayout();
     reloading_ = false;
-    setAccessibleDescription(rowCount() == 0 ? placeholder_ : localizedText("HPS_TableHint"));
+    const QString hint = rowCount() == 0 ? placeholder_ : localizedText("HPS_TableHint");
+    if (accessibleDescription() != hint) {
+        setAccessibleDescription(hint); // each call tells the screen reader
+    }
 }
 
 void ThreatsTableView::restore(const RowIndexes& selected, const QModelIndex& current) {
@@ -320,6 +323,18 @@ QRect ThreatsTableView::rowRect(int row) const {
 QModelIndex ThreatsTableView::indexAt(const QPoint& point) const {
     return point.y() < 0 ? QModelIndex()
                          : model_->index(rowAtY(point.y()), header_->logicalIndexAt(point.x()));
+}
+
+int ThreatsTableView::sizeHintForColumn(int column) const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    const int rows = static_cast<int>(visible_.size());
+    int widest = 0;
+    for (int row = firstVisible_; row < firstVisible_ + rows; ++row) {
+        const QSize size = itemDelegate()->sizeHint(option, model_->index(row, column));
+        widest = std::max(widest, size.width());
+    }
+    return widest;
 }
 
 bool ThreatsTableView::isIndexHidden(const QModelIndex& index) const {

@@ -73,6 +73,8 @@ protected:
     void changeEvent(QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void updateGeometries() override;
+    /// The widest text in sight.
+    [[nodiscard]] int sizeHintForColumn(int column) const override;
     void selectionChanged(const QItemSelection& selected,
                           const QItemSelection& deselected) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;

@@ -256,6 +256,19 @@ TEST_F(ThreatsTableViewTest, ClicksOnTitlesSortTurnAndRememberEarlierChoices) {
               (SortDescriptors{{RowKey::When, true}, {RowKey::Category, true}}));
 }
 
+TEST_F(ThreatsTableViewTest, ADoubleClickBetweenTitlesFitsTheColumnToTheTextsInSight) {
+    const QString text(60, u'm');
+    events.load(listedRows({{{RowKey::Category, text}}, {{RowKey::Category, u"short"_s}}}));
+    QHeaderView* header = events.view->horizontalHeader();
+    const QPoint edge(header->sectionViewportPosition(1) + header->sectionSize(1),
+                      header->height() / 2);
+    QTest::mouseMove(header->viewport(), edge);
+    QTest::mouseDClick(header->viewport(), Qt::LeftButton, {}, edge);
+    const int needed = events.view->fontMetrics().horizontalAdvance(text);
+    EXPECT_GE(header->sectionSize(1), needed + 16);
+    EXPECT_LE(header->sectionSize(1), needed + 40);
+}
+
 // Looks
 
 TEST_F(ThreatsTableViewTest, AnEmptyTableSaysWhatWouldStandThere) {
