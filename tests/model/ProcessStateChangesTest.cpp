@@ -300,6 +300,7 @@ TEST(FirstExploitTypeName, IsThatOfTheFirstRecord) {
 }
 
 TEST(ProcessPass, AsksForTheTypeOnceAndOnlyForSomethingNew) {
+    const RecordingLogSink log;
     int asked = 0;
     const auto type = [&asked] {
         ++asked;

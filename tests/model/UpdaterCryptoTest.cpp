@@ -1,6 +1,6 @@
 #include "model/UpdaterCrypto.h"
 
-#include "model/CCCryptMessage.h"
+#include "fakes/UpdaterMessage.h"
 #include "model/UpdaterKey.h"
 #include "model/UpdaterKeyTables.h"
 #include "model/Utf8Text.h"
@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 #include <string_view>
-#include <vector>
 
 namespace korvale {
 namespace {
@@ -22,23 +21,8 @@ QDateTime at(QDate day, QTime time = QTime(12, 0)) {
     return {day, time};
 }
 
-/// What the updater would leave on `day` for these bytes, framing included.
-QString encryptedBytes(std::string_view framed, QDate day) {
-    const UpdaterKey key(updaterBaseKey, day);
-    const std::vector<std::uint8_t> input(framed.begin(), framed.end());
-    const std::uint8_t none = 0; // an empty vector has no address
-    std::vector<std::uint8_t> output(framed.size() + cipherBlockLength);
-    std::size_t length = output.size();
-    EXPECT_EQ(CCCrypt_Message(input.empty() ? &none : input.data(), input.size(),
-                              key.bytes().data(), key.bytes().size(), updaterVectorArea.data(),
-                              output.data(), &length, 1),
-              CCCryptStatus::success);
-    const QByteArrayView encrypted(output.data(), static_cast<qsizetype>(length));
-    return QString::fromLatin1(encrypted.toByteArray().toBase64());
-}
-
 QString encrypted(const QString& text, QDate day = someDay) {
-    return encryptedBytes("\x01\x02" + text.toStdString() + "\x03\x04\x05", day);
+    return fakes::updaterMessage(text, day);
 }
 
 std::optional<QString> decrypt(const QString& base64) {
@@ -67,31 +51,31 @@ TEST(UpdaterCrypto, AMessageOfYesterdayIsNothing) {
 }
 
 TEST(UpdaterCrypto, ExactlyTheFramingIsTheEmptyText) {
-    const std::optional<QString> text = decrypt(encryptedBytes("12345", someDay));
+    const std::optional<QString> text = decrypt(fakes::encryptedBytes("12345", someDay));
     ASSERT_TRUE(text);
     EXPECT_TRUE(text->isEmpty());
     EXPECT_FALSE(text->isNull());
 }
 
 TEST(UpdaterCrypto, LessThanTheFramingIsNothing) {
-    EXPECT_EQ(decrypt(encryptedBytes("1234", someDay)), std::nullopt);
-    EXPECT_EQ(decrypt(encryptedBytes("", someDay)), std::nullopt);
+    EXPECT_EQ(decrypt(fakes::encryptedBytes("1234", someDay)), std::nullopt);
+    EXPECT_EQ(decrypt(fakes::encryptedBytes("", someDay)), std::nullopt);
 }
 
 TEST(UpdaterCrypto, WhatIsNotUtf8IsNothing) {
-    EXPECT_EQ(decrypt(encryptedBytes("12\xFF\xFE"
-                                     "345",
-                                     someDay)),
+    EXPECT_EQ(decrypt(fakes::encryptedBytes("12\xFF\xFE"
+                                            "345",
+                                            someDay)),
               std::nullopt);
-    EXPECT_EQ(decrypt(encryptedBytes("12ab\xC3"
-                                     "345",
-                                     someDay)),
+    EXPECT_EQ(decrypt(fakes::encryptedBytes("12ab\xC3"
+                                            "345",
+                                            someDay)),
               std::nullopt)
         << "a sequence that is cut off";
 }
 
 TEST(UpdaterCrypto, TheFramingMayBeAnyBytes) {
-    EXPECT_EQ(decrypt(encryptedBytes("\x00\xFFtext\xC3\x28\x00"sv, someDay)),
+    EXPECT_EQ(decrypt(fakes::encryptedBytes("\x00\xFFtext\xC3\x28\x00"sv, someDay)),
               QStringLiteral("text"));
 }
 
@@ -104,7 +88,8 @@ TEST(UpdaterCrypto, ForeignCharactersInBase64AreDropped) {
 }
 
 TEST(UpdaterCrypto, WhatIsLeftMustBeStrictBase64) {
-    const QString message = encryptedBytes("12345678", someDay); // one block: 22 digits, "=="
+    const QString message =
+        fakes::encryptedBytes("12345678", someDay); // one block: 22 digits, "=="
     ASSERT_TRUE(decrypt(message));
     ASSERT_TRUE(message.endsWith(QStringLiteral("==")));
     EXPECT_EQ(decrypt(message.chopped(1)), std::nullopt);

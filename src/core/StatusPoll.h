@@ -1,0 +1,60 @@
+#pragma once
+
+#include "core/AppState.h"
+#include "model/Displays.h"
+#include "model/UpdaterStatusFolder.h"
+
+#include <QString>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+namespace korvale {
+
+class Clock;
+class HostCache;
+class ServiceCommands;
+class ServiceReply;
+
+inline constexpr std::chrono::milliseconds statusPollPeriod{2500};
+
+/// What the poll acts on besides the state.
+struct StatusPollParts {
+    const Clock& clock;
+    const HostCache& hostCache;
+    ServiceCommands& service;
+    StatusDisplay& status;
+    /// Shows the device's name. Called when it is another than that of the last call; before the
+    /// first call `customName` as it was at construction is shown.
+    std::function<void(const QString&)> showDeviceName;
+    /// Sets the check mark of the menu's "CM_ShowNotifications".
+    std::function<void(bool)> setShowNotificationsChecked;
+};
+
+/// Everything that the program learns by asking: each tick looks for an updater message, for the
+/// agent's silence and, once a minute, for what the agent service can tell. Main thread; nothing
+/// waits.
+class StatusPoll {
+public:
+    StatusPoll(AppState& state, StatusPollParts parts,
+               UpdaterStatusFolder updaterStatus = UpdaterStatusFolder());
+
+    /// One tick.
+    void timerFired();
+
+private:
+    [[nodiscard]] bool displayUpdaterStatus();
+    void sendQueries();
+    void applyCustomName(const ServiceReply& reply);
+    void applyPolicy(const ServiceReply& reply);
+    void applyPolicyUpdateTime(const ServiceReply& reply);
+
+    AppState& m_state;
+    StatusPollParts m_parts;
+    UpdaterStatusFolder m_updaterStatus;
+    std::optional<double> m_lastQueryTime;
+    QString m_shownDeviceName;
+};
+
+} // namespace korvale

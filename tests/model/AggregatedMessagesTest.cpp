@@ -1,0 +1,382 @@
+#include "model/AggregatedMessages.h"
+
+#include "fakes/MemoryUserDefaults.h"
+#include "fakes/RecordingDisplays.h"
+#include "fakes/RecordingLogSink.h"
+#include "fakes/RecordingTableFeed.h"
+#include "model/HostCache.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace korvale {
+namespace {
+
+constexpr int fileStates = 1;
+constexpr int scannerState = 2;
+constexpr int analysisCount = 4;
+constexpr int processStates = 16;
+constexpr int devices = 2048;
+
+class AggregatedMessagesTest : public testing::Test {
+protected:
+    AggregatedMessagesTest() { state.justStart = false; }
+
+    void write(const char* name, const QByteArray& content) const {
+        QFile file(folder.filePath(QString::fromLatin1(name)));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    void remove(const char* name) const {
+        QFile::remove(folder.filePath(QString::fromLatin1(name)));
+    }
+
+    void writeThreat() const { write("file_states.log", R"({"/tmp/a": {"State": 1}})"); }
+    void writeProcesses(int pid) const {
+        write("process_states.log",
+              "{\"r\": {\"State\": 2, \"PID\": " + QByteArray::number(pid) + "}}");
+    }
+    void writeDevices(int when) const {
+        write("external_device_control_events.log",
+              "{\"d\": {\"When\": " + QByteArray::number(when) + "}}");
+    }
+    void writeEvents(int key) const {
+        write("file_process_events.log",
+              "{\"" + QByteArray::number(key) + "\": {\"Category\": \"Threat\"}}");
+    }
+
+    /// What one batch with this mask made the tables and displays do, in order.
+    QStringList pass(int mask) {
+        write("header.log", "{\"MessageMask\": " + QByteArray::number(mask) + "}");
+        return pass();
+    }
+    QStringList pass() {
+        calls.clear();
+        displays.shown.clear();
+        messages.parseTimerAggregatedMessage();
+        EXPECT_EQ(displays.shown.takeLast(), QStringLiteral("counters")); // always, and last
+        return calls;
+    }
+
+    RecordingLogSink log;
+    QTemporaryDir folder;
+    QStringList calls;
+    AppState state;
+    RememberedLists remembered;
+    fakes::MemoryUserDefaults defaults;
+    HostCache hostCache{defaults, folder.path()};
+    fakes::RecordingTableFeed threatTable{QStringLiteral("threats"), calls};
+    fakes::RecordingTableFeed processTable{QStringLiteral("processes"), calls};
+    fakes::RecordingTableFeed eventTable{QStringLiteral("events"), calls};
+    fakes::RecordingTableFeed deviceTable{QStringLiteral("devices"), calls};
+    fakes::RecordingDisplays displays{state};
+    AggregatedMessages messages{
+        state,    hostCache, remembered, {threatTable, processTable, eventTable, deviceTable},
+        displays, displays,  displays};
+};
+
+QStringList lines(std::initializer_list<const char*> texts) {
+    QStringList list;
+    for (const char* text : texts) {
+        list << QString::fromLatin1(text);
+    }
+    return list;
+}
+
+TEST_F(AggregatedMessagesTest, WithoutAHeaderOnlyTheDisplayIsRefreshed) {
+    writeThreat();
+    writeProcesses(1);
+    state.justStart = true;
+    EXPECT_EQ(pass(), lines({}));
+    for (const char* broken : {"", "{", "5", "{\"MessageMask\": 1,}", "\xFF"}) {
+        write("header.log", broken);
+        EXPECT_EQ(pass(), lines({})) << broken;
+    }
+}
+
+TEST_F(AggregatedMessagesTest, AMaskOfZeroReadsNothing) {
+    writeThreat();
+    writeProcesses(1);
+    writeEvents(1);
+    writeDevices(1);
+    write("analysis_count.log", R"({"AnalyzedCount": 5})");
+    EXPECT_EQ(pass(0), lines({}));
+    EXPECT_EQ(state.analyzedCount, 0);
+}
+
+TEST_F(AggregatedMessagesTest, TheMaskIsReadWhateverItsType) {
+    struct Case {
+        const char* header;
+        bool readsCount;
+    };
+    static constexpr Case cases[]{
+        {R"({"MessageMask": 4})", true},
+        {R"({"MessageMask": 4.9})", true},
+        {R"({"MessageMask": "4"})", true},
+        {R"({"MessageMask": -1})", true},
+        {R"({"MessageMask": 4294967300})", true},
+        {R"({"MessageMask": "x4"})", false},
+        {R"({"MessageMask": null})", false},
+        {R"({"MessageMask": [4]})", false},
+        {R"({"MessageMask": true})", false},
+        {R"({})", false},
+        {R"([4])", false},
+        {R"({"MessageMask": 4, "MessageMask": 3})", false},
+    };
+    write("analysis_count.log", R"({"AnalyzedCount": 5})");
+    for (const Case& expected : cases) {
+        state.analyzedCount = 0;
+        write("header.log", expected.header);
+        pass();
+        EXPECT_EQ(state.analyzedCount, expected.readsCount ? 5 : 0) << expected.header;
+    }
+}
+
+TEST_F(AggregatedMessagesTest, StartUpReadsEverythingInAFixedOrder) {
+    writeThreat();
+    writeProcesses(1);
+    writeEvents(1);
+    writeDevices(1);
+    write("analysis_count.log", R"({"AnalyzedCount": 7})");
+    state.justStart = true;
+    EXPECT_EQ(pass(0), lines({"threats load 1", "threats update", "devices add 1", "devices update",
+                              "processes load 1", "processes update"}));
+    EXPECT_EQ(state.analyzedCount, 7);
+    EXPECT_EQ(state.threatDetectCount, 1);
+    EXPECT_EQ(state.exploitAttempt, 1);
+    EXPECT_EQ(state.externalDevicesCount, 1);
+    EXPECT_EQ(state.eventCount, 0) << "events at start-up are remembered, not shown";
+    EXPECT_EQ(remembered.cacheEvents.size(), 1U);
+}
+
+TEST_F(AggregatedMessagesTest, EverythingMaskedComesInTheSameOrder) {
+    writeThreat();
+    writeProcesses(1);
+    writeEvents(1);
+    writeDevices(1);
+    state.statusState = StatusState::Inspecting;
+    write("scanner_state.log", R"({"ScannerState": 1})");
+    EXPECT_EQ(pass(0xFFFF),
+              lines({"threats load 1", "threats update", "devices add 1", "devices update",
+                     "processes load 1", "processes update", "events add 1", "events update"}));
+    EXPECT_EQ(displays.shown.last(), QStringLiteral("status 5"));
+}
+
+TEST_F(AggregatedMessagesTest, AfterStartUpOnlyMaskedListsAreRead) {
+    writeThreat();
+    writeProcesses(1);
+    writeDevices(1);
+    EXPECT_EQ(pass(fileStates), lines({"threats load 1", "threats update"}));
+    EXPECT_EQ(pass(processStates), lines({"processes load 1", "processes update"}));
+    EXPECT_EQ(pass(devices), lines({"devices add 1", "devices update"}));
+}
+
+TEST_F(AggregatedMessagesTest, AnUnchangedThreatListIsNotParsedButEventsAreLookedAt) {
+    writeThreat();
+    pass(fileStates);
+    writeEvents(1);
+    EXPECT_EQ(pass(fileStates), lines({"events add 1", "events update"}));
+    EXPECT_EQ(pass(fileStates), lines({}));
+}
+
+TEST_F(AggregatedMessagesTest, AMissingOrEmptyThreatListIsParsedOnEveryPass) {
+    writeThreat();
+    pass(fileStates);
+    remove("file_states.log");
+    EXPECT_EQ(pass(fileStates), lines({"threats load nothing", "threats update"}));
+    EXPECT_EQ(pass(fileStates), lines({"threats load nothing", "threats update"}));
+    EXPECT_EQ(state.threatDetectCount, 0);
+    write("file_states.log", "{}");
+    EXPECT_EQ(pass(fileStates), lines({"threats load 0", "threats update"}));
+    EXPECT_EQ(pass(fileStates), lines({"threats load 0", "threats update"}));
+    write("file_states.log", "{\"/tmp/a\": {\"State\": 1}");
+    EXPECT_EQ(pass(fileStates), lines({"threats load nothing", "threats update"}))
+        << "invalid JSON";
+}
+
+TEST_F(AggregatedMessagesTest, AChecksumOutlivesAnEmptyList) {
+    writeThreat();
+    pass(fileStates);
+    remove("file_states.log");
+    pass(fileStates);
+    writeThreat();
+    EXPECT_EQ(pass(fileStates), lines({})) << "the table stays empty until the list differs";
+    EXPECT_EQ(state.threatDetectCount, 0);
+}
+
+TEST_F(AggregatedMessagesTest, TheOrderOfMembersAndWhiteSpaceIsNoChange) {
+    write("process_states.log", R"({"a": {"PID": 1, "State": 2}, "b": {"PID": 2}})");
+    pass(processStates);
+    write("process_states.log", R"({ "b":{"PID":2.0},"a":{"State":2,"PID":1} })");
+    EXPECT_EQ(pass(processStates), lines({}));
+    write("process_states.log", R"({"a": {"PID": 1, "State": 3}, "b": {"PID": 2}})");
+    EXPECT_EQ(pass(processStates), lines({"processes load 2", "processes update"}));
+}
+
+TEST_F(AggregatedMessagesTest, AMissingProcessListKeepsItsRowsAndEventsAreStillLookedAt) {
+    writeProcesses(1);
+    pass(processStates);
+    remove("process_states.log");
+    writeEvents(1);
+    EXPECT_EQ(pass(processStates), lines({"events add 1", "events update"}));
+    write("process_states.log", "{}");
+    writeEvents(2);
+    EXPECT_EQ(pass(processStates), lines({"events add 1", "events update"}));
+    EXPECT_EQ(state.exploitAttempt, 1);
+}
+
+TEST_F(AggregatedMessagesTest, AnUnchangedProcessListDoesNotHideEvents) {
+    writeProcesses(1);
+    pass(processStates);
+    writeEvents(1);
+    EXPECT_EQ(pass(processStates), lines({"events add 1", "events update"}));
+}
+
+TEST_F(AggregatedMessagesTest, EventsAreNotLookedAtForOtherBits) {
+    writeEvents(1);
+    writeDevices(1);
+    EXPECT_EQ(pass(devices | scannerState | analysisCount | 8 | 32 | 64 | 1024),
+              lines({"devices add 1", "devices update"}));
+    EXPECT_EQ(pass(processStates), lines({"events add 1", "events update"}));
+}
+
+TEST_F(AggregatedMessagesTest, EventsAtStartUpAreLookedAtWithoutAnyOtherList) {
+    writeEvents(1);
+    state.justStart = true;
+    pass(0);
+    EXPECT_EQ(remembered.cacheEvents.size(), 1U);
+}
+
+TEST_F(AggregatedMessagesTest, AChangedEventListWithoutNewRowsDoesNotRedraw) {
+    writeEvents(1);
+    pass(processStates);
+    write("file_process_events.log", R"({"1": {"Category": "Threat", "When": "later"}})");
+    EXPECT_EQ(pass(processStates), lines({}));
+}
+
+TEST_F(AggregatedMessagesTest, AMissingDeviceListKeepsItsRows) {
+    writeDevices(1);
+    pass(devices);
+    remove("external_device_control_events.log");
+    EXPECT_EQ(pass(devices), lines({}));
+    write("external_device_control_events.log", "{}");
+    EXPECT_EQ(pass(devices), lines({}));
+    EXPECT_EQ(state.externalDevicesCount, 1);
+}
+
+TEST_F(AggregatedMessagesTest, ADeviceListWithoutRowsStillRedraws) {
+    write("external_device_control_events.log", R"({"a": 1})");
+    EXPECT_EQ(pass(devices), lines({"devices update"}));
+}
+
+TEST_F(AggregatedMessagesTest, DevicesAndProcessesShareOneChecksum) {
+    writeDevices(1);
+    writeProcesses(1);
+    const QStringList both =
+        lines({"devices add 1", "devices update", "processes load 1", "processes update"});
+    EXPECT_EQ(pass(devices | processStates), both);
+    EXPECT_EQ(pass(devices | processStates), both) << "each is compared with the other";
+    EXPECT_EQ(pass(processStates), lines({}));
+    EXPECT_EQ(pass(devices), lines({"devices add 1", "devices update"}));
+    EXPECT_EQ(pass(devices), lines({}));
+    EXPECT_EQ(pass(processStates), lines({"processes load 1", "processes update"}));
+}
+
+TEST_F(AggregatedMessagesTest, TheSameContentAsDevicesAndProcessesIsParsedOnce) {
+    const QByteArray content = R"({"x": {"State": 2, "When": 1}})";
+    write("external_device_control_events.log", content);
+    write("process_states.log", content);
+    EXPECT_EQ(pass(devices | processStates), lines({"devices add 1", "devices update"}));
+}
+
+TEST_F(AggregatedMessagesTest, AnIdleScannerEndsTheInspection) {
+    struct Case {
+        StatusState before;
+        const char* scanner;
+        bool ends;
+    };
+    static constexpr Case cases[]{
+        {StatusState::Inspecting, R"({"ScannerState": 1})", true},
+        {StatusState::Inspecting, R"({"ScannerState": "1"})", true},
+        {StatusState::Inspecting, R"({"ScannerState": true})", true},
+        {StatusState::Inspecting, R"({"ScannerState": 0})", false},
+        {StatusState::Inspecting, R"({"ScannerState": 2})", false},
+        {StatusState::Inspecting, R"({})", false},
+        {StatusState::Inspecting, R"([1])", false},
+        {StatusState::Inspecting, R"(broken)", false},
+        {StatusState::UpdaterMessage, R"({"ScannerState": 1})", false},
+        {StatusState::NotRunning, R"({"ScannerState": 1})", false},
+        {StatusState::NoNetwork, R"({"ScannerState": 1})", false},
+    };
+    for (const Case& expected : cases) {
+        state.statusState = expected.before;
+        write("scanner_state.log", expected.scanner);
+        pass(scannerState);
+        EXPECT_EQ(displays.shown, expected.ends ? lines({"status 5"}) : lines({}))
+            << expected.scanner;
+        state.statusState = expected.before;
+        pass(0);
+        EXPECT_TRUE(displays.shown.isEmpty()) << "bit 2 is needed";
+    }
+}
+
+TEST_F(AggregatedMessagesTest, TheAnalysedCountIsReadWhateverItsType) {
+    struct Case {
+        const char* content;
+        std::int64_t count;
+    };
+    static constexpr Case cases[]{
+        {R"({"AnalyzedCount": 12345678901})", 12345678901},
+        {R"({"AnalyzedCount": "17"})", 17},
+        {R"({"AnalyzedCount": -3.7})", -3},
+        {R"({"Other": 1})", 0},
+        {R"({"AnalyzedCount": null})", 0},
+        {R"({"AnalyzedCount": {}})", 0},
+        {R"([])", 0},
+    };
+    for (const Case& expected : cases) {
+        state.analyzedCount = 99;
+        write("analysis_count.log", expected.content);
+        pass(analysisCount);
+        EXPECT_EQ(state.analyzedCount, expected.count) << expected.content;
+    }
+    state.analyzedCount = 99;
+    for (const char* absent : {"", "{\"AnalyzedCount\": 1", "7"}) {
+        write("analysis_count.log", absent);
+        pass(analysisCount);
+        EXPECT_EQ(state.analyzedCount, 99) << absent;
+    }
+}
+
+TEST_F(AggregatedMessagesTest, AListOnTopHasNoRecords) {
+    writeThreat();
+    writeProcesses(1);
+    pass(fileStates | processStates);
+    write("file_states.log", R"([{"State": 1}])");
+    write("process_states.log", R"([{"PID": 1}])");
+    write("external_device_control_events.log", R"([{"When": 1}])");
+    write("file_process_events.log", R"([{"Category": "Threat"}])");
+    EXPECT_EQ(pass(fileStates | processStates | devices),
+              lines({"threats load 0", "threats update", "devices update", "processes load 0",
+                     "processes update"}));
+}
+
+TEST_F(AggregatedMessagesTest, NewThreatsAndExploitsAreNotified) {
+    writeThreat();
+    write("process_states.log", R"({"r": {"State": 0, "PID": 1, "Path": "/x"}})");
+    pass(fileStates | processStates);
+    EXPECT_EQ(displays.shown.size(), 2);
+}
+
+TEST_F(AggregatedMessagesTest, TheExploitsNotificationNamesTheTypeOfTheEventList) {
+    write("process_states.log", R"({"r": {"State": 0, "PID": 1, "Path": "/x"}})");
+    write("file_process_events.log", R"({"e": {"Category": "Exploit", "ItemType": "3"}})");
+    EXPECT_EQ(pass(processStates),
+              lines({"processes load 1", "processes update", "events add 1", "events update"}));
+    EXPECT_EQ(displays.shown.size(), 1);
+}
+
+} // namespace
+} // namespace korvale
