@@ -6,14 +6,14 @@
 namespace korvale {
 
 QString aboutCredits(const AppState& state) {
-    const QString credits =
+    QString credits =
         formatText(u"%@ %@  (%@)\n%@ %@",
                    {localizedText("AboutPolicy"), state.policyName, state.policyMode,
                     localizedText("AboutPolicyLastUpdated"), state.policyLastUpdateTime});
-    if (state.sondarVersionNumberString.isEmpty()) {
-        return credits;
+    if (!state.sondarVersionNumberString.isEmpty()) {
+        credits.prepend(formatText(u"SONDAR Version : %@\n", {state.sondarVersionNumberString}));
     }
-    return formatText(u"SONDAR Version : %@\n", {state.sondarVersionNumberString}) + credits;
+    return credits;
 }
 
 } // namespace korvale

@@ -14,7 +14,7 @@
 namespace korvale {
 namespace {
 
-constexpr qint64 largestFile = 64 * 1024;
+constexpr qint64 largestFile = 65536;
 constexpr int widestColumn = 10000;
 constexpr int narrowestColumn = 8;
 
@@ -24,7 +24,7 @@ constexpr QLatin1String columnsKey{"columns"};
 /// Widths of one table; none at all when one of them makes no sense.
 QList<int> columnWidths(const QJsonArray& array) {
     QList<int> widths;
-    for (const QJsonValue& value : array) {
+    for (const QJsonValueConstRef value : array) {
         const int width = value.toInt();
         if (width < narrowestColumn || width > widestColumn) {
             return {};
@@ -39,8 +39,8 @@ WindowPlacement placementFrom(const QJsonObject& object) {
     placement.geometry = QByteArray::fromBase64(object[geometryKey].toString().toLatin1());
     const QJsonObject columns = object[columnsKey].toObject();
     for (auto table = columns.begin(); table != columns.end(); ++table) {
-        if (QList<int> widths = columnWidths(table.value().toArray()); !widths.isEmpty()) {
-            placement.columnWidths.insert(table.key(), std::move(widths));
+        if (const QList<int> widths = columnWidths(table.value().toArray()); !widths.isEmpty()) {
+            placement.columnWidths.insert(table.key(), widths);
         }
     }
     return placement;
