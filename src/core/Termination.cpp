@@ -1,0 +1,75 @@
+#include "core/Termination.h"
+
+#include <QSocketNotifier>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace korvale {
+namespace {
+
+constexpr std::array terminationSignals{SIGTERM, SIGINT, SIGHUP};
+
+std::atomic<int> signalEvent{-1};
+static_assert(std::atomic<int>::is_always_lock_free, "read by a signal handler");
+
+void setHandler(int signal, void (*handler)(int)) {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    sigemptyset(&action.sa_mask);
+    ::sigaction(signal, &action, nullptr);
+}
+
+} // namespace
+
+extern "C" {
+static void korvaleTerminationHandler(int /*signal*/) {
+    const int savedError = errno;
+    const std::uint64_t one = 1;
+    // Nothing could be done about a failure here.
+    [[maybe_unused]] const ssize_t written = ::write(signalEvent, &one, sizeof one);
+    errno = savedError;
+}
+}
+
+TerminationSignals::TerminationSignals() : m_event(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    signalEvent = m_event;
+    for (const int signal : terminationSignals) {
+        // Also where the parent ignored it, as shells do with SIGINT for what runs behind.
+        setHandler(signal, korvaleTerminationHandler);
+    }
+}
+
+TerminationSignals::~TerminationSignals() {
+    for (const int signal : terminationSignals) {
+        setHandler(signal, SIG_DFL);
+    }
+    m_notifier.reset();
+    signalEvent = -1;
+    ::close(m_event);
+}
+
+void TerminationSignals::watch() {
+    m_notifier = std::make_unique<QSocketNotifier>(m_event, QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
+        m_notifier->setEnabled(false);
+        Q_EMIT requested();
+    });
+}
+
+void TerminationSignals::sleepOneSecond() const {
+    pollfd waiting{m_event, POLLIN, 0};
+    ::poll(&waiting, 1, 1000);
+}
+
+void ignoreBrokenPipes() {
+    setHandler(SIGPIPE, SIG_IGN);
+}
+
+} // namespace korvale

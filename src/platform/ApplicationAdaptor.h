@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QDBusAbstractAdaptor>
+#include <QStringList>
+#include <QVariantList>
+#include <QVariantMap>
+
+namespace korvale {
+
+/// org.freedesktop.Application (Desktop Entry Specification, "D-Bus Activation"). The program has
+/// neither documents nor actions: all three methods ask it to show itself.
+class ApplicationAdaptor : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+public:
+    using QDBusAbstractAdaptor::QDBusAbstractAdaptor;
+
+public Q_SLOTS:
+    // NOLINTBEGIN(readability-identifier-naming): the names are the interface's
+    void Activate(const QVariantMap& platformData) { activate(platformData); }
+    void Open(const QStringList& /*uris*/, const QVariantMap& platformData) {
+        activate(platformData);
+    }
+    void ActivateAction(const QString& /*name*/, const QVariantList& /*parameter*/,
+                        const QVariantMap& platformData) {
+        activate(platformData);
+    }
+    // NOLINTEND(readability-identifier-naming)
+
+Q_SIGNALS:
+    void activated(const QString& activationToken);
+
+private:
+    void activate(const QVariantMap& platformData) {
+        const QString token = platformData.value(QStringLiteral("activation-token")).toString();
+        Q_EMIT activated(token.isEmpty()
+                             ? platformData.value(QStringLiteral("desktop-startup-id")).toString()
+                             : token);
+    }
+};
+
+} // namespace korvale

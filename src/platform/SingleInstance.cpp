@@ -1,0 +1,91 @@
+#include "platform/SingleInstance.h"
+
+#include "platform/ApplicationAdaptor.h"
+
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+
+namespace korvale {
+namespace {
+
+constexpr const char* name = "com.korvale.ui";
+constexpr const char* path = "/com/korvale/ui";
+constexpr int answerLimitMs = 2000;
+
+// org.freedesktop.DBus.RequestName
+constexpr uint doNotQueue = 4;
+constexpr uint primaryOwner = 1;
+constexpr uint alreadyOwner = 4;
+
+/// Taken at once, as the toolkit removes them from the environment for the processes it starts.
+QVariantMap platformDataOfThisStart() {
+    QVariantMap data;
+    if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty()) {
+        data.insert(QStringLiteral("activation-token"), token);
+    }
+    if (const QString id = qEnvironmentVariable("DESKTOP_STARTUP_ID"); !id.isEmpty()) {
+        data.insert(QStringLiteral("desktop-startup-id"), id);
+    }
+    return data;
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(QObject* parent)
+    : QObject(parent), m_platformData(platformDataOfThisStart()) {
+    auto* adaptor = new ApplicationAdaptor(this);
+    connect(adaptor, &ApplicationAdaptor::activated, this, &SingleInstance::activated);
+}
+
+void SingleInstance::claim(const QDBusConnection& sessionBus,
+                           std::function<void(Outcome)> decided) {
+    m_bus = sessionBus;
+    if (!m_bus.isConnected()) {
+        decided(Outcome::Unknown);
+        return;
+    }
+    // Before the name is ours, so that whoever finds the name finds the object.
+    m_bus.registerObject(QString::fromLatin1(path), this, QDBusConnection::ExportAdaptors);
+    QDBusMessage request = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
+    request << QString::fromLatin1(name) << doNotQueue;
+    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(request, answerLimitMs), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [decided = std::move(decided)](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                const QDBusPendingReply<uint> reply = *finished;
+                if (reply.isError()) {
+                    decided(Outcome::Unknown);
+                } else if (reply.value() == primaryOwner || reply.value() == alreadyOwner) {
+                    decided(Outcome::First);
+                } else {
+                    decided(Outcome::Second);
+                }
+            });
+}
+
+void SingleInstance::activateOwner(std::function<void()> done) {
+    QDBusMessage request = QDBusMessage::createMethodCall(
+        QString::fromLatin1(name), QString::fromLatin1(path),
+        QStringLiteral("org.freedesktop.Application"), QStringLiteral("Activate"));
+    request << m_platformData;
+    request.setAutoStartService(false);
+    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(request, answerLimitMs), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [done = std::move(done)](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                done();
+            });
+}
+
+void useActivationToken(const QString& token) {
+    if (!token.isEmpty()) {
+        // Where the toolkit looks for it when a window is shown.
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    }
+}
+
+} // namespace korvale

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QString>
+#include <QVariantMap>
+
+#include <functional>
+
+namespace korvale {
+
+/// The program as the one owner of its name on the session bus, with the interface
+/// org.freedesktop.Application by which a second start, or the desktop, asks it to show itself.
+/// Main thread; nothing waits.
+class SingleInstance : public QObject {
+    Q_OBJECT
+public:
+    enum class Outcome {
+        First,   ///< the name is ours
+        Second,  ///< another instance has it
+        Unknown, ///< the bus did not say
+    };
+
+    explicit SingleInstance(QObject* parent = nullptr);
+
+    /// Asks for the name, once. `decided` gets the outcome after a moment at most; with a bus that
+    /// is not connected, at once.
+    void claim(const QDBusConnection& sessionBus, std::function<void(Outcome)> decided);
+
+    /// After Second: asks the owner to show itself. `done` follows when it has, or does not answer.
+    void activateOwner(std::function<void()> done);
+
+Q_SIGNALS:
+    /// Somebody wants to see the program. The token (may be empty) is the right to take the focus.
+    void activated(const QString& activationToken);
+
+private:
+    QDBusConnection m_bus{QString()};
+    QVariantMap m_platformData; ///< what this process was started with
+};
+
+/// Hands the right to take the focus to whichever window is shown next.
+void useActivationToken(const QString& token);
+
+} // namespace korvale
