@@ -1,3 +1,5 @@
-#include "core/AppDelegate.h"
+#include "core/Launch.h"
 
-int main(int argc, char** argv) { return korvale::runKorvaleUI(argc, argv); }
+int main(int argc, char** argv) {
+    return korvale::runKorvaleUI(argc, argv);
+}

@@ -1,9 +1,201 @@
 #include "core/AppDelegate.h"
 
-namespace korvale {
+#include "core/AdvancedMode.h"
+#include "core/Logging.h"
+#include "core/ProcessValues.h"
+#include "model/Values.h"
+#include "platform/HostIdentity.h"
+#include "platform/Texts.h"
 
-int runKorvaleUI(int /*argc*/, char** /*argv*/) {
-    return 0;
+#include <QGuiApplication>
+
+#include <chrono>
+
+namespace korvale {
+namespace {
+
+constexpr std::chrono::milliseconds statusPollPeriod{2500};
+
+} // namespace
+
+AppDelegate::AppDelegate(AppDelegateContext context)
+    : m_context(std::move(context)),
+      m_state(initialState()),
+      m_resources(m_appearance,
+                  m_context.info.usesVexaAppIcon() ? IconSet::Vexa : IconSet::Standard),
+      m_hostCache(m_userDefaults),
+      m_statusItem(m_state, m_resources),
+      m_statusLine(m_state, m_clock),
+      m_menu(m_state, m_hostCache, m_statusItem, m_linkOpener, menuActions()),
+      m_trayIcon(m_statusItem, m_menu),
+      m_notifications(m_state, m_hostCache, m_resources, m_linkOpener),
+      m_fileThreatsTableCtrl(m_selections),
+      m_memExploitTableCtrl(m_selections),
+      m_eventsTableCtrl(m_selections),
+      m_externalDevicesTableCtrl(m_selections),
+      m_window(windowContext()),
+      m_channel(m_systemBus, m_notifications),
+      m_commands(m_state, m_channel, m_statusLine, m_statusItem,
+                 {processValues().automationMode, m_context.sleepOneSecond, m_context.terminate}),
+      m_messages(m_state, m_hostCache, m_remembered,
+                 {m_fileThreatsTableCtrl, m_memExploitTableCtrl, m_eventsTableCtrl,
+                  m_externalDevicesTableCtrl},
+                 m_statusLine, m_notifications, m_window),
+      m_agentNotifications(agentNotificationsParts()),
+      m_folderScanChooser([this](const QString& folder) { m_commands.forwardFolderScan(folder); }) {
+    m_state.lastAgentReportTime = m_clock.now();
+    m_channel.setDriverQuery([this] { m_commands.checkDriverConnection(); });
+    connect(&m_trayIcon, &TrayIcon::activated, this, [this] { activate({}); });
+    m_statusUpdateTimer.setTimerType(Qt::PreciseTimer);
+    m_statusUpdateTimer.setInterval(statusPollPeriod);
+    setSharedController(&m_agentNotifications);
+}
+
+AppDelegate::~AppDelegate() {
+    setSharedController(nullptr);
+}
+
+AppState AppDelegate::initialState() {
+    AppState state;
+    state.customName = hostDisplayName();
+    state.policyName = localizedText("DefaultPolicyName");
+    state.policyMode = localizedText("DefaultPolicyMode");
+    return state;
+}
+
+AgentNotificationsParts AppDelegate::agentNotificationsParts() {
+    return {.state = m_state,
+            .clock = m_clock,
+            .status = m_statusLine,
+            .icon = m_statusItem,
+            .notifications = m_notifications,
+            .readFile = [this](const QString& file) { return m_hostCache.readFile(file); },
+            .connectToService = [this] { m_channel.connectToService(); },
+            .parseTimerAggregatedMessage = [this] { m_messages.parseTimerAggregatedMessage(); }};
+}
+
+StatusItemMenuActions AppDelegate::menuActions() {
+    StatusItemMenuActions actions;
+    actions.showDetails = [this] { m_window.showDetails(); };
+    actions.checkUpdates = [this] { m_commands.checkUpdates(); };
+    actions.checkPolicyUpdates = [this] { m_commands.checkPolicyUpdates(); };
+    actions.aboutApp = [this] { m_window.aboutApp(); };
+    actions.scanBackground = [this] { m_commands.scanBackground(); };
+    actions.scanSpecificFolder = [this] { m_folderScanChooser.scanSpecificFolder(); };
+    actions.stopScan = [this] { m_commands.stopScan(); };
+    actions.exitApp = [this] { exitApp(); };
+    actions.readLogLevel = [this](int checkedPosition, auto applied) {
+        m_commands.readLogLevel(checkedPosition, std::move(applied));
+    };
+    actions.logging = [this](int position, auto applied) {
+        m_commands.logging(position, std::move(applied));
+    };
+    return actions;
+}
+
+MainWindowContext AppDelegate::windowContext() {
+    return {.state = m_state,
+            .resources = m_resources,
+            .statusItem = m_statusItem,
+            .statusLine = m_statusLine,
+            .iconDisplay = m_statusItem,
+            .tables = {m_fileThreatsTableCtrl, m_memExploitTableCtrl, m_eventsTableCtrl,
+                       m_externalDevicesTableCtrl},
+            .statusMenu = m_menu.menu(),
+            .parseTimerAggregatedMessage = [this] { m_messages.parseTimerAggregatedMessage(); },
+            .visitHome = [this] { m_menu.visitHome(); },
+            .displayName = QGuiApplication::applicationDisplayName(),
+            .shortVersion =
+                cellText(m_context.info["CFBundleShortVersionString"]).value_or(QString()),
+            .placementFile = WindowMemory::userPath()};
+}
+
+/// The window, its delegates and its observers come when it is first shown; tables keep their rows
+/// from here on.
+void AppDelegate::applicationDidFinishLaunching() {
+    m_resources.initialize();
+    m_state.allowCheckForPolicyUpdate = m_context.info.allowsCheckForPolicyUpdate();
+    setupStatusItemAndMenu();
+    m_agentNotifications.observe(m_systemBus);
+    m_systemBus.start();
+    m_channel.connectToService();
+    if (!processValues().noUIMode) {
+        startStatusUpdates();
+    }
+    m_state.justStart = false;
+    processAutoTest();
+}
+
+void AppDelegate::setupStatusItemAndMenu() {
+    m_menu.setupStatusItemAndMenu(
+        {.noUI = processValues().noUIMode,
+         .advanced = isAdvanceMode(m_context.commandLine, applicationSupportFolder())});
+    m_isMenuBuilt = true;
+    if (m_sessionBus) {
+        startTray();
+    }
+}
+
+void AppDelegate::startTray() {
+    m_trayIcon.start(*m_sessionBus);
+}
+
+void AppDelegate::startStatusUpdates() {
+    m_messages.parseTimerAggregatedMessage();
+    m_state.lastStatusReportTime = m_clock.now();
+    m_statusUpdateTimer.start();
+    m_statusLine.updateStatusMessage(m_state.statusState);
+}
+
+void AppDelegate::useSessionBus(const QDBusConnection& sessionBus) {
+    m_sessionBus = sessionBus;
+    m_appearance.start(sessionBus);
+    m_notifications.start(sessionBus);
+    if (m_isMenuBuilt) {
+        startTray();
+    }
+}
+
+void AppDelegate::activate(const QString& activationToken) {
+    if (!processValues().noUIMode) {
+        m_window.showDetails(activationToken);
+    }
+}
+
+void AppDelegate::exitApp() {
+    if (logs(LogLevel::Info)) {
+        OSLoggingLogMessage(LogLevel::Info, "exitApp.");
+    }
+    m_context.terminate();
+}
+
+void AppDelegate::applicationWillTerminate() {
+    if (logs(LogLevel::Info)) {
+        OSLoggingLogMessage(LogLevel::Info, "%s() Bastion KorvaleUI Exit",
+                            {QStringLiteral("-[AppDelegate applicationWillTerminate:]")});
+    }
+    OSLoggingShutdown();
+}
+
+void AppDelegate::processAutoTest() {
+    const std::optional<OneShot> oneShot = oneShotCommand(m_context.commandLine);
+    if (!oneShot) {
+        return;
+    }
+    switch (oneShot->command) {
+    case OneShotCommand::CheckUpdates:
+        m_commands.checkUpdates();
+        break;
+    case OneShotCommand::ScanBackground:
+        m_commands.scanBackground();
+        break;
+    case OneShotCommand::StopScan:
+        m_commands.stopScan();
+        break;
+    case OneShotCommand::FolderScan:
+        m_commands.forwardFolderScan(oneShot->folder);
+        break;
+    }
 }
 
 } // namespace korvale

@@ -1,8 +1,117 @@
 #pragma once
 
+#include "agent_link/AgentNotifications.h"
+#include "agent_link/ServiceChannel.h"
+#include "agent_link/ServiceCommands.h"
+#include "core/AppState.h"
+#include "core/CommandLine.h"
+#include "core/InfoDictionary.h"
+#include "model/AggregatedMessages.h"
+#include "model/HostCache.h"
+#include "model/RememberedLists.h"
+#include "platform/Clock.h"
+#include "platform/IniUserDefaults.h"
+#include "platform/PortalAppearance.h"
+#include "platform/SystemBus.h"
+#include "platform/XdgLinkOpener.h"
+#include "shell/FolderScanChooser.h"
+#include "shell/MainWindowController.h"
+#include "shell/Resources.h"
+#include "shell/StatusItem.h"
+#include "shell/StatusItemMenu.h"
+#include "shell/StatusLine.h"
+#include "shell/TrayIcon.h"
+#include "shell/UserNotifications.h"
+#include "tables/EventsTable.h"
+#include "tables/ExternalDevicesTable.h"
+#include "tables/FileThreatsTable.h"
+#include "tables/ProcessThreatsTable.h"
+#include "tables/RememberedSelections.h"
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <optional>
+
 namespace korvale {
 
-/// Entry point of the program; returns the process's exit status.
-int runKorvaleUI(int argc, char** argv);
+/// What the process as a whole gives the controller.
+struct AppDelegateContext {
+    const CommandLine& commandLine;
+    const InfoDictionary& info;
+    std::function<void()> sleepOneSecond; ///< holds up the main thread; one-shot starts only
+    std::function<void()> terminate;      ///< ends the event loop; applicationWillTerminate follows
+};
+
+/// The one application controller and composition root: owns all state, makes the parts, and starts
+/// them in launch order. Needs the QApplication and the texts. Lives until the process ends. Main
+/// thread.
+class AppDelegate final : public QObject {
+    Q_OBJECT
+public:
+    /// The state as it is before launch.
+    explicit AppDelegate(AppDelegateContext context);
+    ~AppDelegate() override;
+
+    /// The start-up sequence; once, inside the event loop.
+    void applicationDidFinishLaunching();
+    void applicationWillTerminate();
+
+    /// The session bus answers (or there is none: a connection that is not connected). Before the
+    /// launch or at any time after it; once. Until then nothing touches that bus.
+    void useSessionBus(const QDBusConnection& sessionBus);
+
+    /// Somebody wants to see the program; nothing in no-UI mode.
+    void activate(const QString& activationToken);
+
+    /// The menu's exit.
+    void exitApp();
+
+private:
+    [[nodiscard]] static AppState initialState();
+    [[nodiscard]] AgentNotificationsParts agentNotificationsParts();
+    [[nodiscard]] StatusItemMenuActions menuActions();
+    [[nodiscard]] MainWindowContext windowContext();
+    void setupStatusItemAndMenu();
+    void startTray();
+    void startStatusUpdates();
+    void processAutoTest();
+
+    AppDelegateContext m_context;
+    SystemClock m_clock;
+    IniUserDefaults m_userDefaults;
+    XdgLinkOpener m_linkOpener;
+    std::optional<QDBusConnection> m_sessionBus; ///< none while it is not known to answer
+    bool m_isMenuBuilt = false;
+
+    AppState m_state;
+    RememberedLists m_remembered;
+    RememberedSelections m_selections;
+
+    PortalAppearance m_appearance;
+    Resources m_resources;
+    HostCache m_hostCache;
+    StatusItem m_statusItem;
+    StatusLine m_statusLine;
+    StatusItemMenu m_menu;
+    TrayIcon m_trayIcon;
+    UserNotifications m_notifications;
+
+    FileThreatsTable m_fileThreatsTableCtrl;
+    ProcessThreatsTable m_memExploitTableCtrl;
+    EventsTable m_eventsTableCtrl;
+    ExternalDevicesTable m_externalDevicesTableCtrl;
+    MainWindowController m_window;
+
+    SystemBus m_systemBus;
+    ServiceChannel m_channel;
+    ServiceCommands m_commands;
+    AggregatedMessages m_messages;
+    AgentNotifications m_agentNotifications;
+    FolderScanChooser m_folderScanChooser;
+    QTimer m_statusUpdateTimer; ///< not active in no-UI mode
+};
 
 } // namespace korvale

@@ -7,9 +7,11 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
+#include <utility>
 
 namespace korvale {
 namespace {
@@ -18,6 +20,20 @@ constexpr std::array terminationSignals{SIGTERM, SIGINT, SIGHUP};
 
 std::atomic<int> signalEvent{-1};
 static_assert(std::atomic<int>::is_always_lock_free, "read by a signal handler");
+
+std::function<void()>& toolkitExitAction() {
+    // Never destroyed, as exit handlers may run after static destructors.
+    static auto* const action = new std::function<void()>;
+    return *action;
+}
+
+void onExit() {
+    if (toolkitExitAction()) {
+        toolkitExitAction()();
+        // Objects of the main thread are still alive and in use: no destructor may run any more.
+        std::_Exit(EXIT_SUCCESS);
+    }
+}
 
 void setHandler(int signal, void (*handler)(int)) {
     struct sigaction action {};
@@ -66,6 +82,15 @@ void TerminationSignals::watch() {
 void TerminationSignals::sleepOneSecond() const {
     pollfd waiting{m_event, POLLIN, 0};
     ::poll(&waiting, 1, 1000);
+}
+
+ToolkitExitGuard::ToolkitExitGuard(std::function<void()> willTerminate) {
+    [[maybe_unused]] static const int registered = std::atexit(onExit);
+    toolkitExitAction() = std::move(willTerminate);
+}
+
+ToolkitExitGuard::~ToolkitExitGuard() {
+    toolkitExitAction() = nullptr;
 }
 
 void ignoreBrokenPipes() {

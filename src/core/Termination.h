@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 
 class QSocketNotifier;
@@ -29,6 +30,17 @@ Q_SIGNALS:
 private:
     int m_event; ///< readable once a signal has come
     std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+/// While it lives, exit() called by somebody else (the toolkit does so when the display server goes
+/// away) becomes an end like any other: `willTerminate` runs, and the exit status is 0. One
+/// instance at a time. Main thread.
+class ToolkitExitGuard {
+public:
+    explicit ToolkitExitGuard(std::function<void()> willTerminate);
+    ~ToolkitExitGuard();
+    ToolkitExitGuard(const ToolkitExitGuard&) = delete;
+    ToolkitExitGuard& operator=(const ToolkitExitGuard&) = delete;
 };
 
 /// The program's own end of writing to a pipe that nobody reads any more is not worth dying for.

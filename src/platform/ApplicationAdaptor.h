@@ -13,7 +13,7 @@ class ApplicationAdaptor : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 public:
-    using QDBusAbstractAdaptor::QDBusAbstractAdaptor;
+    explicit ApplicationAdaptor(QObject* parent) : QDBusAbstractAdaptor(parent) {}
 
 public Q_SLOTS:
     // NOLINTBEGIN(readability-identifier-naming): the names are the interface's

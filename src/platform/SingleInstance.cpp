@@ -81,11 +81,4 @@ void SingleInstance::activateOwner(std::function<void()> done) {
             });
 }
 
-void useActivationToken(const QString& token) {
-    if (!token.isEmpty()) {
-        // Where the toolkit looks for it when a window is shown.
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
-    }
-}
-
 } // namespace korvale

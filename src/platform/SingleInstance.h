@@ -39,7 +39,4 @@ private:
     QVariantMap m_platformData; ///< what this process was started with
 };
 
-/// Hands the right to take the focus to whichever window is shown next.
-void useActivationToken(const QString& token);
-
 } // namespace korvale

@@ -1,0 +1,124 @@
+#include "core/Launch.h"
+
+#include "core/AppDelegate.h"
+#include "core/BundleIdentity.h"
+#include "core/DisplayGuard.h"
+#include "core/Logging.h"
+#include "core/ProcessValues.h"
+#include "core/StartUp.h"
+#include "core/Termination.h"
+#include "core/UserSession.h"
+#include "platform/ProcRunningApplications.h"
+#include "platform/SystemLogSink.h"
+#include "shell/Translations.h"
+
+#include <QApplication>
+#include <QSessionManager>
+
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+
+namespace korvale {
+namespace {
+
+void print(const QByteArray& text) {
+    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+}
+
+QByteArray versionText(const InfoDictionary& info) {
+    OSLoggingStartup(info, QStringLiteral("korvale-ui"));
+    return (bufferText(bundleIdentity().name) + QLatin1Char(' ') +
+            bufferText(bundleIdentity().version) + QLatin1Char('\n'))
+        .toUtf8();
+}
+
+/// The toolkit's application object as this program wants it.
+class Application {
+public:
+    Application(int& argc, char** argv) {
+        if (processValues().automationMode) {
+            allowNoDisplay();
+        }
+        QCoreApplication::setApplicationName(QStringLiteral("korvale-ui"));
+        QGuiApplication::setApplicationDisplayName(bufferText(bundleIdentity().name));
+        QGuiApplication::setDesktopFileName(QStringLiteral("com.korvale.ui"));
+        {
+            const DisplayGuard guard;
+            m_application.emplace(argc, argv);
+        }
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        // Started with every session by the desktop's own means.
+        const auto neverRestart = [](QSessionManager& manager) {
+            manager.setRestartHint(QSessionManager::RestartNever);
+        };
+        QObject::connect(&*m_application, &QGuiApplication::commitDataRequest, &*m_application,
+                         neverRestart);
+        QObject::connect(&*m_application, &QGuiApplication::saveStateRequest, &*m_application,
+                         neverRestart);
+    }
+
+private:
+    std::optional<QApplication> m_application;
+};
+
+int runApplication(int argc, char** argv, const CommandLine& commandLine,
+                   const InfoDictionary& info, TerminationSignals& signalsOfTheSystem) {
+    UserSession session; // asks the session bus while the toolkit starts
+    const Application application(argc, argv);
+    const Translations translations;
+    AppDelegate delegate({commandLine, info, [&] { signalsOfTheSystem.sleepOneSecond(); },
+                          [&] { session.terminate(); }});
+    QObject::connect(&signalsOfTheSystem, &TerminationSignals::requested, &session,
+                     &UserSession::terminate);
+    signalsOfTheSystem.watch();
+    QObject::connect(&session, &UserSession::busDecided, &delegate, &AppDelegate::useSessionBus);
+    QObject::connect(&session, &UserSession::launch, &delegate,
+                     &AppDelegate::applicationDidFinishLaunching);
+    QObject::connect(&session, &UserSession::activated, &delegate, &AppDelegate::activate);
+    // The toolkit calls exit() when the display server goes away: an end like any other.
+    const ToolkitExitGuard toolkitExit([&] { delegate.applicationWillTerminate(); });
+    if (session.run() == UserSession::End::Terminated) {
+        delegate.applicationWillTerminate();
+    }
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int runKorvaleUI(int argc, char** argv) {
+    const CommandLine commandLine(argc, argv);
+    if (commandLine.asksFor("--help")) {
+        print(helpText());
+        return EXIT_SUCCESS;
+    }
+    const QString infoPath = InfoDictionary::packagedPath();
+    const auto info = InfoDictionary::load(infoPath, InfoDictionary::administratorsPath());
+    if (!info) {
+        writeToStandardError("korvale-ui: the installation is broken: " + infoPath.toUtf8() +
+                             " is missing or holds no JSON object.");
+        return EXIT_FAILURE;
+    }
+    if (commandLine.asksFor("--version")) {
+        print(versionText(*info));
+        return EXIT_SUCCESS;
+    }
+    TerminationSignals signalsOfTheSystem;
+    ignoreBrokenPipes();
+    SystemLogSink log;
+    setLogSink(&log);
+    OSLoggingStartup(*info, QStringLiteral("korvale-ui"));
+    logStartUp(*info);
+    setAutomationMode(commandLine);
+    if (!processValues().automationMode && otherInstanceRuns(ProcRunningApplications())) {
+        logOtherInstance();
+        setLogSink(nullptr);
+        return EXIT_SUCCESS;
+    }
+    setNoUIMode(*info);
+    const int status = runApplication(argc, argv, commandLine, *info, signalsOfTheSystem);
+    setLogSink(nullptr);
+    return status;
+}
+
+} // namespace korvale

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/BusProbe.h"
+#include "platform/SingleInstance.h"
+
+#include <QDBusConnection>
+#include <QEventLoop>
+#include <QObject>
+
+namespace korvale {
+
+/// The program's place in the user's session: finds out whether the session bus answers, becomes
+/// the one owner of the program's name there, and turns the event loop. Main thread.
+///
+/// The toolkit greets the session bus, blocking, as soon as its own event loop runs. So while the
+/// bus says nothing (it hangs) a plain loop runs in its place, and nothing touches that bus.
+class UserSession : public QObject {
+    Q_OBJECT
+public:
+    enum class End {
+        Terminated, ///< the program ran and was asked to end
+        Declined,   ///< another instance has the name, and shows itself now
+    };
+
+    /// Asks the bus already, so that it answers while the toolkit starts.
+    UserSession();
+
+    /// Runs until the end. launch() is the first thing that follows, inside the event loop.
+    End run();
+
+    /// Ends run().
+    void terminate();
+
+Q_SIGNALS:
+    /// The bus answers or there is none; before or after launch(), at most once.
+    void busDecided(const QDBusConnection& sessionBus);
+    void launch();
+    /// A second start, or the desktop, wants to see the program. Never before launch().
+    void activated(const QString& activationToken);
+
+private:
+    void begin();
+    void busAnswered();
+    void instanceDecided(SingleInstance::Outcome outcome);
+    void launchOnce();
+
+    BusProbe m_probe;
+    SingleInstance m_instance;
+    bool m_isLaunched = false;
+    bool m_isTerminating = false;
+    End m_end = End::Terminated;
+    QEventLoop* m_loopWithoutBus = nullptr; ///< while it runs
+};
+
+} // namespace korvale
