@@ -9,14 +9,7 @@
 
 #include <QGuiApplication>
 
-#include <chrono>
-
 namespace korvale {
-namespace {
-
-constexpr std::chrono::milliseconds statusPollPeriod{2500};
-
-} // namespace
 
 AppDelegate::AppDelegate(AppDelegateContext context)
     : m_context(std::move(context)),
@@ -42,12 +35,14 @@ AppDelegate::AppDelegate(AppDelegateContext context)
                   m_externalDevicesTableCtrl},
                  m_statusLine, m_notifications, m_window),
       m_agentNotifications(agentNotificationsParts()),
+      m_statusPoll(m_state, statusPollParts()),
       m_folderScanChooser([this](const QString& folder) { m_commands.forwardFolderScan(folder); }) {
     m_state.lastAgentReportTime = m_clock.now();
     m_channel.setDriverQuery([this] { m_commands.checkDriverConnection(); });
     connect(&m_trayIcon, &TrayIcon::activated, this, [this] { activate({}); });
     m_statusUpdateTimer.setTimerType(Qt::PreciseTimer);
     m_statusUpdateTimer.setInterval(statusPollPeriod);
+    connect(&m_statusUpdateTimer, &QTimer::timeout, this, [this] { m_statusPoll.timerFired(); });
     setSharedController(&m_agentNotifications);
 }
 
@@ -72,6 +67,17 @@ AgentNotificationsParts AppDelegate::agentNotificationsParts() {
             .readFile = [this](const QString& file) { return m_hostCache.readFile(file); },
             .connectToService = [this] { m_channel.connectToService(); },
             .parseTimerAggregatedMessage = [this] { m_messages.parseTimerAggregatedMessage(); }};
+}
+
+StatusPollParts AppDelegate::statusPollParts() {
+    return {
+        .clock = m_clock,
+        .hostCache = m_hostCache,
+        .service = m_commands,
+        .status = m_statusLine,
+        .showDeviceName = [this](const QString& /*name*/) { m_window.showDeviceName(); },
+        .setShowNotificationsChecked = [this](bool isOn) { m_menu.setShowNotificationsMark(isOn); },
+    };
 }
 
 StatusItemMenuActions AppDelegate::menuActions() {

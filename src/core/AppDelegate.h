@@ -6,6 +6,7 @@
 #include "core/AppState.h"
 #include "core/CommandLine.h"
 #include "core/InfoDictionary.h"
+#include "core/StatusPoll.h"
 #include "model/AggregatedMessages.h"
 #include "model/HostCache.h"
 #include "model/RememberedLists.h"
@@ -72,6 +73,7 @@ public:
 private:
     [[nodiscard]] static AppState initialState();
     [[nodiscard]] AgentNotificationsParts agentNotificationsParts();
+    [[nodiscard]] StatusPollParts statusPollParts();
     [[nodiscard]] StatusItemMenuActions menuActions();
     [[nodiscard]] MainWindowContext windowContext();
     void setupStatusItemAndMenu();
@@ -110,6 +112,7 @@ private:
     ServiceCommands m_commands;
     AggregatedMessages m_messages;
     AgentNotifications m_agentNotifications;
+    StatusPoll m_statusPoll;
     FolderScanChooser m_folderScanChooser;
     QTimer m_statusUpdateTimer; ///< not active in no-UI mode
 };

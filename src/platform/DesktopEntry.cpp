@@ -81,6 +81,8 @@ public:
             m_isApplication = value == "Application";
         } else if (key == "Hidden") {
             m_isHidden = value == "true";
+        } else if (key == "NoDisplay") {
+            m_entry.isShown = value != "true";
         } else if (key == "Name") {
             takeName(m_languages.size(), value);
         } else if (key.startsWith("Name[") && key.endsWith(']')) {

@@ -25,6 +25,20 @@ std::vector<std::string> folders(const QByteArray& list) {
     return result;
 }
 
+template <typename Key>
+void addTo(std::map<Key, DesktopEntry>& entries, const Key& key, const DesktopEntry& entry) {
+    const auto [known, isNew] = entries.emplace(key, entry);
+    if (!isNew && entry.isShown && !known->second.isShown) {
+        known->second = entry;
+    }
+}
+
+template <typename Key>
+std::optional<QString> nameIn(const std::map<Key, DesktopEntry>& entries, const Key& key) {
+    const auto found = entries.find(key);
+    return found == entries.end() ? std::nullopt : std::optional(found->second.name);
+}
+
 struct EntryFile {
     std::string id; ///< path below the folder, slashes as hyphens
     std::string path;
@@ -92,15 +106,15 @@ void DesktopEntryIndex::add(const DesktopEntry& entry,
     const std::string program = entry.program.toStdString();
     if (program.starts_with('/')) {
         if (const auto id = fileId(program)) {
-            m_names.emplace(*id, entry.name);
+            addTo(m_entries, *id, entry);
         } else {
-            m_namesOfGone.emplace(program, entry.name);
+            addTo(m_entriesOfGone, program, entry);
         }
         return;
     }
     for (const std::string& folder : programFolders) {
         if (const auto id = fileId(folder + '/' + program)) {
-            m_names.emplace(*id, entry.name);
+            addTo(m_entries, *id, entry);
             return;
         }
     }
@@ -115,12 +129,8 @@ std::optional<DesktopEntryIndex::FileId> DesktopEntryIndex::fileId(const std::st
 }
 
 std::optional<QString> DesktopEntryIndex::nameOf(const std::string& executable) const {
-    if (const auto id = fileId(executable)) {
-        const auto found = m_names.find(*id);
-        return found == m_names.end() ? std::nullopt : std::optional(found->second);
-    }
-    const auto found = m_namesOfGone.find(executable);
-    return found == m_namesOfGone.end() ? std::nullopt : std::optional(found->second);
+    const auto id = fileId(executable);
+    return id ? nameIn(m_entries, *id) : nameIn(m_entriesOfGone, executable);
 }
 
 } // namespace korvale

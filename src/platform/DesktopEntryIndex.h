@@ -15,7 +15,8 @@
 namespace korvale {
 
 /// Names of applications by their executable, from the desktop entries of some data folders.
-/// Where several entries name one executable, the first folder's counts, then the first by id.
+/// Where several entries name one executable, one that menus show comes before helpers that they do
+/// not, then the first folder's, then the first by id.
 class DesktopEntryIndex {
 public:
     struct Sources {
@@ -41,8 +42,8 @@ private:
     [[nodiscard]] static std::optional<FileId> fileId(const std::string& path);
 
     std::vector<std::string> m_ids; ///< seen already: an earlier folder's entry hides a later one's
-    std::map<FileId, QString> m_names;
-    std::map<std::string, QString> m_namesOfGone; ///< "Exec" paths where no file is now
+    std::map<FileId, DesktopEntry> m_entries;
+    std::map<std::string, DesktopEntry> m_entriesOfGone; ///< "Exec" paths where no file is now
 };
 
 } // namespace korvale

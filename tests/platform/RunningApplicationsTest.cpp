@@ -194,6 +194,16 @@ TEST_F(RunningApplicationsTest, AnEntryOfTheUserHidesTheSystemsOfTheSameId) {
     EXPECT_THAT(list(), ElementsAre(Pair("app", 5)));
 }
 
+TEST_F(RunningApplicationsTest, AHelpersEntryGivesWayToOneThatMenusShow) {
+    process(5, program(QStringLiteral("bin/app")));
+    entry(QStringLiteral("share/applications/a.desktop"),
+          "Name=Helper\nExec=app\nNoDisplay=true\n");
+    EXPECT_THAT(list(), ElementsAre(Pair("Helper", 5)));
+    entry(QStringLiteral("share/applications/b.desktop"), "Name=App\nExec=app\n");
+    entry(QStringLiteral("share/applications/c.desktop"), "Name=Later\nExec=app\n");
+    EXPECT_THAT(list(), ElementsAre(Pair("App", 5)));
+}
+
 TEST_F(RunningApplicationsTest, ADeletedExecutableKeepsItsName) {
     process(5, path(QStringLiteral("bin/app (deleted)")));
     process(6, path(QStringLiteral("bin/gone (deleted)")));
