@@ -25,6 +25,14 @@ namespace korvale {
         std::memcpy(&value, from, sizeof value);
         return value;
     };
+    const auto half = [](const char* from) {
+        std::uint32_t value = 0;
+        std::memcpy(&value, from, sizeof value);
+        return std::uint64_t{value};
+    };
+    const auto byte = [](const char* from) {
+        return std::uint64_t{static_cast<unsigned char>(*from)};
+    };
     const char* at = text.data();
     std::size_t left = text.size();
     std::uint64_t state = seed ^ mixWords(left + odd1, odd2);
@@ -33,15 +41,21 @@ namespace korvale {
         at += 16;
         left -= 16;
     }
+    // What is left is read from both its ends, which may overlap.
     std::uint64_t low = 0;
     std::uint64_t high = 0;
     if (left >= 8) {
         low = word(at);
         high = word(at + left - 8);
+    } else if (left >= 4) {
+        low = half(at) | half(at + left - 4) << 32;
     } else if (left > 0) {
-        std::memcpy(&low, at, left);
+        low = byte(at) | byte(at + left / 2) << 8 | byte(at + left - 1) << 16;
     }
     return mixWords(low ^ odd1 ^ state, high ^ odd2 ^ seed);
 }
+
+/// The same for large blocks, faster: four words at a time that do not wait for each other.
+[[nodiscard]] std::uint64_t fastBlockHash(std::string_view block, std::uint64_t seed);
 
 } // namespace korvale

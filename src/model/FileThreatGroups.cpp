@@ -29,7 +29,10 @@ struct Record {
 class Grouping {
 public:
     explicit Grouping(const JsonValue& list)
-        : m_document(list.document()), m_seed(hashSeed()), m_slots(std::bit_ceil(list.size() * 2)) {
+        : m_document(list.document()),
+          m_nodes(m_document->nodes.get()),
+          m_seed(hashSeed()),
+          m_slots(std::bit_ceil(list.size() * 2)) {
         // Room that stays unused is never touched, so it costs no memory.
         m_storage.paths.reserve(list.size());
         m_storage.rows.reserve(list.size());
@@ -37,10 +40,9 @@ public:
     }
 
     FileThreatGroups run(std::uint32_t listIndex) {
-        const std::uint32_t end = m_document->nodes[listIndex].extent;
+        const std::uint32_t end = m_nodes[listIndex].extent;
         for (std::uint32_t at = listIndex + 1; at < end; at = m_document->behind(at + 1)) {
-            if (m_document->nodes[at].superseded == 0 &&
-                m_document->nodes[at + 1].kind == JsonKind::Object) {
+            if (m_nodes[at].superseded == 0 && m_nodes[at + 1].kind == JsonKind::Object) {
                 take(at);
             }
         }
@@ -53,23 +55,24 @@ private:
     /// `path` is the index of the record's name.
     void take(std::uint32_t path) {
         Record record;
-        record.path = m_document->nodes[path];
+        record.path = m_nodes[path];
         std::uint32_t state = 0;
         std::uint32_t id = 0;
-        const std::uint32_t end = m_document->nodes[path + 1].extent;
-        for (std::uint32_t at = path + 2; at < end; at = m_document->behind(at + 1)) {
-            const JsonNode name = m_document->nodes[at];
-            if (name.superseded != 0 || m_document->nodes[at + 1].kind == JsonKind::Null) {
-                continue;
+        const std::uint32_t end = m_nodes[path + 1].extent;
+        for (std::uint32_t at = path + 2; at < end;) {
+            const JsonNode name = m_nodes[at];
+            const JsonNode value = m_nodes[++at];
+            if (name.superseded == 0 && value.kind != JsonKind::Null) {
+                const std::string_view text = m_document->view(name);
+                if (text == "State") {
+                    state = at;
+                } else if (text == "ID") {
+                    id = at;
+                } else if (text == "Score") {
+                    record.score = at;
+                }
             }
-            const std::string_view text = m_document->view(name);
-            if (text == "State") {
-                state = at + 1;
-            } else if (text == "ID") {
-                id = at + 1;
-            } else if (text == "Score") {
-                record.score = at + 1;
-            }
+            at = value.isContainer() ? value.extent : at + 1;
         }
         record.state = state == 0 ? 0 : stateOf(state) & ~ignoredStateBit;
         if (record.state != 0) {
@@ -80,7 +83,7 @@ private:
     }
 
     [[nodiscard]] std::uint32_t stateOf(std::uint32_t index) const {
-        const JsonNode node = m_document->nodes[index];
+        const JsonNode node = m_nodes[index];
         if (node.kind == JsonKind::Number && node.extent == 1) {
             return static_cast<std::uint32_t>(m_document->bytes[node.offset] - '0');
         }
@@ -104,7 +107,7 @@ private:
 
     /// Rows are looked up some records later, when their slots have arrived from memory.
     void keep(Record& record) {
-        record.hash = fastHash(keyOf(record.state, record.id), m_seed);
+        record.hash = hashOf(record.state, record.id);
         __builtin_prefetch(&m_slots[record.hash & (m_slots.size() - 1)], 1);
         m_waiting[m_waitingCount++] = record;
         if (m_waitingCount == m_waiting.size()) {
@@ -161,6 +164,22 @@ private:
         return key == keyOf(row.state, row.id);
     }
 
+    /// The hash of keyOf, mostly without making the key: its leading digits count as a number, as
+    /// where the state ends and the identifier begins cannot be told; what follows is hashed.
+    std::uint64_t hashOf(std::uint32_t state, JsonNode id) {
+        std::string_view rest = m_document->view(id);
+        std::uint64_t lead = state;
+        if (id.kind != JsonKind::Text) {
+            rest = keyOf(state, id);
+            lead = 0;
+        }
+        std::size_t digits = 0;
+        for (; digits < rest.size() && rest[digits] >= '0' && rest[digits] <= '9'; ++digits) {
+            lead = lead * 10 + static_cast<std::uint64_t>(rest[digits] - '0');
+        }
+        return fastHash(rest.substr(digits), m_seed ^ (lead * 0x9E3779B97F4A7C15U));
+    }
+
     /// Valid until the next call.
     std::string_view keyOf(std::uint32_t state, JsonNode id) {
         std::array<char, 10> digits{};
@@ -181,7 +200,7 @@ private:
         if (index == 0) {
             return {};
         }
-        JsonNode node = m_document->nodes[index];
+        JsonNode node = m_nodes[index];
         if (node.isContainer()) {
             node.offset = static_cast<std::uint32_t>(m_storage.texts.size()) & 0x0FFFFFFFU;
             m_storage.texts.push_back(valueText(JsonValue(m_document, index)));
@@ -193,13 +212,14 @@ private:
         if (path == 0) {
             return {};
         }
-        const std::string_view text = m_document->view(m_document->nodes[path]);
+        const std::string_view text = m_document->view(m_nodes[path]);
         return lastPathComponent(
                    QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())))
             .toLower();
     }
 
     std::shared_ptr<const JsonDocument> m_document;
+    const JsonNode* m_nodes;
     std::uint64_t m_seed;
     std::vector<Slot> m_slots; ///< a power of two, at least half of them empty
     FileThreatRows::Storage m_storage;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace korvale {
 
@@ -31,6 +32,9 @@ struct JsonNode {
 struct JsonDocument {
     JsonBytes bytes;
     std::unique_ptr<JsonNode[]> nodes;
+    /// fastHash, by hashSeed, of each member's name in the outermost object, superseded ones too;
+    /// none where there are few members.
+    std::vector<std::uint64_t> nameHashes;
 
     [[nodiscard]] std::string_view view(JsonNode node) const {
         return {bytes.get() + node.offset, node.extent};

@@ -32,6 +32,9 @@ std::uint64_t numberFingerprint(std::string_view spelling, std::uint64_t seed) {
     if (spelling.size() > wordDigits) {
         return anyNumber(spelling, seed);
     }
+    if (spelling.size() == 1) {
+        return smallNumber(false, static_cast<std::uint64_t>(spelling.front() - '0'), 0, seed);
+    }
     std::uint64_t digits = 0;
     std::int64_t exponent = 0;
     std::int64_t perDigit = 0; // -1 behind the point
@@ -65,36 +68,43 @@ public:
     // NOLINTBEGIN(misc-no-recursion)
     [[nodiscard]] std::uint64_t of(std::uint32_t index) const {
         const JsonNode node = m_document.nodes[index];
-        switch (node.kind) {
-        case JsonKind::Text:
-            return fastHash(m_document.view(node), m_seed);
-        case JsonKind::Number:
-            return numberFingerprint(m_document.view(node), m_seed);
-        case JsonKind::Object:
-            return ofObject(index);
-        case JsonKind::List:
-            return ofList(index);
-        default:
-            return mixWords(m_seed + static_cast<std::uint64_t>(node.kind), 0x8EBC6AF09C88C6E3U);
+        if (node.kind == JsonKind::Object) {
+            return ofObject(index, node);
         }
+        return node.kind == JsonKind::List ? ofList(index, node) : ofScalar(node);
     }
 
 private:
+    [[nodiscard]] std::uint64_t ofScalar(JsonNode node) const {
+        if (node.kind == JsonKind::Text) {
+            return fastHash(m_document.view(node), m_seed);
+        }
+        if (node.kind == JsonKind::Number) {
+            return numberFingerprint(m_document.view(node), m_seed);
+        }
+        return mixWords(m_seed + static_cast<std::uint64_t>(node.kind), 0x8EBC6AF09C88C6E3U);
+    }
+
     /// A sum does not depend on the order.
-    [[nodiscard]] std::uint64_t ofObject(std::uint32_t index) const {
-        const JsonNode object = m_document.nodes[index];
+    [[nodiscard]] std::uint64_t ofObject(std::uint32_t index, JsonNode object) const {
+        const bool hashed = index == 0 && !m_document.nameHashes.empty();
+        const std::uint64_t* nameHash = m_document.nameHashes.data();
         std::uint64_t sum = 0;
-        for (std::uint32_t at = index + 1; at < object.extent; at = m_document.behind(at + 1)) {
+        for (std::uint32_t at = index + 1; at < object.extent;) {
             const JsonNode name = m_document.nodes[at];
+            const JsonNode value = m_document.nodes[at + 1];
+            const std::uint64_t hash =
+                hashed ? *nameHash++ : fastHash(m_document.view(name), m_seed);
             if (name.superseded == 0) {
-                sum += mixWords(fastHash(m_document.view(name), ~m_seed), of(at + 1));
+                sum += mixWords(hash ^ 0xE7037ED1A0B428DBU,
+                                value.isContainer() ? of(at + 1) : ofScalar(value));
             }
+            at = value.isContainer() ? value.extent : at + 2;
         }
         return mixWords(sum + m_seed, object.offset ^ 0x589965CC75374CC3U);
     }
 
-    [[nodiscard]] std::uint64_t ofList(std::uint32_t index) const {
-        const JsonNode list = m_document.nodes[index];
+    [[nodiscard]] std::uint64_t ofList(std::uint32_t index, JsonNode list) const {
         std::uint64_t state = m_seed ^ list.offset;
         for (std::uint32_t at = index + 1; at < list.extent; at = m_document.behind(at)) {
             state = mixWords(state ^ 0x1D8E4E27C47D124FU, of(at) + m_seed);

@@ -3,6 +3,7 @@
 #include "model/FastHash.h"
 
 #include <bit>
+#include <utility>
 
 namespace korvale {
 
@@ -64,6 +65,9 @@ std::uint32_t JsonNames::supersedeMany(JsonDocument& document,
             }
         }
         m_slots[slot] = static_cast<std::uint32_t>(i + 1);
+    }
+    if (names.front() == 1) {
+        document.nameHashes = std::move(m_hashes);
     }
     return left;
 }

@@ -15,6 +15,7 @@ class JsonNames {
 public:
     /// `names` are the node indices of the object's names in the file's order. Returns how many
     /// members are left.
+    /// For the document's outermost object with many members, the names' hashes go into it.
     std::uint32_t supersede(JsonDocument& document, std::span<const std::uint32_t> names);
 
 private:

@@ -69,6 +69,8 @@ public:
           m_place(places.data()),
           m_end(places.data() + places.size()),
           m_document(document),
+          m_first(document.nodes.get()),
+          m_next(m_first),
           m_names(names),
           m_duplicates(duplicates),
           m_backslash(nextBackslash(0)) {}
@@ -84,12 +86,16 @@ private:
         return at ? static_cast<std::size_t>(static_cast<const char*>(at) - m_bytes) : size;
     }
 
+    [[nodiscard]] std::uint32_t count() const {
+        return static_cast<std::uint32_t>(m_next - m_first);
+    }
+
     void add(JsonKind kind, std::size_t offset, std::size_t extent) {
-        JsonNode& node = m_document.nodes[m_count++];
+        JsonNode node{};
         node.kind = kind;
-        node.superseded = 0;
-        node.offset = offset & 0x0FFFFFFFU;
+        node.offset = static_cast<std::uint32_t>(offset) & 0x0FFFFFFFU;
         node.extent = static_cast<std::uint32_t>(extent);
+        *m_next++ = node; // one store
     }
 
     // Recursion ends at maxJsonDepth.
@@ -115,7 +121,7 @@ private:
 
     bool object(std::size_t depth) {
         ++m_place;
-        const std::uint32_t self = m_count;
+        const std::uint32_t self = count();
         const std::size_t firstName = m_names.size();
         add(JsonKind::Object, 0, 0);
         if (peek() == '}') {
@@ -124,9 +130,18 @@ private:
             return true;
         }
         char separator = '\0';
+        std::uint64_t marks = 0;
+        bool repeated = false;
         do {
-            m_names.push_back(m_count);
-            if (peek() != '"' || !text() || m_bytes[*m_place++] != ':' || !value(depth + 1)) {
+            const std::uint32_t name = count();
+            m_names.push_back(name);
+            if (peek() != '"' || !text() || m_bytes[*m_place++] != ':') {
+                return false;
+            }
+            const std::uint64_t mark = markOf(m_first[name]);
+            repeated = repeated || (marks & mark) != 0;
+            marks |= mark;
+            if (!value(depth + 1)) {
                 return false;
             }
             separator = m_bytes[*m_place++];
@@ -134,14 +149,16 @@ private:
         if (separator != '}') {
             return false;
         }
-        close(self, m_duplicates.supersede(m_document, std::span(m_names).subspan(firstName)));
+        const auto names = std::span<const std::uint32_t>(m_names).subspan(firstName);
+        close(self, repeated ? m_duplicates.supersede(m_document, names)
+                             : static_cast<std::uint32_t>(names.size()));
         m_names.resize(firstName);
         return true;
     }
 
     bool list(std::size_t depth) {
         ++m_place;
-        const std::uint32_t self = m_count;
+        const std::uint32_t self = count();
         std::uint32_t size = 0;
         add(JsonKind::List, 0, 0);
         if (peek() == ']') {
@@ -162,16 +179,25 @@ private:
     }
     // NOLINTEND(misc-no-recursion)
 
+    /// One of 64 bits: names with different bits differ, so that few objects need a closer look.
+    [[nodiscard]] std::uint64_t markOf(JsonNode name) const {
+        // A text is followed by a quote at least, so there are two bytes.
+        const char* text = m_bytes + name.offset;
+        const auto sum = name.extent + 7U * static_cast<unsigned char>(text[0]) +
+                         static_cast<unsigned char>(text[1]);
+        return std::uint64_t{1} << (sum & 63U);
+    }
+
     void close(std::uint32_t self, std::uint32_t size) {
-        m_document.nodes[self].offset = size & 0x0FFFFFFFU;
-        m_document.nodes[self].extent = m_count;
+        m_first[self].offset = size & 0x0FFFFFFFU;
+        m_first[self].extent = count();
     }
 
     bool text() {
         const std::size_t begin = *m_place++ + std::size_t{1};
         // Between a string and the next place there are blanks at most.
         std::size_t end = *m_place - std::size_t{1};
-        while (isBlank(m_bytes[end])) {
+        while (m_bytes[end] != '"') {
             --end;
         }
         if (m_backslash >= end) {
@@ -223,10 +249,11 @@ private:
     const std::uint32_t* m_place;
     const std::uint32_t* m_end; ///< holds the text's size, where m_bytes has a NUL
     JsonDocument& m_document;
+    JsonNode* m_first;
+    JsonNode* m_next;                    ///< behind the last node so far
     std::vector<std::uint32_t>& m_names; ///< nodes of the names of all open objects
     JsonNames& m_duplicates;
     std::size_t m_backslash; ///< the first one that was not resolved yet
-    std::uint32_t m_count = 0;
 };
 
 } // namespace

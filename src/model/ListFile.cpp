@@ -1,31 +1,37 @@
 #include "model/ListFile.h"
 
+#include "model/FastHash.h"
 #include "model/JsonFingerprint.h"
 #include "platform/RegularFile.h"
 
+#include <array>
+#include <cstring>
 #include <zlib.h>
 
 namespace korvale {
 
 namespace {
 
-/// Size and crc of bytes that come block by block.
+/// Size and hash of bytes that come block by block.
 class RawChecksum {
 public:
     void add(std::span<const char> block) {
-        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): zlib's bytes are unsigned
-        const auto* bytes = static_cast<const Bytef*>(static_cast<const void*>(block.data()));
-        m_crc = crc32_z(m_crc, bytes, block.size());
+        m_hash = fastBlockHash({block.data(), block.size()}, m_hash);
         m_size += block.size();
     }
-    [[nodiscard]] ListChecksum result() const {
-        return {m_size, static_cast<std::uint32_t>(m_crc), 0};
-    }
+    [[nodiscard]] ListChecksum result() const { return {m_size, m_hash, 0}; }
 
 private:
-    uLong m_crc = crc32_z(0, nullptr, 0);
+    std::uint64_t m_hash = hashSeed();
     std::uint64_t m_size = 0;
 };
+
+std::uint32_t contentCrc(const JsonDocument& document) {
+    const std::uint64_t image = jsonFingerprint(document, 0);
+    std::array<Bytef, sizeof image> bytes{};
+    std::memcpy(bytes.data(), &image, sizeof image);
+    return static_cast<std::uint32_t>(crc32_z(crc32_z(0, nullptr, 0), bytes.data(), bytes.size()));
+}
 
 /// A look at the bytes without keeping them; worth it when the size gives hope.
 bool hasBytesOf(RegularFile& file, const ListChecksum& last) {
@@ -62,7 +68,7 @@ ListRead readListFile(const QString& path, const ListChecksum& last, JsonParser&
     if (list.size() == 0) {
         return {ListState::Empty, {}, std::move(list)};
     }
-    checksum.content = jsonFingerprint(*document, 0);
+    checksum.crc = contentCrc(*document);
     if (checksum.sameContent(last)) {
         return {ListState::Unchanged, checksum, {}};
     }
