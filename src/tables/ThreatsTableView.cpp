@@ -358,7 +358,8 @@ void ThreatsTableView::scrollTo(const QModelIndex& index, ScrollHint hint) {
 }
 
 void ThreatsTableView::doItemsLayout() {
-    QAbstractItemView::doItemsLayout(); // not QTableView's, which asks the vertical header
+    // Not QTableView's, which asks the vertical header.
+    QAbstractItemView::doItemsLayout(); // NOLINT(bugprone-parent-virtual-call)
 }
 
 void ThreatsTableView::updateGeometries() {
@@ -380,7 +381,8 @@ void ThreatsTableView::updateGeometries() {
     horizontalScrollBar()->setPageStep(area.width());
     horizontalScrollBar()->setSingleStep(rowHeight_);
     inUpdateGeometries_ = false;
-    QAbstractItemView::updateGeometries();
+    QAbstractItemView::updateGeometries(); // NOLINT(bugprone-parent-virtual-call): all else is
+                                           // above
 }
 
 // Selection and keys
