@@ -26,7 +26,7 @@ bool UserNotifications::isWanted(const QString& message) const {
 
 void UserNotifications::SendNotification(const QString& message, const QString& subtitle,
                                          int image) {
-    static constexpr int pictureSize = 48;
+    static constexpr QSize pictureSize{48, 48};
     if (!isWanted(message)) {
         return;
     }

@@ -17,10 +17,10 @@ using ReplyPtr = std::unique_ptr<Reply, decltype(&std::free)>;
 
 X11Tray askForX11Tray() {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) {
+    xcb_connection_t* connection = x11 == nullptr ? nullptr : x11->connection();
+    if (connection == nullptr) {
         return X11Tray::NoX11;
     }
-    xcb_connection_t* connection = x11->connection();
     // The tray of the first screen, where Qt docks its items too.
     static constexpr char name[] = "_NET_SYSTEM_TRAY_S0";
     const ReplyPtr<xcb_intern_atom_reply_t> atom(

@@ -1,0 +1,77 @@
+#include "shell/FolderScanChooser.h"
+
+#include "fakes/RecordingLogSink.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace korvale {
+namespace {
+
+class FolderScanChooserTest : public testing::Test {
+protected:
+    static QList<QFileDialog*> openDialogs() {
+        QList<QFileDialog*> dialogs;
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* dialog = qobject_cast<QFileDialog*>(widget);
+            if (dialog != nullptr && dialog->isVisible()) {
+                dialogs << dialog;
+            }
+        }
+        return dialogs;
+    }
+    QFileDialog& open() {
+        chooser.scanSpecificFolder();
+        EXPECT_EQ(openDialogs().size(), 1);
+        return *openDialogs().constFirst();
+    }
+
+    QStringList forwarded;
+    FolderScanChooser chooser{[this](const QString& folder) { forwarded << folder; }};
+};
+
+TEST_F(FolderScanChooserTest, LetsOneFolderBeChosenWithoutHoldingUpAnything) {
+    const QFileDialog& dialog = open();
+    EXPECT_EQ(dialog.fileMode(), QFileDialog::Directory);
+    EXPECT_TRUE(dialog.testOption(QFileDialog::ShowDirsOnly));
+    EXPECT_FALSE(dialog.isModal());
+    EXPECT_TRUE(forwarded.isEmpty());
+}
+
+TEST_F(FolderScanChooserTest, TheChosenFolderIsForwardedUnchanged) {
+    const QTemporaryDir parent;
+    const QString folder = parent.filePath(QStringLiteral("m\u00e4 & <b> %@ dir"));
+    ASSERT_TRUE(QDir().mkpath(folder));
+    QFileDialog& dialog = open();
+    dialog.setDirectory(parent.path());
+    dialog.selectFile(folder);
+    static_cast<QDialog&>(dialog).done(QDialog::Accepted);
+    EXPECT_EQ(forwarded, QStringList(folder));
+}
+
+TEST_F(FolderScanChooserTest, CancellingForwardsNothing) {
+    open().reject();
+    EXPECT_TRUE(forwarded.isEmpty());
+    EXPECT_TRUE(openDialogs().isEmpty());
+    open(); // and again
+}
+
+TEST_F(FolderScanChooserTest, AnOpenChooserIsNotOpenedTwice) {
+    const QFileDialog* first = &open();
+    EXPECT_EQ(&open(), first);
+}
+
+TEST_F(FolderScanChooserTest, SaysSoAtTheDebugLevel) {
+    const RecordingLogSink log;
+    const LogLevel before = logLevel();
+    setLogLevel(LogLevel::Debug);
+    open();
+    setLogLevel(before);
+    EXPECT_EQ(log.lines(), std::vector<std::string>{"DEBUG \"specificFolder.\""});
+}
+
+} // namespace
+} // namespace korvale
