@@ -1,0 +1,310 @@
+// The program's way of reading lists against the plain one, on random lists. The seeds are fixed:
+// each run does the same.
+#include "PlainFileThreats.h"
+#include "PlainJson.h"
+#include "model/FileThreatGroups.h"
+#include "model/JsonFingerprint.h"
+#include "model/JsonValue.h"
+#include "model/Paths.h"
+
+#include <algorithm>
+#include <QStringList>
+
+#include <gtest/gtest.h>
+#include <map>
+#include <random>
+
+namespace korvale {
+namespace {
+
+using Numbers = std::mt19937_64;
+
+std::size_t below(Numbers& numbers, std::size_t limit) {
+    return numbers() % limit;
+}
+
+template <typename Item, std::size_t size>
+const Item& pick(Numbers& numbers, const Item (&items)[size]) {
+    return items[below(numbers, size)];
+}
+
+/// JSON texts with what makes lists hard: escapes, odd types and spellings, repeated names.
+class Writer {
+public:
+    explicit Writer(Numbers& numbers) : m_numbers(numbers) {}
+
+    std::string list(std::size_t records) {
+        std::vector<std::string> members;
+        for (std::size_t i = 0; i < records; ++i) {
+            members.push_back(text(path(records)) + blank() + ":" + record());
+        }
+        return object(members);
+    }
+
+    std::string object(const std::vector<std::string>& members) {
+        std::string out = blank() + "{" + blank();
+        for (std::size_t i = 0; i < members.size(); ++i) {
+            out += i == 0 ? "" : blank() + "," + blank();
+            out += members[i];
+        }
+        return out + blank() + "}" + blank();
+    }
+
+private:
+    std::string path(std::size_t records) {
+        static const char* const parts[] = {"/home/ü", "/TMP", "/a b", "/日本", "/\"q\"",
+                                            "/x\ny",   "/",    "/\\",  "",      "/😀"};
+        std::string result;
+        for (std::size_t i = below(m_numbers, 4); i > 0; --i) {
+            result += pick(m_numbers, parts);
+        }
+        return result + "/F" + std::to_string(below(m_numbers, records + records / 4 + 1));
+    }
+
+    std::string record() {
+        if (below(m_numbers, 12) == 0) {
+            static const char* const others[] = {"5",  "null", "[]", "\"x\"", "[{\"State\":1}]",
+                                                 "{}", "true"};
+            return pick(m_numbers, others);
+        }
+        std::vector<std::string> members;
+        for (std::size_t i = below(m_numbers, 6); i > 0; --i) {
+            members.push_back(member());
+        }
+        return object(members);
+    }
+
+    std::string member() {
+        static const char* const states[] = {"0",  "1",    "2",    "3",     "5",     "9",   "10",
+                                             "16", "17",   "25",   "1.0",   "90e-1", "1.9", "\"9\"",
+                                             "{}", "null", "true", "false", "[1]",   "11"};
+        static const char* const values[] = {"1e400",
+                                             "-0",
+                                             "[1,[2,{}]]",
+                                             "{\"a\":{\"a\":1,\"a\":2}}",
+                                             "123456789012345678901234567890",
+                                             "\"\\u0000\"",
+                                             "null",
+                                             "0.1e-5"};
+        static const char* const ids[] = {"12", "2", "abc", "", "1", "ä", "0f0f0f0f0f0f0f0f0f0f0f"};
+        switch (below(m_numbers, 4)) {
+        case 0:
+            return text("ID") + ":" +
+                   (below(m_numbers, 8) == 0 ? "null" : text(pick(m_numbers, ids)));
+        case 1:
+            return text("Score") + ":" + pick(m_numbers, values);
+        default:
+            return text("State") + blank() + ":" + blank() + pick(m_numbers, states);
+        }
+    }
+
+    std::string blank() {
+        static const char* const blanks[] = {"", "", "", "", " ", "\n", "\t", "\r\n  "};
+        return pick(m_numbers, blanks);
+    }
+
+    /// The text as a JSON string, some of its characters escaped without need.
+    std::string text(const std::string& utf8) {
+        std::string out = "\"";
+        for (const char c : utf8) {
+            const auto byte = static_cast<unsigned char>(c);
+            const bool ascii = byte < 0x80;
+            if (c == '"' || c == '\\' || byte < 0x20 || (ascii && below(m_numbers, 20) == 0)) {
+                static const char* const digits = "0123456789abcdef";
+                out.append("\\u00").append(1, digits[byte >> 4]).append(1, digits[byte & 15U]);
+            } else {
+                out += c;
+            }
+        }
+        return out + "\"";
+    }
+
+    Numbers& m_numbers;
+};
+
+std::optional<JsonValue> parse(const std::string& text) {
+    return JsonValue::parse(QByteArray::fromStdString(text));
+}
+
+std::uint64_t fingerprint(const JsonValue& value) {
+    return jsonFingerprint(*value.document(), value.index());
+}
+
+QString nameOf(const std::string& path) {
+    return lastPathComponent(QString::fromStdString(path)).toLower();
+}
+
+void expectSameThreats(const FileThreatGroups& fast, const PlainThreats& plain) {
+    EXPECT_EQ(fast.tally, plain.tally);
+    EXPECT_EQ(fast.lastUnsafeName, nameOf(plain.lastUnsafePath));
+    EXPECT_EQ(fast.lastAbnormalName, nameOf(plain.lastAbnormalPath));
+    ASSERT_EQ(fast.rows->size(), plain.rows.size());
+    for (std::size_t i = 0; i < plain.rows.size(); ++i) {
+        const PlainThreatRow& row = plain.rows[i];
+        QStringList paths;
+        for (const std::string& path : row.paths) {
+            paths << QString::fromStdString(path);
+        }
+        EXPECT_EQ(fast.rows->text(i, RowKey::FileToolTip), paths.join(QStringLiteral("\n\n")));
+        EXPECT_EQ(fast.rows->text(i, RowKey::File), nameOf(row.paths.front()));
+        EXPECT_EQ(fast.rows->text(i, RowKey::Found), QString::number(row.paths.size()));
+        EXPECT_EQ(std::to_string(row.state) +
+                      fast.rows->text(i, RowKey::Id).value_or(QString()).toStdString(),
+                  row.key);
+    }
+}
+
+/// Members in another order, and everything spelled anew; of repeated names only the last is kept.
+std::string rewritten(const PlainJson& value, Numbers& numbers) {
+    std::vector<std::string> parts;
+    switch (value.kind) {
+    case PlainJson::Kind::Null:
+        return "null";
+    case PlainJson::Kind::False:
+        return " false";
+    case PlainJson::Kind::True:
+        return "true ";
+    case PlainJson::Kind::Number:
+        return value.text;
+    case PlainJson::Kind::Text: {
+        std::string out = "\"";
+        const std::u16string utf16 = QString::fromStdString(value.text).toStdU16String();
+        for (const char16_t unit : utf16) {
+            out += QStringLiteral("\\u%1").arg(int{unit}, 4, 16, QLatin1Char('0')).toStdString();
+        }
+        return out + "\"";
+    }
+    case PlainJson::Kind::List:
+        for (const PlainJson& element : value.elements) {
+            parts.push_back(rewritten(element, numbers));
+        }
+        break;
+    case PlainJson::Kind::Object:
+        for (const auto& [name, member] : value.members) {
+            PlainJson key;
+            key.kind = PlainJson::Kind::Text;
+            key.text = name;
+            parts.push_back(rewritten(key, numbers) + " :" + rewritten(member, numbers));
+        }
+        std::shuffle(parts.begin(), parts.end(), numbers);
+        break;
+    }
+    std::string out;
+    for (const std::string& part : parts) {
+        out.append(out.empty() ? "" : " ,\n").append(part);
+    }
+    return value.kind == PlainJson::Kind::List ? "[" + out + "]" : "{" + out + "}";
+}
+
+/// One or a few bytes changed, removed, doubled or cut off.
+std::string damaged(std::string text, Numbers& numbers) {
+    static const char bytes[] = {'"',    '\\',   '{',    '}',    '[',    ']',    ',',  ':',
+                                 '0',    '-',    '.',    'e',    'u',    ' ',    '\n', '\x00',
+                                 '\x1F', '\x7F', '\x80', '\xC3', '\xED', '\xFF', 'a'};
+    for (std::size_t i = 1 + below(numbers, 3); i > 0 && !text.empty(); --i) {
+        const std::size_t at = below(numbers, text.size());
+        switch (below(numbers, 5)) {
+        case 0:
+            text.erase(at, 1 + below(numbers, 4));
+            break;
+        case 1:
+            text.insert(at, 1, pick(numbers, bytes));
+            break;
+        case 2:
+            text.resize(at);
+            break;
+        default:
+            text[at] = pick(numbers, bytes);
+        }
+    }
+    return text;
+}
+
+class ListProperty : public testing::TestWithParam<std::uint64_t> {};
+
+TEST_P(ListProperty, FastAndPlainReadingAgree) {
+    Numbers numbers(GetParam());
+    for (int round = 0; round < 60; ++round) {
+        const std::string text = Writer(numbers).list(below(numbers, 40));
+        const auto plain = parsePlainJson(text);
+        const auto fast = parse(text);
+        ASSERT_TRUE(plain) << text;
+        ASSERT_TRUE(fast) << text;
+        expectSameThreats(groupFileThreats(*fast), plainFileThreats(*plain));
+        ASSERT_FALSE(HasFailure()) << text;
+    }
+}
+
+TEST_P(ListProperty, ShuffledAndReformattedListsAreUnchanged) {
+    Numbers numbers(GetParam());
+    for (int round = 0; round < 60; ++round) {
+        const std::string text = Writer(numbers).list(below(numbers, 40));
+        const std::string other = rewritten(*parsePlainJson(text), numbers);
+        const auto one = parse(text);
+        const auto two = parse(other);
+        ASSERT_TRUE(one && two) << text << '\n' << other;
+        EXPECT_EQ(fingerprint(*one), fingerprint(*two)) << text << '\n' << other;
+        EXPECT_TRUE(*one == *two);
+    }
+}
+
+TEST_P(ListProperty, ListsHaveChangedWhenThePlainOnesDiffer) {
+    Numbers numbers(GetParam());
+    std::map<std::string, std::uint64_t> seen;
+    std::map<std::uint64_t, std::string> byFingerprint;
+    for (int round = 0; round < 400; ++round) {
+        const std::string text = Writer(numbers).list(below(numbers, 3));
+        const std::string canonical = parsePlainJson(text)->canonical();
+        const std::uint64_t print = fingerprint(*parse(text));
+        EXPECT_EQ(seen.emplace(canonical, print).first->second, print) << text;
+        EXPECT_EQ(byFingerprint.emplace(print, canonical).first->second, canonical) << text;
+    }
+}
+
+TEST_P(ListProperty, DamagedListsAreAbsentOrReadAlike) {
+    Numbers numbers(GetParam());
+    for (int round = 0; round < 1000; ++round) {
+        const std::string text = damaged(Writer(numbers).list(1 + below(numbers, 4)), numbers);
+        const auto plain = parsePlainJson(text);
+        const auto fast = parse(text);
+        ASSERT_EQ(plain.has_value(), fast.has_value()) << text;
+        if (plain) {
+            const auto again = parse(rewritten(*plain, numbers));
+            ASSERT_TRUE(again) << text;
+            EXPECT_EQ(fingerprint(*fast), fingerprint(*again)) << text;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, ListProperty, testing::Range<std::uint64_t>(1, 9));
+
+TEST(LongLists, AHundredThousandRecordsMakeTheRowsTheyShould) {
+    constexpr int records = 100'000;
+    std::string text = "{";
+    for (int i = 0; i < records; ++i) {
+        text.append(i == 0 ? "\"/dir/File" : ",\"/dir/File").append(std::to_string(i));
+        text.append("\":{\"State\":").append(i % 2 == 0 ? "1" : "10").append(",\"ID\":\"");
+        text.append(std::to_string(i / 4)).append("\"}");
+    }
+    // The last thousand come once more, with another state.
+    for (int i = records - 1000; i < records; ++i) {
+        text.append(",\"/dir/File").append(std::to_string(i)).append("\":{\"State\":5}");
+    }
+    text += '}';
+    const auto list = parse(text);
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->size(), static_cast<std::size_t>(records));
+    const FileThreatGroups groups = groupFileThreats(*list);
+    EXPECT_EQ(groups.tally.unsafeDetected, 49'500);
+    EXPECT_EQ(groups.tally.abnormalQuarantined, 49'500);
+    EXPECT_EQ(groups.tally.unsafeWaived, 1000);
+    ASSERT_EQ(groups.rows->size(), 99'000U / 2 + 1);
+    EXPECT_EQ(groups.rows->text(0, RowKey::FileToolTip),
+              QStringLiteral("/dir/File0\n\n/dir/File2"));
+    EXPECT_EQ(groups.rows->text(1, RowKey::Id), QStringLiteral("0"));
+    EXPECT_EQ(groups.rows->text(49'500, RowKey::Found), QStringLiteral("1000"));
+    EXPECT_EQ(groups.lastUnsafeName, QStringLiteral("file99999"));
+}
+
+} // namespace
+} // namespace korvale
