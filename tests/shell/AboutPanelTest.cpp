@@ -45,7 +45,7 @@ TEST_F(AboutPanelTest, ShowsNameVersionAndCreditsWithoutTheDetailsWindow) {
     for (const QLabel* label : panel.findChildren<QLabel*>()) {
         texts.append(label->text());
     }
-    EXPECT_TRUE(texts.contains(u"Program"));
+    EXPECT_TRUE(texts.contains(u"KorvaleUI"));
     EXPECT_EQ(credits(panel), u"AboutPolicy <b>Office</b>  ()\nAboutPolicyLastUpdated ");
     EXPECT_TRUE(panel.findChild<QPlainTextEdit*>()->isReadOnly());
 }

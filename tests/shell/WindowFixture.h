@@ -1,52 +1,31 @@
 #pragma once
 
-#include "core/AppState.h"
-#include "fakes/FakeAppearance.h"
-#include "platform/Clock.h"
 #include "shell/MainWindow.h"
-#include "shell/MainWindowController.h"
 #include "shell/MainWindowToolbar.h"
 #include "shell/MenuButton.h"
-#include "shell/Resources.h"
-#include "shell/StatusItem.h"
-#include "shell/StatusLine.h"
-#include "tables/EventsTable.h"
-#include "tables/ExternalDevicesTable.h"
-#include "tables/FileThreatsTable.h"
-#include "tables/ProcessThreatsTable.h"
+#include "shell/WindowParts.h"
 
 #include <QApplication>
-#include <QMenu>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <stdexcept>
 
 namespace korvale {
 
-/// The controller of the details window with everything real around it but the agent.
-class WindowFixture : public testing::Test {
+/// The controller of the details window, and hands and eyes for its window.
+class WindowFixture : public testing::Test, protected WindowParts {
 protected:
     WindowFixture() { makeController(); }
 
+    /// Ends the controller and makes another, as a new run of the program would.
     void makeController() {
         m_controller.reset();
-        m_controller = std::make_unique<MainWindowController>(MainWindowContext{
-            .state = state,
-            .resources = resources,
-            .statusItem = statusItem,
-            .statusLine = statusLine,
-            .iconDisplay = statusItem,
-            .tables = {fileThreats, processThreats, events, externalDevices},
-            .statusMenu = &statusMenu,
-            .parseTimerAggregatedMessage = [this] { ++batchesRead; },
-            .visitHome = [this] { ++homeVisits; },
-            .displayName = QStringLiteral("Program"),
-            .shortVersion = QStringLiteral("1.2"),
-            .placementFile = m_folder.filePath(QStringLiteral("window.json")),
-        });
+        m_controller = std::make_unique<MainWindowController>(
+            context(m_folder.filePath(QStringLiteral("window.json"))));
     }
 
     MainWindowController& controller() { return *m_controller; }
@@ -70,21 +49,6 @@ protected:
     }
 
     QTabWidget& tabView() { return part<QTabWidget>("tabView"); }
-
-    AppState state;
-    fakes::FakeAppearance appearance;
-    Resources resources{appearance, IconSet::Standard};
-    StatusItem statusItem{state, resources};
-    SystemClock clock;
-    StatusLine statusLine{state, clock};
-    RememberedSelections selections;
-    FileThreatsTable fileThreats{selections};
-    ProcessThreatsTable processThreats{selections};
-    EventsTable events{selections};
-    ExternalDevicesTable externalDevices{selections};
-    QMenu statusMenu;
-    int batchesRead = 0;
-    int homeVisits = 0;
 
 private:
     QTemporaryDir m_folder;

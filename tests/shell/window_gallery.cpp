@@ -1,26 +1,14 @@
 // window_gallery FOLDER: draws the details window and the About panel in every state worth looking
 // at and saves one picture of each in FOLDER. Not a test by itself: it is for people who judge
 // looks. Set QT_SCALE_FACTOR for other scales and LANGUAGE for other languages.
-#include "fakes/FakeAppearance.h"
 #include "fakes/RecordingRowBatch.h"
-#include "platform/Clock.h"
 #include "shell/AboutPanel.h"
 #include "shell/MainWindow.h"
-#include "shell/MainWindowController.h"
-#include "shell/Resources.h"
-#include "shell/StatusItem.h"
-#include "shell/StatusLine.h"
-#include "shell/TabLabels.h"
 #include "shell/Translations.h"
-#include "tables/EventsTable.h"
-#include "tables/ExternalDevicesTable.h"
-#include "tables/FileThreatsTable.h"
-#include "tables/ProcessThreatsTable.h"
-#include "tables/ThreatsTableView.h"
+#include "shell/WindowParts.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QMenu>
 #include <QTabWidget>
 
 #include <array>
@@ -102,31 +90,31 @@ RowBatchPtr rows(std::size_t count, bool processes = false) {
         });
 }
 
-class Gallery {
+class Gallery : private WindowParts {
 public:
     explicit Gallery(QDir folder) : m_folder(std::move(folder)) {
-        m_resources.initialize();
-        m_statusItem.create();
-        m_menu.addAction(QStringLiteral("Show Details"));
-        m_state.customName = QStringLiteral("ada-workstation");
-        m_state.policyName = QStringLiteral("Engineering laptops");
-        m_state.policyMode = QStringLiteral("Protect");
-        m_state.policyLastUpdateTime = QStringLiteral("2026-11-20 08:15");
-        m_state.sondarVersionNumberString = QStringLiteral("3.1.1542");
-        m_state.analyzedCount = 128431;
+        resources.initialize();
+        statusItem.create();
+        statusMenu.addAction(QStringLiteral("Show Details"));
+        state.customName = QStringLiteral("ada-workstation");
+        state.policyName = QStringLiteral("Engineering laptops");
+        state.policyMode = QStringLiteral("Protect");
+        state.policyLastUpdateTime = QStringLiteral("2026-11-20 08:15");
+        state.sondarVersionNumberString = QStringLiteral("3.1.1542");
+        state.analyzedCount = 128431;
     }
 
     void drawAll() {
         for (const bool dark : {false, true}) {
-            m_appearance.set(dark ? QVariant(QStringLiteral("Dark")) : QVariant());
+            appearance.set(dark ? QVariant(QStringLiteral("Dark")) : QVariant());
             const QString look = dark ? QStringLiteral("dark") : QStringLiteral("light");
             drawTabs(look + u"-empty"_qs);
             fill(14);
             drawTabs(look + u"-typical"_qs);
             fill(1000);
-            m_statusItem.setTrayAvailable(false);
+            statusItem.setTrayAvailable(false);
             drawTabs(look + u"-thousand-notray"_qs);
-            m_statusItem.setTrayAvailable(true);
+            statusItem.setTrayAvailable(true);
             m_controller.window()->resize(560, 340);
             drawTabs(look + u"-small"_qs);
             m_controller.window()->resize(920, 560);
@@ -137,38 +125,38 @@ public:
 
 private:
     void fill(std::size_t count) {
-        m_files.loadData(rows(count));
-        m_processes.loadData(rows(count, true));
-        m_events.removeAll();
-        m_events.addData(rows(count));
-        m_devices.removeAll();
-        m_devices.addData(rows(count));
-        m_state.newExploitCount = 3;
-        m_state.eventCount = 27;
-        m_state.quarantineCount = 12;
-        m_state.currentScanItem = pick(paths, 2);
-        m_statusItem.setIconDispColor(IconColor::Red);
-        m_statusLine.updateStatusMessage(StatusState::Inspecting);
+        fileThreats.loadData(rows(count));
+        processThreats.loadData(rows(count, true));
+        events.removeAll();
+        events.addData(rows(count));
+        externalDevices.removeAll();
+        externalDevices.addData(rows(count));
+        state.newExploitCount = 3;
+        state.eventCount = 27;
+        state.quarantineCount = 12;
+        state.currentScanItem = pick(paths, 2);
+        statusItem.setIconDispColor(IconColor::Red);
+        statusLine.updateStatusMessage(StatusState::Inspecting);
         update();
     }
 
     void empty() {
-        m_files.removeAll();
-        m_processes.removeAll();
-        m_events.removeAll();
-        m_devices.removeAll();
-        m_state.newExploitCount = 0;
-        m_state.eventCount = 0;
-        m_state.quarantineCount = 0;
-        m_statusLine.updateStatusMessage(StatusState::NotRunning);
+        fileThreats.removeAll();
+        processThreats.removeAll();
+        events.removeAll();
+        externalDevices.removeAll();
+        state.newExploitCount = 0;
+        state.eventCount = 0;
+        state.quarantineCount = 0;
+        statusLine.updateStatusMessage(StatusState::NotRunning);
         update();
     }
 
     void update() {
-        m_files.updateView();
-        m_processes.updateView();
-        m_events.updateView();
-        m_devices.updateView();
+        fileThreats.updateView();
+        processThreats.updateView();
+        events.updateView();
+        externalDevices.updateView();
         m_controller.updateDisplay();
     }
 
@@ -197,31 +185,7 @@ private:
     }
 
     QDir m_folder;
-    AppState m_state;
-    fakes::FakeAppearance m_appearance;
-    Resources m_resources{m_appearance, IconSet::Standard};
-    StatusItem m_statusItem{m_state, m_resources};
-    SystemClock m_clock;
-    StatusLine m_statusLine{m_state, m_clock};
-    RememberedSelections m_selections;
-    FileThreatsTable m_files{m_selections};
-    ProcessThreatsTable m_processes{m_selections};
-    EventsTable m_events{m_selections};
-    ExternalDevicesTable m_devices{m_selections};
-    QMenu m_menu;
-    MainWindowController m_controller{
-        MainWindowContext{.state = m_state,
-                          .resources = m_resources,
-                          .statusItem = m_statusItem,
-                          .statusLine = m_statusLine,
-                          .iconDisplay = m_statusItem,
-                          .tables = {m_files, m_processes, m_events, m_devices},
-                          .statusMenu = &m_menu,
-                          .parseTimerAggregatedMessage = [] {},
-                          .visitHome = [] {},
-                          .displayName = QStringLiteral("KorvaleUI"),
-                          .shortVersion = QStringLiteral("1.0.0"),
-                          .placementFile = QStringLiteral("/dev/null")}};
+    MainWindowController m_controller{context(QStringLiteral("/dev/null"))};
 };
 
 } // namespace

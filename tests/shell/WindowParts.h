@@ -1,0 +1,52 @@
+#pragma once
+
+#include "core/AppState.h"
+#include "fakes/FakeAppearance.h"
+#include "platform/Clock.h"
+#include "shell/MainWindowController.h"
+#include "shell/Resources.h"
+#include "shell/StatusItem.h"
+#include "shell/StatusLine.h"
+#include "tables/EventsTable.h"
+#include "tables/ExternalDevicesTable.h"
+#include "tables/FileThreatsTable.h"
+#include "tables/ProcessThreatsTable.h"
+
+#include <QMenu>
+
+namespace korvale {
+
+/// Everything real that the details window needs around it; only the agent is missing.
+struct WindowParts {
+    AppState state;
+    fakes::FakeAppearance appearance;
+    Resources resources{appearance, IconSet::Standard};
+    StatusItem statusItem{state, resources};
+    SystemClock clock;
+    StatusLine statusLine{state, clock};
+    RememberedSelections selections;
+    FileThreatsTable fileThreats{selections};
+    ProcessThreatsTable processThreats{selections};
+    EventsTable events{selections};
+    ExternalDevicesTable externalDevices{selections};
+    QMenu statusMenu;
+    int batchesRead = 0;
+    int homeVisits = 0;
+
+    [[nodiscard]] MainWindowContext context(const QString& placementFile) {
+        return {.state = state,
+                .resources = resources,
+                .statusItem = statusItem,
+                .statusLine = statusLine,
+                .iconDisplay = statusItem,
+                .tables = {fileThreats, processThreats, events, externalDevices},
+                .statusMenu = &statusMenu,
+                .parseTimerAggregatedMessage = [this] { ++batchesRead; },
+                .visitHome = [this] { ++homeVisits; },
+                .displayName = QStringLiteral("KorvaleUI"),
+                .shortVersion = QStringLiteral("1.0.0"),
+                .placementFile = placementFile};
+    }
+};
+
+} // namespace korvale
