@@ -10,7 +10,7 @@
 namespace korvale {
 namespace {
 
-constexpr int verticalPadding = 11; // the separator line and air above and below the title
+constexpr int verticalPadding = 12; // the separator line and air above and below the title
 constexpr int minimumSection = 40;
 constexpr QRgb focusColor = 0xFF3A78C9;
 

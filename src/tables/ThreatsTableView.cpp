@@ -8,8 +8,10 @@
 #include "tables/TableDataSource.h"
 
 #include <QAbstractButton>
+#include <QFocusEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -23,7 +25,7 @@
 namespace korvale {
 namespace {
 
-constexpr int rowPadding = 9;
+constexpr int rowPadding = 11;
 constexpr int columnPadding = 16;
 constexpr QRgb lightWindow = 0xFFEFEFEF;
 constexpr QRgb focusColor = 0xFF8FB4E8;
@@ -271,7 +273,7 @@ void ThreatsTableView::paintRow(QPainter& painter, int row, const QRect& dirty) 
             itemDelegate()->paint(&painter, option, index);
         }
     }
-    if (active && row == currentIndex().row()) {
+    if (active && showsCurrentRow_ && row == currentIndex().row()) {
         painter.setPen(QColor(focusColor));
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(whole.adjusted(0, 0, -1, -1));
@@ -454,6 +456,7 @@ QRegion ThreatsTableView::visualRegionForSelection(const QItemSelection& selecti
 }
 
 void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
+    showsCurrentRow_ = true;
     // An item view copies its current cell and searches for what Escape types; neither happens
     // here.
     const bool forResponder = event->matches(QKeySequence::Copy) || event->key() == Qt::Key_Escape;
@@ -467,6 +470,17 @@ void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
 }
 
 // Events
+
+void ThreatsTableView::focusInEvent(QFocusEvent* event) {
+    showsCurrentRow_ =
+        event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    QTableView::focusInEvent(event);
+}
+
+void ThreatsTableView::mousePressEvent(QMouseEvent* event) {
+    showsCurrentRow_ = false;
+    QTableView::mousePressEvent(event);
+}
 
 void ThreatsTableView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);

@@ -70,6 +70,8 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void changeEvent(QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void updateGeometries() override;
@@ -110,6 +112,7 @@ private:
     std::deque<CellRow> visible_; ///< cells in sight, from row firstVisible_ on
     int firstVisible_ = 0;
     int rowHeight_ = 1;
+    bool showsCurrentRow_ = false; ///< to those who come by keyboard
     bool reloading_ = false;
     bool inUpdateGeometries_ = false;
 };

@@ -315,6 +315,21 @@ TEST_F(ThreatsTableViewTest, TheFrameOfTheCurrentRowLeavesWithIt) {
     EXPECT_EQ(watcher.painted.intersected(bothRows), QRegion(bothRows));
 }
 
+TEST_F(ThreatsTableViewTest, TheCurrentRowIsFramedOnlyForThoseAtTheKeyboard) {
+    ASSERT_TRUE(QTest::qWaitForWindowActive(events.view.get()));
+    events.load(numberedRows(5));
+    events.clickRow(0);
+    events.paint();
+    const QImage clicked = events.image;
+    QTest::keyClick(events.view.get(), Qt::Key_Down);
+    QTest::keyClick(events.view.get(), Qt::Key_Up); // row 0 again
+    events.paint();
+    EXPECT_NE(events.image, clicked);
+    events.clickRow(0);
+    events.paint();
+    EXPECT_EQ(events.image, clicked);
+}
+
 TEST_F(ThreatsTableViewTest, ItIsLightUnderADarkPalette) {
     const QPalette before = QApplication::palette();
     QPalette dark{QColor(40, 40, 40)};
