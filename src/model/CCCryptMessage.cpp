@@ -48,7 +48,8 @@ std::int32_t CCCrypt_Message(const std::uint8_t* input, std::size_t inputLength,
         cipher->finish(context.get(), produced.data() + length, &lastLength) != 1) {
         return CCCryptStatus::decodeError;
     }
-    const auto producedLength = static_cast<std::size_t>(length + lastLength);
+    const std::size_t producedLength =
+        static_cast<std::size_t>(length) + static_cast<std::size_t>(lastLength);
     const bool fits = producedLength <= *inOutLength;
     *inOutLength = producedLength;
     if (!fits) {
