@@ -7,6 +7,7 @@ target_compile_options(
             -Wextra
             -Wpedantic
             -Wconversion
+            $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion> # no part of GCC's -Wconversion
             -Wshadow
             -Werror)
 target_compile_definitions(

@@ -11,9 +11,8 @@ namespace korvale {
 
 namespace {
 
-/// Work space beyond these sizes is given back after each text.
+/// Work space beyond this size is given back after each text.
 constexpr std::size_t keptTextSize = std::size_t{32} << 20;
-constexpr std::size_t keptNames = std::size_t{1} << 18;
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
