@@ -131,7 +131,11 @@ class Agent:
 
     def requests(self):
         """Every request the agent got so far, each as its JSON object."""
-        return json.loads(self.tell("requests"))
+        start = self._answered
+        self.tell("requests")
+        lines = [json.loads(line) for line in self.output.lines[start:self._answered]
+                 if line.startswith("{")]
+        return [line["request"] for line in lines if "request" in line]
 
     def tell_all(self, *commands):
         for command in commands:

@@ -33,7 +33,7 @@ class AgentReports(DesktopCase):
 
     def test_a_threat_turns_it_red_and_is_notified(self):
         _, agent, item = self.connected()
-        agent.tell_all("threat /home/me/Downloads/Evil.BIN 1 aa11", "publish")
+        agent.tell("threat /home/me/Downloads/Evil.BIN 1 aa11")
         item.wait_colour("red")
         self.assertIn(text("Unsafe"), item.tooltip())
         call = self.wait_notification(lambda call: "evil.bin" in call["body"])
@@ -77,7 +77,7 @@ class AgentReports(DesktopCase):
         _, agent, _ = self.connected()
         opened = self.desktop.folder / "opened"
         before = len(self.notifications())
-        agent.tell("consumer-notification Please-restart https://korvale.example/why?a=1&b=2")
+        agent.tell("consumer-notification \"Please restart\" https://korvale.example/why?a=1&b=2")
         call = self.wait_notification(lambda call: True, before)
         self.assertEqual(call["actions"][0], "default")
         self.assertTrue(call["actions"][1])
@@ -110,7 +110,7 @@ class AgentReports(DesktopCase):
             agent.tell_all(f"malformed-file file_states.log {kind}",
                            "post com.korvale.timer.aggregated_messages")
         (host_cache(self.desktop) / "file_states.log").unlink()
-        agent.tell_all("threat /tmp/after-all.exe 1 bb22", "publish")
+        agent.tell("threat /tmp/after-all.exe 1 bb22")
         item.wait_colour("red")
         self.assertTrue(program.running())
 

@@ -70,8 +70,8 @@ class Window(DesktopCase):
 
     def test_a_batch_fills_the_four_tables_and_their_labels(self):
         self.reported_agent.tell_all(
-            "threat /home/me/One.exe 1 id-a", "threat /home/me/Two.exe 1 id-a",
-            "threat /home/me/Three.exe 10 id-b", "exploit 100 /usr/bin/player 0 3 1",
+            "batch on", "threat /home/me/One.exe 1 id-a", "threat /home/me/Two.exe 1 id-a",
+            "threat /home/me/Three.exe 10 id-b", "exploit 100 /usr/bin/player alert 3 1",
             "device USB-Storage Block 0781 5583 4C53", "publish")
         self.status_item.wait_colour("red")
         self.open_window()
@@ -92,7 +92,7 @@ class Window(DesktopCase):
         self.wait_tab(text("HPS_Threats") + " ", 0)
         self.press("ctrl+Next")
         self.wait_tab(text("HPS_Exploits") + " ", 0)  # else the first threat may be seen at once
-        self.reported_agent.tell_all("threat /tmp/x.exe 1 id-x", "threat /tmp/y.exe 1 id-y",
+        self.reported_agent.tell_all("batch on", "threat /tmp/x.exe 1 id-x", "threat /tmp/y.exe 1 id-y",
                                      "publish")
         self.status_item.wait_colour("red")
         wait_until(lambda: text("HPS_Threats") + " (2)" in self.read("tree"), "the count")
@@ -104,7 +104,7 @@ class Window(DesktopCase):
         self.wait_tab(text("HPS_Threats") + " ", 2)
 
     def test_the_copy_key_puts_lines_on_the_clipboard(self):
-        self.reported_agent.tell_all("threat /home/me/one.exe 1 id-a",
+        self.reported_agent.tell_all("batch on", "threat /home/me/one.exe 1 id-a",
                                      "threat /home/me/two.exe 1 id-a", "publish")
         self.status_item.wait_colour("red")
         self.open_window()
@@ -138,7 +138,7 @@ class Window(DesktopCase):
 
     def test_texts_from_files_are_no_markup(self):
         hostile = "<b>bold</b>&amp;<img src=x>\u202egpj.exe"
-        self.reported_agent.tell_all(f"device {hostile.replace(' ', '_')} Block 1 2 3", "publish")
+        self.reported_agent.tell(f'device "{hostile}" Block 1 2 3')
         self.open_window()
         self.press("ctrl+Prior")
         wait_until(lambda: self.current_tab()[1] == 1, "the row")
