@@ -1,4 +1,5 @@
 """Reads the status item and its menu over D-Bus, as a panel does."""
+import colorsys
 import contextlib
 
 import dbus
@@ -74,14 +75,16 @@ class TrayItem:
         votes = {"red": 0, "yellow": 0, "green": 0}
         for offset in range(0, len(data), 4):
             alpha, red, green, blue = data[offset:offset + 4]
-            if alpha < 128 or max(red, green, blue) - min(red, green, blue) < 60:
+            hue, _, saturation = colorsys.rgb_to_hls(red / 255, green / 255, blue / 255)
+            if alpha < 128 or saturation < 0.3:
                 continue
-            if red > 1.5 * green:
+            degrees = hue * 360
+            if degrees < 20 or degrees > 340:
                 votes["red"] += 1
-            elif green > 1.2 * red:
-                votes["green"] += 1
-            elif blue < 0.7 * red:
+            elif 28 < degrees < 65:
                 votes["yellow"] += 1
+            elif 80 < degrees < 175:
+                votes["green"] += 1
         return max(votes, key=votes.get)
 
     def wait_colour(self, colour, timeout=20.0):
