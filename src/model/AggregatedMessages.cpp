@@ -20,7 +20,7 @@ constexpr std::int32_t scannerIdle = 1;
 } // namespace
 
 AggregatedMessages::AggregatedMessages(AppState& state, HostCache& hostCache,
-                                       RememberedLists& remembered, TableFeeds tables,
+                                       RememberedLists& remembered, const TableFeeds& tables,
                                        StatusDisplay& status, NotificationSender& notifications,
                                        CounterDisplay& counters)
     : m_state(state),

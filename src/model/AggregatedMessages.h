@@ -25,8 +25,8 @@ class HostCache;
 class AggregatedMessages {
 public:
     AggregatedMessages(AppState& state, HostCache& hostCache, RememberedLists& remembered,
-                       TableFeeds tables, StatusDisplay& status, NotificationSender& notifications,
-                       CounterDisplay& counters);
+                       const TableFeeds& tables, StatusDisplay& status,
+                       NotificationSender& notifications, CounterDisplay& counters);
 
     /// One batch. Whatever is found, it ends with updateDisplay.
     void parseTimerAggregatedMessage();
