@@ -3,6 +3,11 @@
 #include "agent_sim/HostCacheNames.h"
 
 namespace korvale::sim {
+namespace {
+
+constexpr qint64 kReadingMilliseconds = 100;
+
+} // namespace
 
 Agent::Agent(Folders folders, QObject* parent)
     : QObject(parent),
@@ -44,7 +49,12 @@ QString Agent::publish(std::optional<std::uint32_t> mask) {
     if (!m_model.publish(m_hostCache, mask)) {
         return m_hostCache.error();
     }
+    m_sincePublish.start();
     return post(QStringLiteral("com.korvale.timer.aggregated_messages"));
+}
+
+bool Agent::lastBatchIsRead() const {
+    return !m_sincePublish.isValid() || m_sincePublish.hasExpired(kReadingMilliseconds);
 }
 
 QString Agent::changed() {

@@ -12,6 +12,7 @@
 #include "agent_sim/ScanReporter.h"
 #include "agent_sim/UpdaterStatusWriter.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 
 namespace korvale::sim {
@@ -53,6 +54,9 @@ public:
     /// `publish`, unless changes are being collected.
     QString changed();
     void collectChanges(bool collect) { m_collecting = collect; }
+    [[nodiscard]] bool collectsChanges() const { return m_collecting; }
+    /// False for a moment after `publish`, in which a reader would miss a further batch.
+    [[nodiscard]] bool lastBatchIsRead() const;
 
     QString startFolderScan(const QString& folder) override;
     QString startBackgroundScan() override;
@@ -79,6 +83,7 @@ private:
     Answers m_answers;
     RequestPort m_port;
     AgentBus m_bus;
+    QElapsedTimer m_sincePublish;
     bool m_collecting = false;
 };
 

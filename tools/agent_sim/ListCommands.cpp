@@ -1,5 +1,6 @@
 #include "agent_sim/Agent.h"
 #include "agent_sim/CommandHandlers.h"
+#include "agent_sim/Publishing.h"
 #include "agent_sim/SyntheticRecords.h"
 #include "agent_sim/Words.h"
 
@@ -59,7 +60,7 @@ Outcome threatEvent(Agent& agent, const QStringList& arguments) {
         return Outcome::error(QStringLiteral("STATE or EVENT cannot be taken"));
     }
     agent.model().addThreatEvent(arguments[1], *state, *bits);
-    return Outcome::of(agent.changed());
+    return publishChange(agent);
 }
 
 Outcome exploitEvent(Agent& agent, const QStringList& arguments) {
@@ -69,7 +70,7 @@ Outcome exploitEvent(Agent& agent, const QStringList& arguments) {
         return Outcome::error(noExploit());
     }
     agent.model().addExploitEvent(*exploit);
-    return Outcome::of(agent.changed());
+    return publishChange(agent);
 }
 
 Outcome rawEvent(Agent& agent, const QStringList& arguments) {
@@ -78,7 +79,7 @@ Outcome rawEvent(Agent& agent, const QStringList& arguments) {
         return Outcome::error(QStringLiteral("not a JSON object (in quotes, \" as \\\")"));
     }
     agent.model().putEvent(arguments[1], record.object());
-    return Outcome::of(agent.changed());
+    return publishChange(agent);
 }
 
 } // namespace
@@ -90,7 +91,7 @@ Outcome threat(Agent& agent, const QStringList& arguments) {
     }
     agent.model().setFile(arguments[0], {*state, arguments[2], scoreOf(arguments.value(3))});
     agent.model().addThreatEvent(arguments[0], *state, eventOf(*state));
-    return Outcome::of(agent.changed());
+    return publishChange(agent);
 }
 
 Outcome exploit(Agent& agent, const QStringList& arguments) {
@@ -101,7 +102,7 @@ Outcome exploit(Agent& agent, const QStringList& arguments) {
         return Outcome::error(noExploit());
     }
     agent.model().addExploit(*exploit);
-    return Outcome::of(agent.changed());
+    return publishChange(agent);
 }
 
 Outcome event(Agent& agent, const QStringList& arguments) {
@@ -122,10 +123,8 @@ Outcome event(Agent& agent, const QStringList& arguments) {
 Outcome device(Agent& agent, const QStringList& arguments) {
     agent.model().addDeviceEvent(
         {arguments[0], arguments[1], arguments.value(2), arguments.value(3), arguments.value(4)});
-    const QString problem = agent.changed();
-    return Outcome::of(problem.isEmpty()
-                           ? agent.post(QStringLiteral("com.korvale.devicecontrol.event"))
-                           : problem);
+    const QString problem = agent.post(QStringLiteral("com.korvale.devicecontrol.event"));
+    return problem.isEmpty() ? publishChange(agent) : Outcome::error(problem);
 }
 
 Outcome analysed(Agent& agent, const QStringList& arguments) {
@@ -135,7 +134,7 @@ Outcome analysed(Agent& agent, const QStringList& arguments) {
         return Outcome::error(noNumber(arguments[0]));
     }
     agent.model().setAnalysed(number);
-    return Outcome::of(agent.changed());
+    return publishChange(agent);
 }
 
 Outcome synthetic(Agent& agent, const QStringList& arguments) {
@@ -147,12 +146,12 @@ Outcome synthetic(Agent& agent, const QStringList& arguments) {
         return Outcome::error(QStringLiteral("no such kind; there are ") +
                               syntheticKinds().join(u' '));
     }
-    return Outcome::of(agent.changed());
+    return publishChange(agent);
 }
 
 Outcome clear(Agent& agent, const QStringList& /*arguments*/) {
     agent.model().clearLists();
-    return Outcome::of(agent.changed());
+    return publishChange(agent);
 }
 
 Outcome batch(Agent& agent, const QStringList& arguments) {
@@ -166,11 +165,11 @@ Outcome batch(Agent& agent, const QStringList& arguments) {
 
 Outcome publish(Agent& agent, const QStringList& arguments) {
     if (arguments.isEmpty()) {
-        return Outcome::of(agent.publish());
+        return publishWhenRead(agent);
     }
     bool isNumber = false;
     const std::uint32_t mask = arguments[0].toUInt(&isNumber, 0);
-    return isNumber ? Outcome::of(agent.publish(mask)) : Outcome::error(noNumber(arguments[0]));
+    return isNumber ? publishWhenRead(agent, mask) : Outcome::error(noNumber(arguments[0]));
 }
 
 } // namespace korvale::sim::list_commands

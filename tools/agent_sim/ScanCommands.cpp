@@ -1,5 +1,6 @@
 #include "agent_sim/Agent.h"
 #include "agent_sim/CommandHandlers.h"
+#include "agent_sim/Publishing.h"
 #include "agent_sim/TestString.h"
 #include "agent_sim/Words.h"
 
@@ -57,12 +58,12 @@ Outcome scanPace(Agent& agent, const QStringList& arguments) {
 
 Outcome quarantine(Agent& agent, const QStringList& arguments) {
     const QString problem = agent.quarantine().take(arguments[0]);
-    return Outcome::of(problem.isEmpty() ? agent.changed() : problem);
+    return problem.isEmpty() ? publishChange(agent) : Outcome::error(problem);
 }
 
 Outcome waive(Agent& agent, const QStringList& arguments) {
     const QString problem = agent.quarantine().waive(arguments[0]);
-    return Outcome::of(problem.isEmpty() ? agent.changed() : problem);
+    return problem.isEmpty() ? publishChange(agent) : Outcome::error(problem);
 }
 
 Outcome writeTestFile(Agent& /*agent*/, const QStringList& arguments) {
