@@ -36,7 +36,7 @@ QString takePlain(QStringView& rest) {
     while (end < rest.size() && !rest[end].isSpace()) {
         ++end;
     }
-    const QString word = rest.left(end).toString();
+    QString word = rest.left(end).toString();
     rest = rest.mid(end);
     return word;
 }

@@ -41,7 +41,7 @@ QString ScanReporter::loadAbnormal(const QString& file) {
 }
 
 QString ScanReporter::start(const QString& folder, bool background) {
-    const QString problem = m_scan.start(folder);
+    QString problem = m_scan.start(folder);
     if (problem.isEmpty()) {
         m_background = background;
         m_unsafe = 0;

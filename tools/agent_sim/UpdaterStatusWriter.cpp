@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kNoiseBefore = 2;
 constexpr int kNoiseAfter = 3;
-constexpr int kBlock = 16;
+constexpr qsizetype kBlock = 16;
 
 QByteArray noise(int length) {
     QByteArray bytes;
@@ -58,7 +58,7 @@ UpdaterKey updaterKey(const QDate& day) {
     const int weekday = day.dayOfWeek() % 7; // 0 is Sunday
     key.at(static_cast<std::size_t>(day.day())) = static_cast<unsigned char>(day.dayOfYear() % 255);
     // The second write wins where both fall on one byte.
-    key.at(static_cast<std::size_t>(4 * weekday)) =
+    key.at(std::size_t{4} * static_cast<std::size_t>(weekday)) =
         static_cast<unsigned char>((day.day() * weekday) % 256);
     return key;
 }
