@@ -4,6 +4,7 @@
 #include "ListGenerator.h"
 
 #include <QFileInfo>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <cstdlib>
@@ -57,7 +58,24 @@ int runBatches(const QFileInfo& file, long repeat, bool fresh) {
     return EXIT_SUCCESS;
 }
 
+int generate(const std::string& file, long records) {
+    std::ofstream out(file, std::ios::binary);
+    out << korvale::bench::fileStateList({static_cast<std::size_t>(records)});
+    return out.flush() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+/// A first batch of one record, so that the program itself is in memory.
+int warmUp() {
+    const QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("one.log"));
+    return generate(name.toStdString(), 1) == EXIT_SUCCESS ? runBatches(QFileInfo(name), 1, true)
+                                                           : EXIT_FAILURE;
+}
+
 int measureMemory(const QFileInfo& file) {
+    if (warmUp() != EXIT_SUCCESS) {
+        return EXIT_FAILURE;
+    }
     const long before = statusFigure("VmHWM:");
     const int result = runBatches(file, 2, true);
     const long peak = statusFigure("VmHWM:") - before;
@@ -65,12 +83,6 @@ int measureMemory(const QFileInfo& file) {
                 static_cast<long long>(file.size() / 1024),
                 static_cast<double>(peak) * 1024.0 / static_cast<double>(file.size()));
     return result;
-}
-
-int generate(const std::string& file, long records) {
-    std::ofstream out(file, std::ios::binary);
-    out << korvale::bench::fileStateList({static_cast<std::size_t>(records)});
-    return out.flush() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 } // namespace

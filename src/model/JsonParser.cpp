@@ -11,8 +11,8 @@ namespace korvale {
 
 namespace {
 
-/// Work space beyond this size is given back after each text.
-constexpr std::size_t keptTextSize = std::size_t{32} << 20;
+/// The work space of a larger text is given back at once: it would add to the list's peak.
+constexpr std::size_t keptTextSize = std::size_t{1} << 20;
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
@@ -293,7 +293,7 @@ std::shared_ptr<const JsonDocument> JsonParser::parse(std::shared_ptr<char[]> by
     if (!m_workspace) {
         m_workspace = std::make_unique<Workspace>();
     }
-    bytes[size] = '\0';
+    bytes.get()[size] = '\0';
     std::shared_ptr<JsonDocument> document;
     if (m_workspace->scan(bytes.get(), size)) {
         const std::span<const std::uint32_t> places(m_workspace->scanner->structural_indexes.get(),
