@@ -212,10 +212,7 @@ private:
         if (path == 0) {
             return {};
         }
-        const std::string_view text = m_document->view(m_nodes[path]);
-        return lastPathComponent(
-                   QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())))
-            .toLower();
+        return lastPathComponent(utf8Text(m_document->view(m_nodes[path]))).toLower();
     }
 
     std::shared_ptr<const JsonDocument> m_document;

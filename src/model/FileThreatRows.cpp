@@ -40,8 +40,7 @@ std::optional<QString> FileThreatRows::text(std::size_t index, RowKey key) const
 
 QString FileThreatRows::pathText(std::uint32_t path) const {
     const Path& place = m_storage.paths[path];
-    return QString::fromUtf8(m_storage.bytes.get() + place.offset,
-                             static_cast<qsizetype>(place.length));
+    return utf8Text({m_storage.bytes.get() + place.offset, place.length});
 }
 
 QString FileThreatRows::allPaths(const Row& row) const {

@@ -2,20 +2,18 @@
 
 #include "model/JsonNumber.h"
 
+#include <QStringDecoder>
+
 #include <algorithm>
 
 namespace korvale {
 
 namespace {
 
-QString fromUtf8(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 /// A JSON string, with the escapes that RFC 8259 asks for.
 QString quoted(std::string_view utf8) {
     QString result = QStringLiteral("\"");
-    const QString text = fromUtf8(utf8);
+    const QString text = utf8Text(utf8);
     for (const QChar c : text) {
         if (c == u'"' || c == u'\\') {
             result += u'\\';
@@ -106,6 +104,16 @@ bool leadingBoolean(std::string_view text) {
 
 } // namespace
 
+QString utf8Text(std::string_view valid) {
+    const QByteArrayView bytes(valid.data(), static_cast<qsizetype>(valid.size()));
+    if (valid.starts_with("\xEF\xBB\xBF")) { // which fromUtf8 would drop
+        using Flag = QStringDecoder::Flag;
+        return QStringDecoder(QStringDecoder::Utf8,
+                              Flag::Stateless | Flag::ConvertInitialBom)(bytes);
+    }
+    return QString::fromUtf8(bytes);
+}
+
 QString scalarText(JsonKind kind, std::string_view utf8) {
     switch (kind) {
     case JsonKind::False:
@@ -115,7 +123,7 @@ QString scalarText(JsonKind kind, std::string_view utf8) {
     case JsonKind::Number:
         return numberText(utf8);
     case JsonKind::Text:
-        return fromUtf8(utf8);
+        return utf8Text(utf8);
     default:
         return QStringLiteral("(null)");
     }
@@ -135,7 +143,7 @@ std::optional<QString> cellText(const JsonValue& value) {
 }
 
 std::optional<QString> textOnly(const JsonValue& value) {
-    return value.isText() ? std::optional(fromUtf8(value.utf8())) : std::nullopt;
+    return value.isText() ? std::optional(utf8Text(value.utf8())) : std::nullopt;
 }
 
 std::int64_t integerValue(const JsonValue& value) {

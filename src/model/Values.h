@@ -17,6 +17,9 @@ namespace korvale {
 /// and null as "(null)".
 [[nodiscard]] QString valueText(const JsonValue& value);
 
+/// The text that valid UTF-8 encodes; a byte order mark in front is a character like any other.
+[[nodiscard]] QString utf8Text(std::string_view valid);
+
 /// valueText of a value that is no list or object, by its kind and JsonValue::utf8.
 [[nodiscard]] QString scalarText(JsonKind kind, std::string_view utf8);
 

@@ -46,6 +46,11 @@ TEST(Values, MissingIsNoCellText) {
     EXPECT_EQ(cellText(value("false")), QStringLiteral("0"));
 }
 
+TEST(Values, AByteOrderMarkInATextIsACharacter) {
+    EXPECT_EQ(valueText(value(R"("\uFEFF\uFEFFa")")), QStringLiteral("\uFEFF\uFEFFa"));
+    EXPECT_EQ(textOnly(value("\"\xEF\xBB\xBF/x\"")), QStringLiteral("\uFEFF/x"));
+}
+
 TEST(Values, OnlyTextsAreTakenAsTexts) {
     EXPECT_EQ(textOnly(value("\"5\"")), QStringLiteral("5"));
     EXPECT_EQ(textOnly(value("5")), std::nullopt);
