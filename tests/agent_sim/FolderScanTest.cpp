@@ -77,6 +77,14 @@ TEST_F(FolderScanTest, DoesNotFollowLinksAndLeavesSpecialFilesAlone) {
     EXPECT_EQ(m_files.keys(), QStringList{QStringLiteral("plain")});
 }
 
+TEST_F(FolderScanTest, FollowsALinkThatItWasGiven) {
+    m_folder.write(QStringLiteral("real/file"), "x");
+    QFile::link(m_folder.path(QStringLiteral("real")), m_folder.path(QStringLiteral("link")));
+    ASSERT_EQ(m_scan.start(m_folder.path(QStringLiteral("link//"))), QString());
+    ASSERT_TRUE(waitUntil([this] { return !m_scan.isRunning(); }));
+    EXPECT_EQ(m_files.keys(), QStringList{QStringLiteral("link/file")});
+}
+
 TEST_F(FolderScanTest, DoesNotGoDownForEver) {
     QString deep;
     for (std::size_t i = 0; i < FolderScan::kMostDepth + 5; ++i) {

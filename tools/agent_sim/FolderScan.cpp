@@ -13,7 +13,7 @@ constexpr qint64 kSliceMilliseconds = 10;
 /// The file system that holds `path`; 0 when it cannot be told.
 quint64 deviceOf(const QString& path) {
     struct stat status {};
-    return ::lstat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_dev : 0;
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_dev : 0;
 }
 
 } // namespace
@@ -29,7 +29,8 @@ QString FolderScan::start(const QString& folder) {
         return QStringLiteral("no folder that can be read: ") + folder;
     }
     stop();
-    const QString root = info.canonicalFilePath();
+    // A link is followed here only, and the files keep the names that they were asked for under.
+    const QString root = QDir::cleanPath(info.absoluteFilePath());
     m_device = deviceOf(root);
     m_files = 0;
     m_running = true;
