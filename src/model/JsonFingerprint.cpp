@@ -40,13 +40,14 @@ std::uint64_t numberFingerprint(std::string_view spelling, std::uint64_t seed) {
     std::int64_t perDigit = 0; // -1 behind the point
     const bool negative = spelling.front() == '-';
     for (const char c : spelling.substr(negative ? 1 : 0)) {
-        if (c == '.') {
-            perDigit = -1;
-        } else if (c == 'e' || c == 'E') {
-            return anyNumber(spelling, seed);
-        } else {
-            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
+        const auto digit = static_cast<std::uint64_t>(c) - '0';
+        if (digit < 10) {
+            digits = digits * 10 + digit;
             exponent += perDigit;
+        } else if (c == '.') {
+            perDigit = -1;
+        } else { // an exponent
+            return anyNumber(spelling, seed);
         }
     }
     if (digits == 0) {
