@@ -32,10 +32,13 @@ Q_SIGNALS:
 
 private:
     void activate(const QVariantMap& platformData) {
-        const QString token = platformData.value(QStringLiteral("activation-token")).toString();
-        Q_EMIT activated(token.isEmpty()
-                             ? platformData.value(QStringLiteral("desktop-startup-id")).toString()
-                             : token);
+        const QString token = text(platformData, "activation-token");
+        Q_EMIT activated(token.isEmpty() ? text(platformData, "desktop-startup-id") : token);
+    }
+    /// Whoever calls may send anything.
+    static QString text(const QVariantMap& data, const char* key) {
+        const QVariant value = data.value(QString::fromLatin1(key));
+        return value.metaType() == QMetaType::fromType<QString>() ? value.toString() : QString();
     }
 };
 

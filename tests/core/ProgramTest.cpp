@@ -1,0 +1,268 @@
+#include "fakes/ProgramRun.h"
+#include "fakes/SessionBusDaemon.h"
+#include "fakes/SilentSocket.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDir>
+#include <QFile>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace korvale {
+namespace {
+
+using testing::Contains;
+using testing::EndsWith;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char* otherInstanceLine = "INFO \"KorvaleUI: an instance already running\"";
+
+class Program : public testing::Test {
+protected:
+    /// What an administrator wrote for `run`.
+    static void administrator(ProgramRun& run, const QByteArray& info) {
+        write(run.path("root/etc/korvale-ui/Info.json"), info);
+    }
+    static void write(const QString& path, const QByteArray& content) {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
+        file.write(content);
+    }
+    /// The bus has dealt with it when the name has an owner.
+    static bool waitForName(const QDBusConnection& bus) {
+        return waitUntil([&bus] {
+            QTimer::singleShot(20, qApp, [] {});
+            return bus.interface()->isServiceRegistered(QStringLiteral("com.korvale.ui")).value();
+        });
+    }
+    ProgramRun m_run;
+};
+
+TEST_F(Program, HelpIsPrintedAndNothingElseHappens) {
+    EXPECT_EQ(m_run.run({QStringLiteral("--help")}), 0);
+    EXPECT_THAT(m_run.process.readAllStandardOutput().toStdString(),
+                StartsWith("Usage: korvale-ui"));
+    EXPECT_EQ(m_run.log(), QByteArray());
+}
+
+TEST_F(Program, TheVersionIsPrintedAndNothingElseHappens) {
+    EXPECT_EQ(m_run.run({QStringLiteral("--version"), QStringLiteral("-update")}), 0);
+    EXPECT_THAT(m_run.process.readAllStandardOutput().toStdString(),
+                StartsWith("KorvaleUI " KORVALE_VERSION " ("));
+    EXPECT_EQ(m_run.log(), QByteArray());
+}
+
+TEST_F(Program, WithoutItsInformationDictionaryTheInstallationIsBroken) {
+    const QString copy = m_run.path("bin/korvale-ui");
+    QDir().mkpath(QFileInfo(copy).path());
+    ASSERT_TRUE(QFile::copy(ProgramRun::builtProgram(), copy));
+    m_run.start({}, copy);
+    EXPECT_EQ(m_run.status(), 1);
+    EXPECT_EQ(m_run.lines().size(), 1);
+    EXPECT_THAT(m_run.log().toStdString(), StartsWith("korvale-ui: the installation is broken: "));
+}
+
+struct Display {
+    const char* name;
+    const char* variable;
+    const char* value;
+    QStringList arguments;
+};
+class UnusableDisplay : public Program, public testing::WithParamInterface<Display> {
+protected:
+    void SetUp() override { m_run.set(GetParam().variable, QString::fromLatin1(GetParam().value)); }
+};
+
+TEST_P(UnusableDisplay, EndsANormalStartWithOneClearLine) {
+    EXPECT_EQ(m_run.run(GetParam().arguments), 1);
+    EXPECT_THAT(m_run.lines().last().toStdString(), StartsWith("ERROR \"No usable display ("));
+    EXPECT_EQ(m_run.log().count("ERROR"), 1);
+    EXPECT_FALSE(m_run.log().contains("qt.qpa"));
+}
+
+TEST_P(UnusableDisplay, DoesNotKeepAOneShotStartFromItsWork) {
+    EXPECT_EQ(m_run.run({QStringLiteral("-update")}), 0);
+    EXPECT_EQ(m_run.lines().last(), exitLine);
+    EXPECT_EQ(m_run.log().count("ERROR"), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, UnusableDisplay,
+    testing::Values(Display{"None", "NOTHING", "", {}}, Display{"DeadX", "DISPLAY", ":7654", {}},
+                    Display{"NonsenseX", "DISPLAY", "nonsense", {}},
+                    Display{"DeadWayland", "WAYLAND_DISPLAY", "wayland-7654", {}},
+                    Display{"ChosenX", "QT_QPA_PLATFORM", "xcb", {}},
+                    Display{"UnknownPlatform", "QT_QPA_PLATFORM", "none-such", {}},
+                    Display{"ArgumentX",
+                            "DISPLAY",
+                            ":7654",
+                            {QStringLiteral("-platform"), QStringLiteral("xcb")}}),
+    [](const auto& instance) { return instance.param.name; });
+
+class EndingSignal : public Program, public testing::WithParamInterface<int> {};
+
+TEST_P(EndingSignal, EndsTheProgramCleanly) {
+    m_run.offscreen();
+    m_run.start();
+    ASSERT_TRUE(m_run.waitForLine("INFO \"main() Bastion KorveleUI Bundle ID com.korvale.ui\""));
+    m_run.send(GetParam()); // perhaps still during launch
+    EXPECT_EQ(m_run.status(), 0);
+    EXPECT_EQ(m_run.lines().last(), exitLine);
+    EXPECT_EQ(m_run.log().count("Bastion KorvaleUI Exit"), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EndingSignal, testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+TEST_F(Program, AFileNameCannotForgeALogLine) {
+    m_run.offscreen();
+    const QString folder =
+        m_run.path("root/Library/Application Support/Korvale/Desktop/download/status/");
+    write(folder + QStringLiteral("1\nERROR \"forged\"\x1b[2J.kvupupdate"), "x");
+    m_run.start();
+    EXPECT_TRUE(m_run.waitForLine("INFO \"Displaying (" + folder.toUtf8() +
+                                  "1\\x0aERROR \"forged\"\\x1b[2J.kvupupdate)\""));
+    EXPECT_FALSE(m_run.log().contains("\nERROR"));
+}
+
+TEST_F(Program, InNoUIModeNothingIsPolled) {
+    m_run.offscreen();
+    administrator(m_run, R"({"NoKorvaleUI": 1})");
+    write(
+        m_run.path("root/Library/Application Support/Korvale/Desktop/download/status/1.kvupupdate"),
+        "x");
+    m_run.start();
+    ASSERT_TRUE(m_run.waitForLine("INFO \"NoKorvaleUIMode is on.\""));
+    // Longer than a tick of the poll; there is no event to wait for when nothing happens.
+    EXPECT_FALSE(m_run.process.waitForFinished(4000));
+    m_run.send(SIGTERM);
+    EXPECT_EQ(m_run.status(), 0);
+    EXPECT_FALSE(m_run.log().contains("Displaying"));
+}
+
+TEST_F(Program, AFolderScanOfAFileStaysRunningAsATrayProgram) {
+    m_run.start({QStringLiteral("-folder-scan"), QStringLiteral("/etc/hostname")});
+    ASSERT_TRUE(m_run.waitForLine("INFO \"main() Bastion KorveleUI Bundle ID com.korvale.ui\""));
+    EXPECT_FALSE(m_run.process.waitForFinished(1500));
+    EXPECT_FALSE(m_run.log().contains("app("));
+    m_run.send(SIGTERM);
+    EXPECT_EQ(m_run.status(), 0);
+}
+
+/// Runs a process named KorvaleBASTION for the test.
+class NamedProcess : public Program {
+protected:
+    void SetUp() override {
+        const QString copy = m_run.path("KorvaleBASTION");
+        ASSERT_TRUE(QFile::copy(QStringLiteral("/bin/sleep"), copy));
+        m_other.start(copy, {QStringLiteral("60")});
+        ASSERT_TRUE(m_other.waitForStarted());
+    }
+    void TearDown() override {
+        m_other.kill();
+        m_other.waitForFinished();
+    }
+    QProcess m_other;
+};
+
+TEST_F(NamedProcess, KeepsANormalStartFromRunning) {
+    EXPECT_EQ(m_run.run(), 0); // before any display is asked for
+    EXPECT_EQ(m_run.lines().last(), otherInstanceLine);
+    EXPECT_EQ(m_run.lines().value(m_run.lines().size() - 2),
+              "INFO \"app(KorvaleBASTION), pid(" + QByteArray::number(m_other.processId()) + ")\"");
+}
+
+TEST_F(NamedProcess, DoesNotConcernAOneShotStart) {
+    EXPECT_EQ(m_run.run({QStringLiteral("-background-scan")}), 0);
+    EXPECT_EQ(m_run.lines().last(), exitLine);
+    EXPECT_FALSE(m_run.log().contains("app("));
+}
+
+/// Starts on one session bus.
+class OnASessionBus : public Program {
+protected:
+    void SetUp() override {
+        m_run.offscreen();
+        m_run.set("DBUS_SESSION_BUS_ADDRESS", m_daemon.address());
+    }
+    void TearDown() override { QDBusConnection::disconnectFromBus(QStringLiteral("program-test")); }
+    SessionBusDaemon m_daemon;
+    QDBusConnection m_bus =
+        QDBusConnection::connectToBus(m_daemon.address(), QStringLiteral("program-test"));
+};
+
+TEST_F(OnASessionBus, ASecondStartEndsAndTheFirstGoesOn) {
+    m_run.start();
+    ASSERT_TRUE(waitForName(m_bus));
+    ProgramRun second;
+    second.environment = m_run.environment;
+    EXPECT_EQ(second.run(), 0);
+    EXPECT_EQ(second.lines().last(), otherInstanceLine);
+    EXPECT_EQ(m_run.process.state(), QProcess::Running);
+    m_run.send(SIGTERM);
+    EXPECT_EQ(m_run.status(), 0);
+    EXPECT_FALSE(m_run.log().contains(otherInstanceLine));
+}
+
+TEST_F(OnASessionBus, AOneShotStartNeitherOwnsNorAsksForTheName) {
+    m_run.start({QStringLiteral("-folder-scan"), QStringLiteral("/none")}); // stays running
+    ProgramRun second;
+    second.environment = m_run.environment;
+    second.start();
+    ASSERT_TRUE(waitForName(m_bus));
+    EXPECT_EQ(m_bus.interface()->servicePid(QStringLiteral("com.korvale.ui")).value(),
+              static_cast<uint>(second.process.processId()));
+    ProgramRun third;
+    third.environment = m_run.environment;
+    EXPECT_EQ(third.run({QStringLiteral("-update")}), 0);
+    EXPECT_FALSE(third.log().contains(otherInstanceLine));
+}
+
+TEST_F(OnASessionBus, ABusThatHangsHoldsUpNothingAndIsJoinedWhenItGoesOn) {
+    m_daemon.hang();
+    const QString status =
+        m_run.path("root/Library/Application Support/Korvale/Desktop/download/status/1.kvupupdate");
+    write(status, "x");
+    m_run.start();
+    EXPECT_TRUE(m_run.waitForLine("INFO \"Displaying (" + status.toUtf8() + ")\""));
+    m_daemon.goOn();
+    EXPECT_TRUE(waitForName(m_bus));
+    m_run.send(SIGTERM);
+    EXPECT_EQ(m_run.status(), 0);
+}
+
+TEST_F(OnASessionBus, ABusThatHangsDoesNotKeepTheProgramFromEnding) {
+    m_daemon.hang();
+    m_run.start();
+    ASSERT_TRUE(m_run.waitForLine("INFO \"main() Bastion KorveleUI Bundle ID com.korvale.ui\""));
+    m_run.send(SIGTERM);
+    EXPECT_EQ(m_run.status(), 0);
+    EXPECT_EQ(m_run.lines().last(), exitLine);
+    m_daemon.goOn();
+}
+
+TEST_F(Program, ASystemBusThatHangsHoldsUpNothing) {
+    m_run.offscreen();
+    const SilentSocket hanging(QFile::encodeName(m_run.path("system")));
+    m_run.set("DBUS_SYSTEM_BUS_ADDRESS", QStringLiteral("unix:path=") + m_run.path("system"));
+    const QString status =
+        m_run.path("root/Library/Application Support/Korvale/Desktop/download/status/1.kvupupdate");
+    write(status, "x");
+    m_run.start();
+    EXPECT_TRUE(m_run.waitForLine("INFO \"Displaying (" + status.toUtf8() + ")\""));
+    m_run.send(SIGTERM);
+    EXPECT_EQ(m_run.status(), 0);
+}
+
+} // namespace
+} // namespace korvale
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,111 @@
+#include "core/Termination.h"
+
+#include "fakes/WaitUntil.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace korvale {
+namespace {
+
+class Signals : public testing::TestWithParam<int> {};
+
+TEST_P(Signals, AskForTermination) {
+    TerminationSignals signals;
+    int requests = 0;
+    QObject::connect(&signals, &TerminationSignals::requested, &signals, [&] { ++requests; });
+    signals.watch();
+    raise(GetParam());
+    raise(GetParam());
+    EXPECT_TRUE(waitUntil([&] { return requests > 0; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(requests, 1);
+}
+
+TEST_P(Signals, ThatComeBeforeTheEventLoopAreNotLost) {
+    TerminationSignals signals;
+    raise(GetParam());
+    bool requested = false;
+    QObject::connect(&signals, &TerminationSignals::requested, &signals, [&] { requested = true; });
+    signals.watch();
+    EXPECT_TRUE(waitUntil([&] { return requested; }));
+}
+
+TEST_P(Signals, CutASleepShort) {
+    const TerminationSignals signals;
+    raise(GetParam());
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < 20; ++i) {
+        signals.sleepOneSecond();
+    }
+    EXPECT_LT(timer.elapsed(), 10'000);
+}
+
+TEST_P(Signals, CountThoughTheParentIgnoredThem) {
+    std::signal(GetParam(), SIG_IGN);
+    TerminationSignals signals;
+    bool requested = false;
+    QObject::connect(&signals, &TerminationSignals::requested, &signals, [&] { requested = true; });
+    signals.watch();
+    raise(GetParam());
+    EXPECT_TRUE(waitUntil([&] { return requested; }));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Signals, testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+TEST(Sleep, LastsASecondWithoutASignal) {
+    const TerminationSignals signals;
+    QElapsedTimer timer;
+    timer.start();
+    signals.sleepOneSecond();
+    EXPECT_GE(timer.elapsed(), 990);
+}
+
+TEST(ToolkitExit, BecomesACleanEnd) {
+    EXPECT_EXIT(
+        {
+            const ToolkitExitGuard guard([] { std::fputs("will terminate\n", stderr); });
+            std::exit(1);
+        },
+        testing::ExitedWithCode(0), "will terminate");
+}
+
+TEST(ToolkitExit, IsLeftAloneAfterwards) {
+    EXPECT_EXIT(
+        {
+            {
+                const ToolkitExitGuard guard([] { std::fputs("will terminate\n", stderr); });
+            }
+            std::exit(3);
+        },
+        testing::ExitedWithCode(3), "^$");
+}
+
+TEST(BrokenPipes, DoNotEndTheProgram) {
+    EXPECT_EXIT(
+        {
+            ignoreBrokenPipes();
+            int ends[2];
+            if (pipe(ends) == 0) {
+                close(ends[0]);
+                std::exit(write(ends[1], "x", 1) == -1 ? 0 : 2);
+            }
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+} // namespace
+} // namespace korvale
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
