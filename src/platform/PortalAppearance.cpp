@@ -3,6 +3,7 @@
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 
 namespace korvale {
 namespace {
@@ -39,9 +40,10 @@ void PortalAppearance::start(const QDBusConnection& sessionBus) {
         return;
     }
     // No service is named here, since naming one asks the bus for its owner and waits: the owner is
-    // compared in the slot.
+    // compared in the slot. The slot takes the bare message, since QtDBus silently refuses one with
+    // a QDBusVariant that nothing in the process has used before.
     m_bus.connect(QString(), portalPath(), settingsInterface(), QStringLiteral("SettingChanged"),
-                  this, SLOT(settingChanged(QString, QString, QDBusVariant, QDBusMessage)));
+                  this, SLOT(settingChanged(QDBusMessage)));
     auto* watcher = new QDBusServiceWatcher(portalName(), m_bus,
                                             QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
@@ -77,11 +79,12 @@ void PortalAppearance::ownerChanged(const QString& newOwner) {
     }
 }
 
-void PortalAppearance::settingChanged(const QString& group, const QString& key,
-                                      const QDBusVariant& value, const QDBusMessage& message) {
+void PortalAppearance::settingChanged(const QDBusMessage& message) {
     const bool isFromPortal = !m_owner.isEmpty() && message.service() == m_owner;
-    if (isFromPortal && group == appearanceGroup() && key == colorSchemeKey()) {
-        take(value.variant());
+    const QVariantList setting = message.arguments(); // group, key, value
+    if (isFromPortal && setting.value(0) == appearanceGroup() &&
+        setting.value(1) == colorSchemeKey() && setting.size() == 3) {
+        take(setting.at(2));
     }
 }
 

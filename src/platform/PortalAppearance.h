@@ -4,7 +4,6 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusVariant>
 
 namespace korvale {
 
@@ -23,8 +22,7 @@ public:
     [[nodiscard]] QVariant interfaceStyle() const override { return m_entry; }
 
 private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value,
-                        const QDBusMessage& message);
+    void settingChanged(const QDBusMessage& message);
 
 private:
     void read();
