@@ -21,7 +21,7 @@ public:
                                                   "projekt-\u00fcbersicht"};
         static constexpr const char* names[] = {"invoice", "Setup", "\u8acb\u6c42\u66f8", "libhook",
                                                 "Rechnung_M\u00e4rz"};
-        rows_.reserve(size);
+        m_rows.reserve(size);
         for (std::size_t i = 0; i < size; ++i) {
             Threat row;
             row.name = std::string(names[random() % 5]) + '_' + std::to_string(random() % 100'000) +
@@ -35,15 +35,15 @@ public:
                               static_cast<unsigned long long>(random()));
                 row.id += hex;
             }
-            rows_.push_back(std::move(row));
+            m_rows.push_back(std::move(row));
         }
     }
 
-    [[nodiscard]] std::size_t size() const override { return rows_.size(); }
+    [[nodiscard]] std::size_t size() const override { return m_rows.size(); }
 
     [[nodiscard]] std::optional<QString> text(std::size_t index, RowKey key) const override {
         static constexpr const char* categories[] = {"Unsafe", "Abnormal", "Quarantined", "Waived"};
-        const Threat& row = rows_[index];
+        const Threat& row = m_rows[index];
         switch (key) {
         case RowKey::File:
             return QString::fromStdString(row.name);
@@ -65,7 +65,7 @@ private:
         std::string id;
         std::size_t category = 0;
     };
-    std::vector<Threat> rows_;
+    std::vector<Threat> m_rows;
 };
 
 RowBatchPtr threats(std::size_t size) {

@@ -15,7 +15,7 @@ constexpr int margins = 20;
 
 } // namespace
 
-CellDelegate::CellDelegate(ThreatsTableView& view) : QAbstractItemDelegate(&view), view_(view) {}
+CellDelegate::CellDelegate(ThreatsTableView& view) : QAbstractItemDelegate(&view), m_view(view) {}
 
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
@@ -23,14 +23,14 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
         const bool active = option.state.testFlag(QStyle::State_Active);
         painter->fillRect(option.rect, QColor(active ? selectedActive : selectedInactive));
     }
-    if (const CellView* cell = view_.visibleCell(index.row(), index.column())) {
+    if (const CellView* cell = m_view.visibleCell(index.row(), index.column())) {
         cell->draw(*painter, option.rect, option.direction);
     }
 }
 
 QSize CellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const QString text = singleLineText(index.data(Qt::DisplayRole).toString());
-    return {option.fontMetrics.horizontalAdvance(text) + margins, view_.heightOfRows()};
+    return {option.fontMetrics.horizontalAdvance(text) + margins, m_view.heightOfRows()};
 }
 
 } // namespace korvale

@@ -19,7 +19,7 @@ public:
                                  const QModelIndex& index) const override;
 
 private:
-    ThreatsTableView& view_;
+    ThreatsTableView& m_view;
 };
 
 } // namespace korvale

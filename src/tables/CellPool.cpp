@@ -6,14 +6,14 @@
 namespace korvale {
 
 std::unique_ptr<CellView> CellPool::take(QLatin1String identifier) {
-    const auto found = std::find_if(cells_.rbegin(), cells_.rend(), [identifier](const auto& cell) {
-        return cell->identifier() == identifier;
-    });
-    if (found == cells_.rend()) {
+    const auto found =
+        std::find_if(m_cells.rbegin(), m_cells.rend(),
+                     [identifier](const auto& cell) { return cell->identifier() == identifier; });
+    if (found == m_cells.rend()) {
         return nullptr;
     }
     std::unique_ptr<CellView> cell = std::move(*found);
-    cells_.erase(std::next(found).base());
+    m_cells.erase(std::next(found).base());
     return cell;
 }
 

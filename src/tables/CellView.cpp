@@ -20,26 +20,26 @@ bool mayLeaveItsLine(const QString& text) {
 } // namespace
 
 void CellView::setText(const QString& text) {
-    text_ = text;
-    shownText_ = singleLineText(text);
+    m_text = text;
+    m_shownText = singleLineText(text);
 }
 
 void CellView::draw(QPainter& painter, const QRect& frame, Qt::LayoutDirection direction) const {
-    painter.fillRect(frame, backgroundColor_);
-    if (shownText_.isEmpty()) {
+    painter.fillRect(frame, m_backgroundColor);
+    if (m_shownText.isEmpty()) {
         return;
     }
     const QRect place = frame.adjusted(sideMargin, 0, -sideMargin, 0);
-    const bool truncate = lineBreakMode_ == LineBreakMode::TruncateTail;
+    const bool truncate = m_lineBreakMode == LineBreakMode::TruncateTail;
     const QString line =
-        truncate ? painter.fontMetrics().elidedText(shownText_, Qt::ElideRight, place.width())
-                 : shownText_;
+        truncate ? painter.fontMetrics().elidedText(m_shownText, Qt::ElideRight, place.width())
+                 : m_shownText;
     const bool clip = mayLeaveItsLine(line);
     if (clip) {
         painter.save();
         painter.setClipRect(frame, Qt::IntersectClip);
     }
-    painter.setPen(textColor_);
+    painter.setPen(m_textColor);
     painter.setLayoutDirection(direction);
     painter.drawText(place, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, line);
     if (clip) {

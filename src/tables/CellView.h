@@ -22,41 +22,41 @@ class CellView {
 public:
     static constexpr QLatin1String reuseIdentifier{"__FPView"};
 
-    explicit CellView(QLatin1String identifier = reuseIdentifier) : identifier_(identifier) {}
+    explicit CellView(QLatin1String identifier = reuseIdentifier) : m_identifier(identifier) {}
 
-    [[nodiscard]] QLatin1String identifier() const { return identifier_; }
+    [[nodiscard]] QLatin1String identifier() const { return m_identifier; }
 
     /// A null text shows nothing.
     void setText(const QString& text);
     /// The text as given, not as drawn.
-    [[nodiscard]] const QString& text() const { return text_; }
+    [[nodiscard]] const QString& text() const { return m_text; }
     /// The text as drawn: one line, without characters that would reorder or break it.
-    [[nodiscard]] const QString& shownText() const { return shownText_; }
+    [[nodiscard]] const QString& shownText() const { return m_shownText; }
 
-    void setToolTip(const QString& toolTip) { toolTip_ = toolTip; }
-    [[nodiscard]] const QString& toolTip() const { return toolTip_; }
+    void setToolTip(const QString& toolTip) { m_toolTip = toolTip; }
+    [[nodiscard]] const QString& toolTip() const { return m_toolTip; }
 
-    void setTextColor(const QColor& color) { textColor_ = color; }
-    [[nodiscard]] const QColor& textColor() const { return textColor_; }
-    void setBackgroundColor(const QColor& color) { backgroundColor_ = color; }
-    [[nodiscard]] const QColor& backgroundColor() const { return backgroundColor_; }
-    void setBordered(bool bordered) { bordered_ = bordered; }
-    [[nodiscard]] bool isBordered() const { return bordered_; }
-    void setLineBreakMode(LineBreakMode mode) { lineBreakMode_ = mode; }
-    [[nodiscard]] LineBreakMode lineBreakMode() const { return lineBreakMode_; }
+    void setTextColor(const QColor& color) { m_textColor = color; }
+    [[nodiscard]] const QColor& textColor() const { return m_textColor; }
+    void setBackgroundColor(const QColor& color) { m_backgroundColor = color; }
+    [[nodiscard]] const QColor& backgroundColor() const { return m_backgroundColor; }
+    void setBordered(bool bordered) { m_bordered = bordered; }
+    [[nodiscard]] bool isBordered() const { return m_bordered; }
+    void setLineBreakMode(LineBreakMode mode) { m_lineBreakMode = mode; }
+    [[nodiscard]] LineBreakMode lineBreakMode() const { return m_lineBreakMode; }
 
     /// Draws background and text; the painter's font is the table's.
     void draw(QPainter& painter, const QRect& frame, Qt::LayoutDirection direction) const;
 
 private:
-    QLatin1String identifier_;
-    QString text_;
-    QString shownText_;
-    QString toolTip_;
-    QColor textColor_ = Qt::black;
-    QColor backgroundColor_ = Qt::transparent;
-    LineBreakMode lineBreakMode_ = LineBreakMode::Clip;
-    bool bordered_ = false;
+    QLatin1String m_identifier;
+    QString m_text;
+    QString m_shownText;
+    QString m_toolTip;
+    QColor m_textColor = Qt::black;
+    QColor m_backgroundColor = Qt::transparent;
+    LineBreakMode m_lineBreakMode = LineBreakMode::Clip;
+    bool m_bordered = false;
 };
 
 } // namespace korvale

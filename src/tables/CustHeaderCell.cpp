@@ -73,13 +73,13 @@ void CustHeaderCell::drawWithFrame(QPainter& painter, const QRectF& frame, bool 
 
 void CustHeaderCell::drawInterior(QPainter& painter, const QRectF& frame) const {
     QRectF place = frame.adjusted(sideMargin, 0, -sideMargin, 0);
-    if (sortAscending_) {
-        drawArrow(painter, arrowFrame(frame), *sortAscending_);
+    if (m_sortAscending) {
+        drawArrow(painter, arrowFrame(frame), *m_sortAscending);
         place.setRight(arrowFrame(frame).left() - sideMargin / 2);
     }
     painter.setPen(Qt::black);
     const int width = static_cast<int>(std::floor(place.width()));
-    const QString line = painter.fontMetrics().elidedText(title_, Qt::ElideRight, width);
+    const QString line = painter.fontMetrics().elidedText(m_title, Qt::ElideRight, width);
     painter.drawText(place, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, line);
 }
 

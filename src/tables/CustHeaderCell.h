@@ -15,12 +15,12 @@ namespace korvale {
 /// Draws one column title: a grey gradient with a line below. The painter's font is the header's.
 class CustHeaderCell {
 public:
-    explicit CustHeaderCell(QString title = {}) : title_(std::move(title)) {}
+    explicit CustHeaderCell(QString title = {}) : m_title(std::move(title)) {}
 
-    [[nodiscard]] const QString& title() const { return title_; }
+    [[nodiscard]] const QString& title() const { return m_title; }
     /// The small arrow of a sorted column; no value: not sorted by.
-    void setSortIndicator(std::optional<bool> ascending) { sortAscending_ = ascending; }
-    [[nodiscard]] std::optional<bool> sortIndicator() const { return sortAscending_; }
+    void setSortIndicator(std::optional<bool> ascending) { m_sortAscending = ascending; }
+    [[nodiscard]] std::optional<bool> sortIndicator() const { return m_sortAscending; }
 
     /// Not highlighted.
     void drawWithFrame(QPainter& painter, const QRectF& frame) const;
@@ -34,8 +34,8 @@ public:
 private:
     void drawInterior(QPainter& painter, const QRectF& frame) const;
 
-    QString title_;
-    std::optional<bool> sortAscending_;
+    QString m_title;
+    std::optional<bool> m_sortAscending;
 };
 
 } // namespace korvale

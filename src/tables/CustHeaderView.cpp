@@ -26,17 +26,17 @@ CustHeaderView::CustHeaderView(QWidget* parent) : QHeaderView(Qt::Horizontal, pa
 
 void CustHeaderView::setHeaderCell(int section, CustHeaderCell cell) {
     const auto index = static_cast<std::size_t>(section);
-    if (index >= cells_.size()) {
-        cells_.resize(index + 1);
+    if (index >= m_cells.size()) {
+        m_cells.resize(index + 1);
     }
-    cells_[index] = std::move(cell);
+    m_cells[index] = std::move(cell);
     viewport()->update();
 }
 
 const CustHeaderCell& CustHeaderView::headerCell(int section) const {
     static const CustHeaderCell none;
     const auto index = static_cast<std::size_t>(section);
-    return section >= 0 && index < cells_.size() ? cells_[index] : none;
+    return section >= 0 && index < m_cells.size() ? m_cells[index] : none;
 }
 
 void CustHeaderView::setSortIndicator(int section, std::optional<bool> ascending) {
@@ -55,7 +55,7 @@ void CustHeaderView::paintSection(QPainter* painter, const QRect& rect, int logi
     const bool pressed = option.state.testFlag(QStyle::State_Sunken);
     painter->setLayoutDirection(layoutDirection());
     headerCell(logicalIndex).drawWithFrame(*painter, rect, pressed);
-    if (hasFocus() && logicalIndex == focused_) {
+    if (hasFocus() && logicalIndex == m_focused) {
         painter->setPen(QColor(focusColor));
         painter->setBrush(Qt::NoBrush);
         painter->drawRect(rect.adjusted(1, 1, -2, -3));
@@ -65,15 +65,15 @@ void CustHeaderView::paintSection(QPainter* painter, const QRect& rect, int logi
 void CustHeaderView::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
     case Qt::Key_Left:
-        focusSection(focused_ - 1);
+        focusSection(m_focused - 1);
         break;
     case Qt::Key_Right:
-        focusSection(focused_ + 1);
+        focusSection(m_focused + 1);
         break;
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        Q_EMIT sectionClicked(focused_);
+        Q_EMIT sectionClicked(m_focused);
         break;
     default:
         event->ignore(); // on to the table; never an item view's own keys
@@ -81,7 +81,7 @@ void CustHeaderView::keyPressEvent(QKeyEvent* event) {
 }
 
 void CustHeaderView::focusSection(int section) {
-    focused_ = std::clamp(section, 0, std::max(0, count() - 1));
+    m_focused = std::clamp(section, 0, std::max(0, count() - 1));
     viewport()->update();
 }
 

@@ -32,8 +32,8 @@ protected:
 private:
     void focusSection(int section);
 
-    std::vector<CustHeaderCell> cells_;
-    int focused_ = 0;
+    std::vector<CustHeaderCell> m_cells;
+    int m_focused = 0;
 };
 
 } // namespace korvale

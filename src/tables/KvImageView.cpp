@@ -19,17 +19,17 @@ KvImageView::KvImageView(QWidget* parent) : QLabel(parent) {
 }
 
 void KvImageView::setImage(const QIcon& image) {
-    image_ = image;
+    m_image = image;
     showImage();
 }
 
 void KvImageView::setImageSize(const QSize& size) {
-    imageSize_ = size;
+    m_imageSize = size;
     showImage();
 }
 
 void KvImageView::setClickable(bool clickable) {
-    clickable_ = clickable;
+    m_clickable = clickable;
     setFocusPolicy(clickable ? Qt::TabFocus : Qt::NoFocus);
     if (clickable) {
         setCursor(Qt::PointingHandCursor);
@@ -39,7 +39,7 @@ void KvImageView::setClickable(bool clickable) {
 }
 
 void KvImageView::showImage() {
-    setPixmap(image_.isNull() ? QPixmap() : image_.pixmap(imageSize_, devicePixelRatioF()));
+    setPixmap(m_image.isNull() ? QPixmap() : m_image.pixmap(m_imageSize, devicePixelRatioF()));
 }
 
 bool KvImageView::event(QEvent* event) {
@@ -53,25 +53,25 @@ bool KvImageView::event(QEvent* event) {
 
 void KvImageView::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
-        pressed_ = event->position().toPoint();
+        m_pressed = event->position().toPoint();
     }
     event->accept();
 }
 
 void KvImageView::mouseMoveEvent(QMouseEvent* event) {
-    if (!pressed_) {
+    if (!m_pressed) {
         return;
     }
-    const QPoint distance = event->position().toPoint() - *pressed_;
+    const QPoint distance = event->position().toPoint() - *m_pressed;
     if (distance.manhattanLength() >= QApplication::startDragDistance()) {
-        pressed_.reset(); // from here on the window manager has the pointer
+        m_pressed.reset(); // from here on the window manager has the pointer
         startWindowMove();
     }
 }
 
 void KvImageView::mouseReleaseEvent(QMouseEvent* event) {
-    const bool wasPressed = pressed_.has_value();
-    pressed_.reset();
+    const bool wasPressed = m_pressed.has_value();
+    m_pressed.reset();
     if (wasPressed && event->button() == Qt::LeftButton &&
         rect().contains(event->position().toPoint())) {
         Q_EMIT clicked();
@@ -81,7 +81,7 @@ void KvImageView::mouseReleaseEvent(QMouseEvent* event) {
 void KvImageView::keyPressEvent(QKeyEvent* event) {
     const bool activates = event->key() == Qt::Key_Space || event->key() == Qt::Key_Return ||
                            event->key() == Qt::Key_Enter;
-    if (clickable_ && activates) {
+    if (m_clickable && activates) {
         Q_EMIT clicked();
     } else {
         event->ignore();

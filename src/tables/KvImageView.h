@@ -18,10 +18,10 @@ public:
 
     /// Drawn sharp at every scale factor; a null icon shows nothing.
     void setImage(const QIcon& image);
-    [[nodiscard]] const QIcon& image() const { return image_; }
+    [[nodiscard]] const QIcon& image() const { return m_image; }
     /// In device-independent pixels; 24 x 24 at first.
     void setImageSize(const QSize& size);
-    [[nodiscard]] QSize imageSize() const { return imageSize_; }
+    [[nodiscard]] QSize imageSize() const { return m_imageSize; }
     /// Shown as something to click on, and reachable by keyboard. Off at first.
     void setClickable(bool clickable);
 
@@ -45,10 +45,10 @@ protected:
 private:
     void showImage();
 
-    QIcon image_;
-    QSize imageSize_{24, 24};
-    std::optional<QPoint> pressed_;
-    bool clickable_ = false;
+    QIcon m_image;
+    QSize m_imageSize{24, 24};
+    std::optional<QPoint> m_pressed;
+    bool m_clickable = false;
 };
 
 } // namespace korvale

@@ -20,16 +20,16 @@ public:
     /// `ranges` in any order; overlapping and neighbouring ones are joined.
     explicit RowIndexes(std::vector<Range> ranges);
 
-    [[nodiscard]] const std::vector<Range>& ranges() const { return ranges_; }
-    [[nodiscard]] bool isEmpty() const { return ranges_.empty(); }
+    [[nodiscard]] const std::vector<Range>& ranges() const { return m_ranges; }
+    [[nodiscard]] bool isEmpty() const { return m_ranges.empty(); }
     [[nodiscard]] std::size_t count() const;
     /// The greatest position; -1 when there is none.
-    [[nodiscard]] int last() const { return ranges_.empty() ? -1 : ranges_.back().last; }
+    [[nodiscard]] int last() const { return m_ranges.empty() ? -1 : m_ranges.back().last; }
 
     friend bool operator==(const RowIndexes&, const RowIndexes&) = default;
 
 private:
-    std::vector<Range> ranges_;
+    std::vector<Range> m_ranges;
 };
 
 } // namespace korvale

@@ -26,7 +26,7 @@ public:
     /// All rows of `batch` in its order; nullptr is an empty list.
     explicit RowList(RowBatchPtr batch);
 
-    [[nodiscard]] std::size_t size() const { return size_; }
+    [[nodiscard]] std::size_t size() const { return m_size; }
     /// The text under `key` in row `row`; no value when the row lacks it or does not exist.
     [[nodiscard]] std::optional<QString> text(std::size_t row, RowKey key) const;
 
@@ -42,9 +42,9 @@ private:
     void makeOrderExplicit();
     void dropUnusedBatches();
 
-    std::vector<RowBatchPtr> batches_;
-    std::vector<RowRef> order_; ///< empty while the only batch shows in its own order
-    std::size_t size_ = 0;
+    std::vector<RowBatchPtr> m_batches;
+    std::vector<RowRef> m_order; ///< empty while the only batch shows in its own order
+    std::size_t m_size = 0;
 };
 
 } // namespace korvale

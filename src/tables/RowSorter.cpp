@@ -24,14 +24,14 @@ struct Entry {
 class Level {
 public:
     Level(std::span<const RowRef> rows, std::span<const RowBatchPtr> batches, RowKey key) {
-        entries_.reserve(rows.size());
+        m_entries.reserve(rows.size());
         for (const RowRef row : rows) {
             append(batches[row.batch]->text(row.index, key));
         }
     }
 
     void sort(bool ascending) {
-        std::sort(entries_.begin(), entries_.end(), [=, this](const Entry& a, const Entry& b) {
+        std::sort(m_entries.begin(), m_entries.end(), [=, this](const Entry& a, const Entry& b) {
             const int order = compare(a, b);
             if (order != 0) {
                 return ascending ? order < 0 : order > 0;
@@ -40,7 +40,7 @@ public:
         });
     }
 
-    [[nodiscard]] const std::vector<Entry>& entries() const { return entries_; }
+    [[nodiscard]] const std::vector<Entry>& entries() const { return m_entries; }
 
     [[nodiscard]] int compare(const Entry& a, const Entry& b) const {
         if (a.prefix != b.prefix) {
@@ -49,8 +49,8 @@ public:
         const std::size_t common = std::min(a.length, b.length);
         if (common > prefixLength) {
             const int order =
-                std::memcmp(bytes_.data() + a.offset + prefixLength,
-                            bytes_.data() + b.offset + prefixLength, common - prefixLength);
+                std::memcmp(m_bytes.data() + a.offset + prefixLength,
+                            m_bytes.data() + b.offset + prefixLength, common - prefixLength);
             if (order != 0) {
                 return order;
             }
@@ -60,20 +60,20 @@ public:
 
 private:
     void append(const std::optional<QString>& text) {
-        const std::size_t offset = bytes_.size();
-        appendSortKey(text, bytes_);
-        Entry entry{0, offset, static_cast<std::uint32_t>(bytes_.size() - offset),
-                    static_cast<std::uint32_t>(entries_.size())};
+        const std::size_t offset = m_bytes.size();
+        appendSortKey(text, m_bytes);
+        Entry entry{0, offset, static_cast<std::uint32_t>(m_bytes.size() - offset),
+                    static_cast<std::uint32_t>(m_entries.size())};
         for (std::size_t i = 0; i < prefixLength; ++i) {
             const std::uint64_t byte =
-                i < entry.length ? static_cast<unsigned char>(bytes_[offset + i]) : 0U;
+                i < entry.length ? static_cast<unsigned char>(m_bytes[offset + i]) : 0U;
             entry.prefix = (entry.prefix << 8U) | byte;
         }
-        entries_.push_back(entry);
+        m_entries.push_back(entry);
     }
 
-    std::vector<Entry> entries_;
-    std::string bytes_;
+    std::vector<Entry> m_entries;
+    std::string m_bytes;
 };
 
 } // namespace

@@ -6,20 +6,20 @@
 
 namespace korvale {
 
-RowsModel::RowsModel(ThreatsTableView& view) : QAbstractTableModel(&view), view_(view) {}
+RowsModel::RowsModel(ThreatsTableView& view) : QAbstractTableModel(&view), m_view(view) {}
 
 void RowsModel::reload(int rows) {
     beginResetModel();
-    rows_ = rows;
+    m_rows = rows;
     endResetModel();
 }
 
 int RowsModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : rows_;
+    return parent.isValid() ? 0 : m_rows;
 }
 
 int RowsModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(view_.columns().size());
+    return parent.isValid() ? 0 : static_cast<int>(m_view.columns().size());
 }
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
@@ -28,15 +28,15 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || (!isText && !isToolTip)) {
         return {};
     }
-    if (const CellView* cell = view_.visibleCell(index.row(), index.column())) {
+    if (const CellView* cell = m_view.visibleCell(index.row(), index.column())) {
         return isText ? cell->text() : cell->toolTip();
     }
-    const TableDataSource* source = view_.dataSource();
+    const TableDataSource* source = m_view.dataSource();
     if (source == nullptr) {
         return {};
     }
     const auto column = static_cast<std::size_t>(index.column());
-    const QLatin1String identifier(view_.columns()[column].identifier);
+    const QLatin1String identifier(m_view.columns()[column].identifier);
     return (isText ? source->cellText(identifier, index.row())
                    : source->cellToolTip(identifier, index.row()))
         .value_or(QString());
@@ -44,7 +44,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
 
 QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation == Qt::Horizontal && role == Qt::DisplayRole) {
-        return view_.header().headerCell(section).title();
+        return m_view.header().headerCell(section).title();
     }
     return QAbstractTableModel::headerData(section, orientation, role);
 }

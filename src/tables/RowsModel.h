@@ -25,8 +25,8 @@ public:
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    ThreatsTableView& view_;
-    int rows_ = 0;
+    ThreatsTableView& m_view;
+    int m_rows = 0;
 };
 
 } // namespace korvale

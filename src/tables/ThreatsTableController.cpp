@@ -28,46 +28,46 @@ bool isCopyKey(const QKeyEvent& event, CopyModifiers rule) {
 
 ThreatsTableController::ThreatsTableController(const TableDescription& description,
                                                RememberedSelections& selections, QObject* parent)
-    : QObject(parent), description_(description), selections_(selections) {}
+    : QObject(parent), m_description(description), m_selections(selections) {}
 
 ThreatsTableController::~ThreatsTableController() {
-    if (tableView_ != nullptr) {
-        tableView_->setDataSource(nullptr);
-        tableView_->setNextResponder(nullptr);
+    if (m_tableView != nullptr) {
+        m_tableView->setDataSource(nullptr);
+        m_tableView->setNextResponder(nullptr);
     }
 }
 
 void ThreatsTableController::awakeFromNib() {
-    if (tableView_ == nullptr) {
+    if (m_tableView == nullptr) {
         return;
     }
-    ThreatsTableView& view = *tableView_;
-    view.setColumns(description_.columns);
-    for (std::size_t i = 0; i < description_.columns.size(); ++i) {
-        const QString title = localizedText(description_.columns[i].titleKey);
+    ThreatsTableView& view = *m_tableView;
+    view.setColumns(m_description.columns);
+    for (std::size_t i = 0; i < m_description.columns.size(); ++i) {
+        const QString title = localizedText(m_description.columns[i].titleKey);
         view.header().setHeaderCell(static_cast<int>(i), CustHeaderCell(title));
     }
     view.setShowGrid(false); // no space between cells
     view.setNextResponder(this);
-    view.setAccessibleName(localizedText(description_.nameKey));
-    view.setPlaceholder(localizedText(description_.emptyKey));
+    view.setAccessibleName(localizedText(m_description.nameKey));
+    view.setPlaceholder(localizedText(m_description.emptyKey));
     view.setDataSource(this);
     // The list exists, empty, since construction: rows that came before the window show now.
     updateView();
 }
 
 void ThreatsTableController::loadData(RowBatchPtr rows) {
-    loadData(tableView_, std::move(rows));
+    loadData(m_tableView, std::move(rows));
 }
 
 void ThreatsTableController::addData(RowBatchPtr rows) {
-    addData(tableView_, std::move(rows));
+    addData(m_tableView, std::move(rows));
 }
 
 void ThreatsTableController::loadData(const ThreatsTableView* tableView, RowBatchPtr rows) {
-    currentRows_ = RowList(std::move(rows));
+    m_currentRows = RowList(std::move(rows));
     if (tableView != nullptr) {
-        currentRows_.sort(tableView->sortDescriptors());
+        m_currentRows.sort(tableView->sortDescriptors());
     }
 }
 
@@ -76,28 +76,28 @@ void ThreatsTableController::addData(const ThreatsTableView* /*tableView*/, RowB
         return;
     }
     // Not sorted: newest batches stay on top until the user next changes the order.
-    currentRows_.prepend(std::move(rows));
+    m_currentRows.prepend(std::move(rows));
     removeExtraData();
 }
 
 void ThreatsTableController::removeAll() {
-    currentRows_ = RowList();
+    m_currentRows = RowList();
 }
 
 void ThreatsTableController::removeExtraData() {
-    currentRows_.truncate(maximumRows);
+    m_currentRows.truncate(maximumRows);
 }
 
 void ThreatsTableController::updateView() {
-    if (tableView_ != nullptr) {
-        tableView_->reloadData();
-        tableView_->setAllowsMultipleSelection(true);
+    if (m_tableView != nullptr) {
+        m_tableView->reloadData();
+        m_tableView->setAllowsMultipleSelection(true);
     }
 }
 
 int ThreatsTableController::numberOfRowsInTableView(const ThreatsTableView& /*tableView*/) const {
     constexpr std::size_t most = std::numeric_limits<int>::max();
-    return static_cast<int>(std::min(currentRows_.size(), most));
+    return static_cast<int>(std::min(m_currentRows.size(), most));
 }
 
 std::unique_ptr<CellView> ThreatsTableController::viewForTableColumn(ThreatsTableView& tableView,
@@ -147,32 +147,33 @@ QColor ThreatsTableController::textColor(const TableColumn& /*column*/,
 }
 
 std::optional<QString> ThreatsTableController::value(int row, RowKey key) const {
-    return row < 0 ? std::nullopt : currentRows_.text(static_cast<std::size_t>(row), key);
+    return row < 0 ? std::nullopt : m_currentRows.text(static_cast<std::size_t>(row), key);
 }
 
 const TableColumn* ThreatsTableController::column(QLatin1String identifier) const {
     const auto found = std::find_if(
-        description_.columns.begin(), description_.columns.end(),
+        m_description.columns.begin(), m_description.columns.end(),
         [identifier](const TableColumn& c) { return identifier == QLatin1String(c.identifier); });
-    return found == description_.columns.end() ? nullptr : &*found;
+    return found == m_description.columns.end() ? nullptr : &*found;
 }
 
 void ThreatsTableController::sortDescriptorsDidChange(ThreatsTableView& tableView) {
-    currentRows_.sort(tableView.sortDescriptors());
+    m_currentRows.sort(tableView.sortDescriptors());
     tableView.reloadData();
 }
 
 void ThreatsTableController::tableViewSelectionDidChange(const ThreatsTableView& tableView) {
-    selections_.*description_.selection = tableView.selectedRowIndexes();
+    m_selections.*m_description.selection = tableView.selectedRowIndexes();
 }
 
 void ThreatsTableController::keyDown(QKeyEvent& event) {
-    if (!isCopyKey(event, description_.copyModifiers)) {
+    if (!isCopyKey(event, m_description.copyModifiers)) {
         event.ignore();
         return;
     }
     event.accept();
-    const auto text = copiedText(currentRows_, description_, selections_.*description_.selection);
+    const auto text =
+        copiedText(m_currentRows, m_description, m_selections.*m_description.selection);
     if (text) {
         QGuiApplication::clipboard()->setText(*text);
     }

@@ -41,13 +41,13 @@ public:
     /// Reloads the view, if there is one yet, and lets it select several rows.
     void updateView() override;
 
-    [[nodiscard]] const RowList& currentRows() const { return currentRows_; }
-    void setCurrentRows(RowList rows) { currentRows_ = std::move(rows); }
+    [[nodiscard]] const RowList& currentRows() const { return m_currentRows; }
+    void setCurrentRows(RowList rows) { m_currentRows = std::move(rows); }
     /// Not used by any operation; part of the class's interface. Not owned.
-    [[nodiscard]] const RowList* rowsObjects() const { return rowsObjects_; }
-    void setRowsObjects(const RowList* rows) { rowsObjects_ = rows; }
+    [[nodiscard]] const RowList* rowsObjects() const { return m_rowsObjects; }
+    void setRowsObjects(const RowList* rows) { m_rowsObjects = rows; }
 
-    [[nodiscard]] const TableDescription& description() const { return description_; }
+    [[nodiscard]] const TableDescription& description() const { return m_description; }
 
     // TableDataSource.
     [[nodiscard]] int numberOfRowsInTableView(const ThreatsTableView& tableView) const override;
@@ -65,8 +65,8 @@ protected:
     ThreatsTableController(const TableDescription& description, RememberedSelections& selections,
                            QObject* parent);
 
-    [[nodiscard]] ThreatsTableView* tableView() const { return tableView_; }
-    void setTableView(ThreatsTableView* view) { tableView_ = view; }
+    [[nodiscard]] ThreatsTableView* tableView() const { return m_tableView; }
+    void setTableView(ThreatsTableView* view) { m_tableView = view; }
 
     /// Text, tooltip, colour and line-break mode of a cell; the text is black already.
     virtual void fillCell(CellView& cell, const TableColumn* column, int row) const;
@@ -78,11 +78,11 @@ protected:
 private:
     [[nodiscard]] const TableColumn* column(QLatin1String identifier) const;
 
-    const TableDescription& description_;
-    RememberedSelections& selections_;
-    RowList currentRows_;
-    const RowList* rowsObjects_ = nullptr;
-    QPointer<ThreatsTableView> tableView_;
+    const TableDescription& m_description;
+    RememberedSelections& m_selections;
+    RowList m_currentRows;
+    const RowList* m_rowsObjects = nullptr;
+    QPointer<ThreatsTableView> m_tableView;
 };
 
 } // namespace korvale

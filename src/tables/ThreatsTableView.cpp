@@ -49,12 +49,12 @@ QPalette lightPalette() {
 } // namespace
 
 ThreatsTableView::ThreatsTableView(QWidget* parent)
-    : QTableView(parent), header_(new CustHeaderView(this)), model_(new RowsModel(*this)) {
+    : QTableView(parent), m_header(new CustHeaderView(this)), m_model(new RowsModel(*this)) {
     setPalette(lightPalette());
     setFrameShape(NoFrame);
     setVerticalHeader(new RowlessHeader(this));
     verticalHeader()->hide();
-    setHorizontalHeader(header_);
+    setHorizontalHeader(m_header);
     setItemDelegate(new CellDelegate(*this));
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
@@ -66,34 +66,34 @@ ThreatsTableView::ThreatsTableView(QWidget* parent)
     setShowGrid(false);
     setHorizontalScrollMode(ScrollPerPixel);
     setVerticalScrollMode(ScrollPerPixel);
-    setModel(model_);
+    setModel(m_model);
     measureRows();
-    connect(header_, &QHeaderView::sectionClicked, this, &ThreatsTableView::sortByColumn);
+    connect(m_header, &QHeaderView::sectionClicked, this, &ThreatsTableView::sortByColumn);
 }
 
 ThreatsTableView::~ThreatsTableView() = default;
 
 void ThreatsTableView::setDataSource(TableDataSource* source) {
-    source_ = source;
-    if (source_ == nullptr) {
+    m_source = source;
+    if (m_source == nullptr) {
         reloadData();
     }
 }
 
 void ThreatsTableView::setColumns(std::span<const TableColumn> columns) {
-    columns_ = columns;
+    m_columns = columns;
     recycleAll();
-    model_->reload(0);
+    m_model->reload(0);
     const int character = fontMetrics().averageCharWidth();
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const int section = static_cast<int>(i);
-        header_->setHeaderCell(section, CustHeaderCell(QString::fromLatin1(columns[i].titleKey)));
-        header_->resizeSection(section, columns[i].width * character + columnPadding);
+        m_header->setHeaderCell(section, CustHeaderCell(QString::fromLatin1(columns[i].titleKey)));
+        m_header->resizeSection(section, columns[i].width * character + columnPadding);
     }
 }
 
 void ThreatsTableView::setPlaceholder(const QString& text) {
-    placeholder_ = text;
+    m_placeholder = text;
     viewport()->update();
 }
 
@@ -106,12 +106,12 @@ void ThreatsTableView::reloadData() {
     const int currentRow = currentIndex().row();
     const int currentColumn = currentIndex().column();
     recycleAll();
-    reloading_ = true;
-    model_->reload(source_ != nullptr ? source_->numberOfRowsInTableView(*this) : 0);
-    restore(selected, model_->index(currentRow, currentColumn));
+    m_reloading = true;
+    m_model->reload(m_source != nullptr ? m_source->numberOfRowsInTableView(*this) : 0);
+    restore(selected, m_model->index(currentRow, currentColumn));
     doItemsLayout();
-    reloading_ = false;
-    const QString hint = rowCount() == 0 ? placeholder_ : localizedText("HPS_TableHint");
+    m_reloading = false;
+    const QString hint = rowCount() == 0 ? m_placeholder : localizedText("HPS_TableHint");
     if (accessibleDescription() != hint) {
         setAccessibleDescription(hint); // each call tells the screen reader
     }
@@ -122,8 +122,8 @@ void ThreatsTableView::restore(const RowIndexes& selected, const QModelIndex& cu
     QItemSelection selection;
     for (const RowIndexes::Range& range : selected.ranges()) {
         if (range.first <= lastRow) {
-            selection.select(model_->index(range.first, 0),
-                             model_->index(std::min(range.last, lastRow), 0));
+            selection.select(m_model->index(range.first, 0),
+                             m_model->index(std::min(range.last, lastRow), 0));
         }
     }
     if (!selection.isEmpty()) {
@@ -145,12 +145,12 @@ RowIndexes ThreatsTableView::selectedRowIndexes() const {
 
 void ThreatsTableView::selectionChanged(const QItemSelection& selected,
                                         const QItemSelection& deselected) {
-    if (reloading_) {
+    if (m_reloading) {
         return;
     }
     QTableView::selectionChanged(selected, deselected);
-    if (source_ != nullptr) {
-        source_->tableViewSelectionDidChange(*this);
+    if (m_source != nullptr) {
+        m_source->tableViewSelectionDidChange(*this);
     }
 }
 
@@ -162,47 +162,47 @@ void ThreatsTableView::currentChanged(const QModelIndex& current, const QModelIn
 }
 
 void ThreatsTableView::sortByColumn(int column) {
-    const RowKey key = columns_[static_cast<std::size_t>(column)].text;
+    const RowKey key = m_columns[static_cast<std::size_t>(column)].text;
     SortDescriptor chosen{key, true};
-    if (!sortDescriptors_.empty() && sortDescriptors_.front().key == key) {
-        chosen.ascending = !sortDescriptors_.front().ascending;
+    if (!m_sortDescriptors.empty() && m_sortDescriptors.front().key == key) {
+        chosen.ascending = !m_sortDescriptors.front().ascending;
     }
-    std::erase_if(sortDescriptors_, [key](const SortDescriptor& old) { return old.key == key; });
-    sortDescriptors_.insert(sortDescriptors_.begin(), chosen);
-    for (int section = 0; section < model_->columnCount(); ++section) {
-        header_->setSortIndicator(section, section == column ? std::optional(chosen.ascending)
-                                                             : std::nullopt);
+    std::erase_if(m_sortDescriptors, [key](const SortDescriptor& old) { return old.key == key; });
+    m_sortDescriptors.insert(m_sortDescriptors.begin(), chosen);
+    for (int section = 0; section < m_model->columnCount(); ++section) {
+        m_header->setSortIndicator(section, section == column ? std::optional(chosen.ascending)
+                                                              : std::nullopt);
     }
-    if (source_ != nullptr) {
-        source_->sortDescriptorsDidChange(*this);
+    if (m_source != nullptr) {
+        m_source->sortDescriptorsDidChange(*this);
     }
 }
 
 // Cells
 
 std::unique_ptr<CellView> ThreatsTableView::makeView(QLatin1String identifier) {
-    return pool_.take(identifier);
+    return m_pool.take(identifier);
 }
 
 const CellView* ThreatsTableView::visibleCell(int row, int column) const {
-    const int position = row - firstVisible_;
-    if (position < 0 || position >= static_cast<int>(visible_.size())) {
+    const int position = row - m_firstVisible;
+    if (position < 0 || position >= static_cast<int>(m_visible.size())) {
         return nullptr;
     }
-    return visible_[static_cast<std::size_t>(position)][static_cast<std::size_t>(column)].get();
+    return m_visible[static_cast<std::size_t>(position)][static_cast<std::size_t>(column)].get();
 }
 
 void ThreatsTableView::recycle(CellRow& row) {
     for (std::unique_ptr<CellView>& cell : row) {
-        pool_.put(std::move(cell));
+        m_pool.put(std::move(cell));
     }
 }
 
 void ThreatsTableView::recycleAll() {
-    for (CellRow& row : visible_) {
+    for (CellRow& row : m_visible) {
         recycle(row);
     }
-    visible_.clear();
+    m_visible.clear();
     viewport()->update();
 }
 
@@ -210,34 +210,34 @@ void ThreatsTableView::prepareCells() {
     const int first = rowAtY(0);
     const int last = std::min(rowAtY(viewport()->height() - 1), rowCount() - 1);
     const auto lastVisible = [this] {
-        return firstVisible_ + static_cast<int>(visible_.size()) - 1;
+        return m_firstVisible + static_cast<int>(m_visible.size()) - 1;
     };
-    while (!visible_.empty() && (firstVisible_ < first || firstVisible_ > last)) {
-        recycle(visible_.front());
-        visible_.pop_front();
-        ++firstVisible_;
+    while (!m_visible.empty() && (m_firstVisible < first || m_firstVisible > last)) {
+        recycle(m_visible.front());
+        m_visible.pop_front();
+        ++m_firstVisible;
     }
-    while (!visible_.empty() && lastVisible() > last) {
-        recycle(visible_.back());
-        visible_.pop_back();
+    while (!m_visible.empty() && lastVisible() > last) {
+        recycle(m_visible.back());
+        m_visible.pop_back();
     }
     const auto makeRow = [this](int row) {
         CellRow cells;
-        for (const TableColumn& column : columns_) {
+        for (const TableColumn& column : m_columns) {
             cells.push_back(
-                source_->viewForTableColumn(*this, QLatin1String(column.identifier), row));
+                m_source->viewForTableColumn(*this, QLatin1String(column.identifier), row));
         }
         return cells;
     };
-    if (visible_.empty()) {
-        firstVisible_ = first;
+    if (m_visible.empty()) {
+        m_firstVisible = first;
     }
-    while (firstVisible_ > first) {
-        visible_.push_front(makeRow(firstVisible_ - 1));
-        --firstVisible_;
+    while (m_firstVisible > first) {
+        m_visible.push_front(makeRow(m_firstVisible - 1));
+        --m_firstVisible;
     }
     while (lastVisible() < last) {
-        visible_.push_back(makeRow(lastVisible() + 1));
+        m_visible.push_back(makeRow(lastVisible() + 1));
     }
 }
 
@@ -263,17 +263,17 @@ void ThreatsTableView::paintRow(QPainter& painter, int row, const QRect& dirty) 
     const bool active = isActiveWindow() && hasFocus();
     option.state.setFlag(QStyle::State_Active, active);
     option.state.setFlag(QStyle::State_Selected,
-                         selectionModel()->isSelected(model_->index(row, 0)));
+                         selectionModel()->isSelected(m_model->index(row, 0)));
     QRect whole;
-    for (int column = 0; column < model_->columnCount(); ++column) {
-        const QModelIndex index = model_->index(row, column);
+    for (int column = 0; column < m_model->columnCount(); ++column) {
+        const QModelIndex index = m_model->index(row, column);
         option.rect = visualRect(index);
         whole |= option.rect;
         if (option.rect.intersects(dirty)) {
             itemDelegate()->paint(&painter, option, index);
         }
     }
-    if (active && showsCurrentRow_ && row == currentIndex().row()) {
+    if (active && m_showsCurrentRow && row == currentIndex().row()) {
         painter.setPen(QColor(focusColor));
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(whole.adjusted(0, 0, -1, -1));
@@ -284,13 +284,13 @@ void ThreatsTableView::paintPlaceholder(QPainter& painter) {
     constexpr int margin = 24;
     painter.setPen(QColor(placeholderColor));
     painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
-                     Qt::AlignCenter | Qt::TextWordWrap, placeholder_);
+                     Qt::AlignCenter | Qt::TextWordWrap, m_placeholder);
 }
 
 // Geometry of equally high rows
 
 int ThreatsTableView::rowCount() const {
-    return model_->rowCount();
+    return m_model->rowCount();
 }
 
 int ThreatsTableView::verticalOffset() const {
@@ -299,41 +299,41 @@ int ThreatsTableView::verticalOffset() const {
 
 int ThreatsTableView::rowAtY(int y) const {
     const std::int64_t absolute = std::int64_t{y} + verticalOffset();
-    return static_cast<int>(std::max<std::int64_t>(absolute, 0) / rowHeight_);
+    return static_cast<int>(std::max<std::int64_t>(absolute, 0) / m_rowHeight);
 }
 
 void ThreatsTableView::measureRows() {
-    rowHeight_ = fontMetrics().height() + rowPadding;
+    m_rowHeight = fontMetrics().height() + rowPadding;
 }
 
 QRect ThreatsTableView::visualRect(const QModelIndex& index) const {
     if (!index.isValid()) {
         return {};
     }
-    const std::int64_t y = std::int64_t{index.row()} * rowHeight_ - verticalOffset();
+    const std::int64_t y = std::int64_t{index.row()} * m_rowHeight - verticalOffset();
     constexpr std::int64_t farthest = std::numeric_limits<int>::max() / 2;
-    return {header_->sectionViewportPosition(index.column()),
+    return {m_header->sectionViewportPosition(index.column()),
             static_cast<int>(std::clamp(y, -farthest, farthest)),
-            header_->sectionSize(index.column()), rowHeight_};
+            m_header->sectionSize(index.column()), m_rowHeight};
 }
 
 QRect ThreatsTableView::rowRect(int row) const {
-    const QRect cell = visualRect(model_->index(row, 0));
+    const QRect cell = visualRect(m_model->index(row, 0));
     return {0, cell.top(), viewport()->width(), cell.height()};
 }
 
 QModelIndex ThreatsTableView::indexAt(const QPoint& point) const {
     return point.y() < 0 ? QModelIndex()
-                         : model_->index(rowAtY(point.y()), header_->logicalIndexAt(point.x()));
+                         : m_model->index(rowAtY(point.y()), m_header->logicalIndexAt(point.x()));
 }
 
 int ThreatsTableView::sizeHintForColumn(int column) const {
     QStyleOptionViewItem option;
     initViewItemOption(&option);
-    const int rows = static_cast<int>(visible_.size());
+    const int rows = static_cast<int>(m_visible.size());
     int widest = 0;
-    for (int row = firstVisible_; row < firstVisible_ + rows; ++row) {
-        const QSize size = itemDelegate()->sizeHint(option, model_->index(row, column));
+    for (int row = m_firstVisible; row < m_firstVisible + rows; ++row) {
+        const QSize size = itemDelegate()->sizeHint(option, m_model->index(row, column));
         widest = std::max(widest, size.width());
     }
     return widest;
@@ -344,7 +344,7 @@ bool ThreatsTableView::isIndexHidden(const QModelIndex& index) const {
 }
 
 void ThreatsTableView::scrollTo(const QModelIndex& index, ScrollHint hint) {
-    if (!index.isValid() || reloading_) {
+    if (!index.isValid() || m_reloading) {
         return;
     }
     const QRect area = viewport()->rect();
@@ -365,24 +365,24 @@ void ThreatsTableView::doItemsLayout() {
 }
 
 void ThreatsTableView::updateGeometries() {
-    if (std::exchange(inUpdateGeometries_, true)) {
+    if (std::exchange(m_inUpdateGeometries, true)) {
         return; // the margins below change the geometry in turn
     }
-    const int headerHeight = header_->sizeHint().height();
+    const int headerHeight = m_header->sizeHint().height();
     setViewportMargins(0, headerHeight, 0, 0);
     const QRect area = viewport()->geometry();
-    header_->setGeometry(area.left(), area.top() - headerHeight, area.width(), headerHeight);
+    m_header->setGeometry(area.left(), area.top() - headerHeight, area.width(), headerHeight);
 
-    const std::int64_t height = std::int64_t{rowCount()} * rowHeight_;
+    const std::int64_t height = std::int64_t{rowCount()} * m_rowHeight;
     constexpr std::int64_t most = std::numeric_limits<int>::max();
     verticalScrollBar()->setRange(
         0, static_cast<int>(std::clamp<std::int64_t>(height - area.height(), 0, most)));
-    verticalScrollBar()->setPageStep(std::max(rowHeight_, area.height() - rowHeight_));
-    verticalScrollBar()->setSingleStep(rowHeight_);
-    horizontalScrollBar()->setRange(0, std::max(0, header_->length() - area.width()));
+    verticalScrollBar()->setPageStep(std::max(m_rowHeight, area.height() - m_rowHeight));
+    verticalScrollBar()->setSingleStep(m_rowHeight);
+    horizontalScrollBar()->setRange(0, std::max(0, m_header->length() - area.width()));
     horizontalScrollBar()->setPageStep(area.width());
-    horizontalScrollBar()->setSingleStep(rowHeight_);
-    inUpdateGeometries_ = false;
+    horizontalScrollBar()->setSingleStep(m_rowHeight);
+    m_inUpdateGeometries = false;
     QAbstractItemView::updateGeometries(); // NOLINT(bugprone-parent-virtual-call): all else is
                                            // above
 }
@@ -395,9 +395,9 @@ QModelIndex ThreatsTableView::moveCursor(CursorAction action, Qt::KeyboardModifi
     }
     const QModelIndex current = currentIndex();
     if (!current.isValid()) {
-        return model_->index(0, 0);
+        return m_model->index(0, 0);
     }
-    const int page = std::max(1, viewport()->height() / rowHeight_ - 1);
+    const int page = std::max(1, viewport()->height() / m_rowHeight - 1);
     int row = current.row();
     int column = current.column();
     switch (action) {
@@ -428,8 +428,8 @@ QModelIndex ThreatsTableView::moveCursor(CursorAction action, Qt::KeyboardModifi
         column += isRightToLeft() ? -1 : 1;
         break;
     }
-    return model_->index(std::clamp(row, 0, rowCount() - 1),
-                         std::clamp(column, 0, model_->columnCount() - 1));
+    return m_model->index(std::clamp(row, 0, rowCount() - 1),
+                          std::clamp(column, 0, m_model->columnCount() - 1));
 }
 
 void ThreatsTableView::setSelection(const QRect& rect,
@@ -437,8 +437,9 @@ void ThreatsTableView::setSelection(const QRect& rect,
     const int top = rowAtY(std::min(rect.top(), rect.bottom()));
     const int bottom = std::min(rowAtY(std::max(rect.top(), rect.bottom())), rowCount() - 1);
     QItemSelection selection;
-    if (top <= bottom && model_->columnCount() > 0) {
-        selection.select(model_->index(top, 0), model_->index(bottom, model_->columnCount() - 1));
+    if (top <= bottom && m_model->columnCount() > 0) {
+        selection.select(m_model->index(top, 0),
+                         m_model->index(bottom, m_model->columnCount() - 1));
     }
     selectionModel()->select(selection, command);
 }
@@ -448,7 +449,7 @@ QRegion ThreatsTableView::visualRegionForSelection(const QItemSelection& selecti
     QRegion region;
     for (const QItemSelectionRange& range : selection) {
         const QRect first = visualRect(range.topLeft());
-        const QRect last = visualRect(model_->index(range.bottom(), 0));
+        const QRect last = visualRect(m_model->index(range.bottom(), 0));
         region += QRect(area.left(), first.top(), area.width(), last.bottom() - first.top() + 1)
                       .intersected(area);
     }
@@ -456,7 +457,7 @@ QRegion ThreatsTableView::visualRegionForSelection(const QItemSelection& selecti
 }
 
 void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
-    showsCurrentRow_ = true;
+    m_showsCurrentRow = true;
     // An item view copies its current cell and searches for what Escape types; neither happens
     // here.
     const bool forResponder = event->matches(QKeySequence::Copy) || event->key() == Qt::Key_Escape;
@@ -464,21 +465,21 @@ void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
     if (!forResponder) {
         QTableView::keyPressEvent(event);
     }
-    if (!event->isAccepted() && nextResponder_ != nullptr) {
-        nextResponder_->keyDown(*event);
+    if (!event->isAccepted() && m_nextResponder != nullptr) {
+        m_nextResponder->keyDown(*event);
     }
 }
 
 // Events
 
 void ThreatsTableView::focusInEvent(QFocusEvent* event) {
-    showsCurrentRow_ =
+    m_showsCurrentRow =
         event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
     QTableView::focusInEvent(event);
 }
 
 void ThreatsTableView::mousePressEvent(QMouseEvent* event) {
-    showsCurrentRow_ = false;
+    m_showsCurrentRow = false;
     QTableView::mousePressEvent(event);
 }
 
@@ -486,7 +487,7 @@ void ThreatsTableView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
     const bool textSizeMayChange =
         event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
-    if (textSizeMayChange && model_ != nullptr) {
+    if (textSizeMayChange && m_model != nullptr) {
         measureRows();
         updateGeometries();
     }

@@ -34,32 +34,32 @@ public:
     void setDataSource(TableDataSource* source);
     /// The columns, left to right; titles are keys until a header cell is installed for them.
     void setColumns(std::span<const TableColumn> columns);
-    [[nodiscard]] std::span<const TableColumn> columns() const { return columns_; }
-    [[nodiscard]] CustHeaderView& header() const { return *header_; }
+    [[nodiscard]] std::span<const TableColumn> columns() const { return m_columns; }
+    [[nodiscard]] CustHeaderView& header() const { return *m_header; }
     /// The quiet line in the middle while there are no rows.
     void setPlaceholder(const QString& text);
     void setAllowsMultipleSelection(bool allowed);
     /// Who gets the keys that the view has no use for; nullptr for nobody. Not owned.
-    void setNextResponder(TableDataSource* responder) { nextResponder_ = responder; }
+    void setNextResponder(TableDataSource* responder) { m_nextResponder = responder; }
 
     /// Takes row count and cells anew. Scroll position, current and selected positions stay as far
     /// as they exist; that is no selection change.
     void reloadData();
 
     [[nodiscard]] RowIndexes selectedRowIndexes() const;
-    [[nodiscard]] const SortDescriptors& sortDescriptors() const { return sortDescriptors_; }
+    [[nodiscard]] const SortDescriptors& sortDescriptors() const { return m_sortDescriptors; }
     /// What a click on the title of `column` does: sorts by it, or turns the order.
     void sortByColumn(int column);
 
-    [[nodiscard]] TableDataSource* dataSource() const { return source_; }
+    [[nodiscard]] TableDataSource* dataSource() const { return m_source; }
 
     /// A cell out of sight with that identifier, to be used again; nullptr when there is none.
     [[nodiscard]] std::unique_ptr<CellView> makeView(QLatin1String identifier);
     /// The cell as it is in sight now; nullptr when it is not.
     [[nodiscard]] const CellView* visibleCell(int row, int column) const;
 
-    [[nodiscard]] int heightOfRows() const { return rowHeight_; }
-    [[nodiscard]] std::size_t pooledCells() const { return pool_.size(); }
+    [[nodiscard]] int heightOfRows() const { return m_rowHeight; }
+    [[nodiscard]] std::size_t pooledCells() const { return m_pool.size(); }
 
     // QAbstractItemView, for equally high rows.
     [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
@@ -101,20 +101,20 @@ private:
     void showToolTip(const QPoint& globalPosition, const QPoint& position);
     void restore(const RowIndexes& selected, const QModelIndex& current);
 
-    std::span<const TableColumn> columns_;
-    SortDescriptors sortDescriptors_;
-    QString placeholder_;
-    CustHeaderView* header_ = nullptr;
-    RowsModel* model_ = nullptr;
-    TableDataSource* source_ = nullptr;
-    TableDataSource* nextResponder_ = nullptr;
-    CellPool pool_;
-    std::deque<CellRow> visible_; ///< cells in sight, from row firstVisible_ on
-    int firstVisible_ = 0;
-    int rowHeight_ = 1;
-    bool showsCurrentRow_ = false; ///< to those who come by keyboard
-    bool reloading_ = false;
-    bool inUpdateGeometries_ = false;
+    std::span<const TableColumn> m_columns;
+    SortDescriptors m_sortDescriptors;
+    QString m_placeholder;
+    CustHeaderView* m_header = nullptr;
+    RowsModel* m_model = nullptr;
+    TableDataSource* m_source = nullptr;
+    TableDataSource* m_nextResponder = nullptr;
+    CellPool m_pool;
+    std::deque<CellRow> m_visible; ///< cells in sight, from row m_firstVisible on
+    int m_firstVisible = 0;
+    int m_rowHeight = 1;
+    bool m_showsCurrentRow = false; ///< to those who come by keyboard
+    bool m_reloading = false;
+    bool m_inUpdateGeometries = false;
 };
 
 } // namespace korvale

@@ -17,25 +17,26 @@ class RecordingRowBatch final : public RowBatch {
 public:
     using Texts = std::function<std::optional<QString>(std::size_t, RowKey)>;
 
-    RecordingRowBatch(std::size_t size, Texts texts) : size_(size), texts_(std::move(texts)) {}
+    RecordingRowBatch(std::size_t size, Texts texts) : m_size(size), m_texts(std::move(texts)) {}
     explicit RecordingRowBatch(std::vector<FakeRow> rows)
-        : size_(rows.size()),
-          texts_([rows = std::move(rows)](std::size_t index, RowKey key) -> std::optional<QString> {
-              const auto found = rows[index].find(key);
-              return found == rows[index].end() ? std::nullopt : std::optional(found->second);
-          }) {}
+        : m_size(rows.size()),
+          m_texts(
+              [rows = std::move(rows)](std::size_t index, RowKey key) -> std::optional<QString> {
+                  const auto found = rows[index].find(key);
+                  return found == rows[index].end() ? std::nullopt : std::optional(found->second);
+              }) {}
 
-    [[nodiscard]] std::size_t size() const override { return size_; }
+    [[nodiscard]] std::size_t size() const override { return m_size; }
     [[nodiscard]] std::optional<QString> text(std::size_t index, RowKey key) const override {
         ++calls;
-        return texts_(index, key);
+        return m_texts(index, key);
     }
 
     mutable std::size_t calls = 0;
 
 private:
-    std::size_t size_;
-    Texts texts_;
+    std::size_t m_size;
+    Texts m_texts;
 };
 
 /// `size` rows whose texts are `prefix` and the row's number, under every key.

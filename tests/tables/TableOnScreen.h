@@ -22,12 +22,12 @@ public:
     using Attach = void (Controller::*)(ThreatsTableView*);
 
     TableOnScreen(Attach attach, RememberedSelections& selections)
-        : table(selections), attach_(attach) {}
+        : table(selections), m_attach(attach) {}
 
     /// Builds the view for the controller, as the window does when it is first shown.
     void show(QSize size = {800, 400}) {
         view = std::make_unique<ThreatsTableView>();
-        (table.*attach_)(view.get());
+        (table.*m_attach)(view.get());
         table.awakeFromNib();
         view->resize(size);
         view->show();
@@ -70,7 +70,7 @@ public:
     QImage image;
 
 private:
-    Attach attach_;
+    Attach m_attach;
 };
 
 inline QString clipboard() {
