@@ -6,8 +6,9 @@ namespace korvale {
 namespace {
 
 void handOver(AgentNotification code) {
-    if (AgentNotificationHandler* controller = sharedController())
+    if (AgentNotificationHandler* controller = sharedController()) {
         controller->HandleAgentNotification(static_cast<std::uint32_t>(code));
+    }
 }
 
 } // namespace

@@ -67,8 +67,9 @@ QStringList observedInterfaces() {
     for (const AgentNotificationRow& row : agentNotificationTable) {
         const QString name = QString::fromLatin1(row.name);
         const QString interface = name.left(name.lastIndexOf(u'.'));
-        if (!interfaces.contains(interface))
+        if (!interfaces.contains(interface)) {
             interfaces << interface;
+        }
     }
     return interfaces;
 }
@@ -80,8 +81,9 @@ AgentNotifications::AgentNotifications(AgentNotificationsParts parts, QObject* p
 
 void AgentNotifications::observe(SystemBus& bus) {
     connect(&bus, &SystemBus::connected, this, [this, &bus] { addObservers(bus); });
-    if (bus.state() == SystemBus::State::Connected)
+    if (bus.state() == SystemBus::State::Connected) {
         addObservers(bus);
+    }
 }
 
 void AgentNotifications::addObservers(SystemBus& bus) {
@@ -92,17 +94,19 @@ void AgentNotifications::addObservers(SystemBus& bus) {
         const bool heard =
             connection.connect(QString::fromLatin1(serviceName), QString::fromLatin1(servicePath),
                                interface, QString(), this, SLOT(onSignal(QDBusMessage)));
-        if (!heard && logs(LogLevel::Warn))
+        if (!heard && logs(LogLevel::Warn)) {
             OSLoggingLogMessage(LogLevel::Warn, "The notifications of %@ cannot be heard.",
                                 {interface});
+        }
     }
 }
 
 void AgentNotifications::onSignal(const QDBusMessage& message) {
     const QString name = message.interface() + u'.' + message.member();
     for (const AgentNotificationRow& row : agentNotificationTable) {
-        if (name == QLatin1String(row.name))
+        if (name == QLatin1String(row.name)) {
             row.callback();
+        }
     }
 }
 
@@ -170,18 +174,21 @@ void AgentNotifications::driverNotConnected() {
 void AgentNotifications::applyConnectionRule() {
     const AppState& state = m_parts.state;
     const bool connected = state.halyxConnected || state.quillmarConnected;
-    if (!connected)
+    if (!connected) {
         m_parts.status.updateStatusMessage(StatusState::NoNetwork);
+    }
     const IconColor wanted = connected ? IconColor::Green : IconColor::Yellow;
     // Red also stands for "no colour yet": such an icon is left alone.
-    if (state.curIconDispColor != IconColor::Red && state.curIconDispColor != wanted)
+    if (state.curIconDispColor != IconColor::Red && state.curIconDispColor != wanted) {
         m_parts.icon.setIconDispColor(wanted);
+    }
 }
 
 void AgentNotifications::applyRunningIconRule() {
     const AppState& state = m_parts.state;
-    if (state.curIconDispColor == IconColor::Red)
+    if (state.curIconDispColor == IconColor::Red) {
         return;
+    }
     const bool connected = state.halyxConnected || state.quillmarConnected;
     m_parts.icon.setIconDispColor(connected ? IconColor::Green : IconColor::Yellow);
 }
@@ -193,27 +200,31 @@ std::optional<QString> AgentNotifications::readText(const char* file, const char
 
 void AgentNotifications::sendBlockedFileNotification(AgentNotification code) {
     const auto* const row = rowOf(blockedFileTable, code);
-    if (row == blockedFileTable.end())
+    if (row == blockedFileTable.end()) {
         return;
+    }
     const QString fileName =
         lastPathComponent(readText(row->file, row->member).value_or(QString()));
-    if (!fileName.isEmpty())
+    if (!fileName.isEmpty()) {
         m_parts.notifications.SendNotification(fileName, localizedText(row->subtitleKey), noImage);
+    }
 }
 
 void AgentNotifications::sendFixedNotification(AgentNotification code) {
     const auto* const row = rowOf(fixedNotificationTable, code);
-    if (row != fixedNotificationTable.end())
+    if (row != fixedNotificationTable.end()) {
         m_parts.notifications.SendNotification(localizedText(row->messageKey),
                                                localizedText(row->subtitleKey), noImage);
+    }
 }
 
 void AgentNotifications::readAnalyzerStatus() {
     AppState& state = m_parts.state;
     const std::optional<QString> file = readText("analyzer_status.log", "CurrentFile");
     state.currentScanItem = file.value_or(QString());
-    if (!file)
+    if (!file) {
         return;
+    }
     state.currentScanItemStartTime = m_parts.clock.now();
     m_parts.status.updateStatusMessage(StatusState::Inspecting);
 }
@@ -221,12 +232,14 @@ void AgentNotifications::readAnalyzerStatus() {
 void AgentNotifications::sendConsumerNotification() {
     const std::optional<JsonValue> content =
         m_parts.readFile(QStringLiteral("consumer_notification.log"));
-    if (!content)
+    if (!content) {
         return;
+    }
     const QString message = textOnly((*content)["ConsumerNotificationMessage"]).value_or(QString());
-    if (!message.isEmpty())
+    if (!message.isEmpty()) {
         m_parts.notifications.SendConsumerNotification(
             message, textOnly((*content)["ConsumerNotificationUrl"]).value_or(QString()));
+    }
 }
 
 } // namespace korvale

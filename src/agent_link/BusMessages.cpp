@@ -17,8 +17,9 @@ QDBusMessage requestMessage(const QVariantMap& envelope) {
 
 std::optional<QVariantMap> dictionaryOf(const QDBusMessage& message) {
     if (message.type() == QDBusMessage::ErrorMessage ||
-        message.signature() != QLatin1String(envelopeSignature))
+        message.signature() != QLatin1String(envelopeSignature)) {
         return std::nullopt;
+    }
     return qdbus_cast<QVariantMap>(message.arguments().constFirst());
 }
 

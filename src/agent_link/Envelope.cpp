@@ -19,8 +19,9 @@ QString dataEntry() {
 QByteArray serialized(const RequestMembers& members) {
     QJsonObject object;
     for (const auto& [name, value] : members) {
-        if (!name.isValidUtf16() || !value.isValidUtf16())
+        if (!name.isValidUtf16() || !value.isValidUtf16()) {
             return QByteArrayLiteral("");
+        }
         object.insert(name, value);
     }
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
@@ -34,8 +35,9 @@ QVariantMap createXPCRequest(const RequestMembers& members) {
 
 std::optional<JsonValue> decodeXPCResponse(const QVariantMap& envelope) {
     const QVariant data = envelope.value(dataEntry());
-    if (data.metaType() != QMetaType::fromType<QByteArray>())
+    if (data.metaType() != QMetaType::fromType<QByteArray>()) {
         return std::nullopt;
+    }
     return JsonValue::parse(data.toByteArray());
 }
 

@@ -38,10 +38,12 @@ void ServiceChannel::setDriverQuery(std::function<void()> checkDriverConnection)
 
 void ServiceChannel::connectToService() {
     // A name on the bus needs no new connection of its own: what is fresh is the number.
-    if (++m_conn == 1)
+    if (++m_conn == 1) {
         followBus();
-    if (m_checkDriverConnection)
+    }
+    if (m_checkDriverConnection) {
         m_checkDriverConnection();
+    }
 }
 
 void ServiceChannel::followBus() {
@@ -54,8 +56,9 @@ void ServiceChannel::followBus() {
         m_owner.clear();
         logConnectionEvent("Connection invalid");
     });
-    if (m_bus.state() == SystemBus::State::Connected)
+    if (m_bus.state() == SystemBus::State::Connected) {
         subscribe();
+    }
 }
 
 void ServiceChannel::subscribe() {
@@ -67,8 +70,9 @@ void ServiceChannel::subscribe() {
     // Without a sender here, which would cost a round trip; the slot looks at it.
     heard &= bus.connect(QString(), busPath(), busName(), QStringLiteral("NameOwnerChanged"),
                          {service}, QString(), this, SLOT(onNameOwnerChanged(QDBusMessage)));
-    if (!heard && logs(LogLevel::Warn))
+    if (!heard && logs(LogLevel::Warn)) {
         OSLoggingLogMessage(LogLevel::Warn, "The agent service's messages cannot be heard.");
+    }
 
     QDBusMessage question = QDBusMessage::createMethodCall(busName(), busPath(), busName(),
                                                            QStringLiteral("GetNameOwner"));
@@ -81,15 +85,17 @@ void ServiceChannel::subscribe() {
 }
 
 void ServiceChannel::send(const QVariantMap& envelope, ReplyHandler handler) {
-    if (m_conn != 0 && m_bus.state() == SystemBus::State::FirstAttempt)
+    if (m_conn != 0 && m_bus.state() == SystemBus::State::FirstAttempt) {
         m_waiting.push_back({envelope, std::move(handler)});
-    else
+    } else {
         sendNow(envelope, handler);
+    }
 }
 
 void ServiceChannel::sendWaiting() {
-    for (const Waiting& waiting : std::exchange(m_waiting, {}))
+    for (const Waiting& waiting : std::exchange(m_waiting, {})) {
         sendNow(waiting.envelope, waiting.handler);
+    }
 }
 
 void ServiceChannel::sendNow(const QVariantMap& envelope, const ReplyHandler& handler) {
@@ -138,30 +144,36 @@ std::unique_ptr<ReplyQueue> ServiceChannel::sendOnPrivateQueue(const QVariantMap
 
 void ServiceChannel::clientReceiveMessage(const QVariantMap& envelope) {
     const ServiceReply message(envelope);
-    if (message.text("CMD_") != QStringLiteral("SondarNotificationMessage"))
+    if (message.text("CMD_") != QStringLiteral("SondarNotificationMessage")) {
         return;
-    if (const std::optional<QString> text = message.text("VALU"))
+    }
+    if (const std::optional<QString> text = message.text("VALU")) {
         m_notifications.SendSondarNotification(*text);
+    }
 }
 
 void ServiceChannel::onMessage(const QDBusMessage& message) {
-    if (const std::optional<QVariantMap> envelope = dictionaryOf(message))
+    if (const std::optional<QVariantMap> envelope = dictionaryOf(message)) {
         clientReceiveMessage(*envelope);
+    }
 }
 
 void ServiceChannel::onNameOwnerChanged(const QDBusMessage& message) {
     const QVariantList arguments = message.arguments();
-    if (message.service() != busName() || arguments.size() != 3)
+    if (message.service() != busName() || arguments.size() != 3) {
         return;
+    }
     m_owner = arguments[2].toString();
-    if (!arguments[1].toString().isEmpty())
+    if (!arguments[1].toString().isEmpty()) {
         logConnectionEvent("Connection interrupted");
+    }
 }
 
 void ServiceChannel::logConnectionEvent(const char* description) {
-    if (logs(LogLevel::Info))
+    if (logs(LogLevel::Info)) {
         OSLoggingLogMessage(LogLevel::Info, "client received event: %s",
                             {QString::fromLatin1(description)});
+    }
 }
 
 } // namespace korvale

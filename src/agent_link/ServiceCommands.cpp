@@ -14,17 +14,19 @@ constexpr int mostSleeps = 15;
 QVariantMap envelopeOf(ServiceCommand command, const QString& value = {}) {
     const ServiceCommandRow& row = serviceCommandRow(command);
     RequestMembers members{{QStringLiteral("CMD_"), QString::fromLatin1(row.code)}};
-    if (row.valueMember != nullptr)
+    if (row.valueMember != nullptr) {
         members.emplace(QString::fromLatin1(row.valueMember),
                         row.fixedValue != nullptr ? QString::fromLatin1(row.fixedValue) : value);
+    }
     return createXPCRequest(members);
 }
 
 /// Any thread: in automation mode the main thread sleeps meanwhile.
 void logStatusReply(const ServiceCommandRow& row, const ServiceReply& reply) {
     if (reply.isOk()) {
-        if (logs(LogLevel::Info))
+        if (logs(LogLevel::Info)) {
             OSLoggingLogMessage(LogLevel::Info, row.successLine, {*reply.text("RESP")});
+        }
     } else if (logs(LogLevel::Error)) {
         OSLoggingLogMessage(LogLevel::Error, row.failureLine);
     }
@@ -60,13 +62,15 @@ void ServiceCommands::checkPolicyUpdates() {
 void ServiceCommands::sendUserCommand(ServiceCommand command, const QString& value) {
     const ServiceCommandRow& row = serviceCommandRow(command);
     const auto handler = [&row](const ServiceReply* reply) {
-        if (reply != nullptr)
+        if (reply != nullptr) {
             logStatusReply(row, *reply);
+        }
     };
-    if (m_automation.on)
+    if (m_automation.on) {
         sendAndWait(envelopeOf(command, value), handler);
-    else
+    } else {
         m_channel.send(envelopeOf(command, value), handler);
+    }
 }
 
 void ServiceCommands::sendAndWait(const QVariantMap& envelope, const ReplyHandler& handler) {
@@ -77,31 +81,36 @@ void ServiceCommands::sendAndWait(const QVariantMap& envelope, const ReplyHandle
             handler(reply);
             completed = true;
         });
-    for (int sleeps = 0; !completed && sleeps < mostSleeps; ++sleeps)
+    for (int sleeps = 0; !completed && sleeps < mostSleeps; ++sleeps) {
         m_automation.sleepOneSecond();
+    }
     m_automation.terminate();
 }
 
 void ServiceCommands::readLogLevel(int checkedPosition, LogLevelApplied applied) {
     request(ServiceCommand::GetLogLevel,
             [this, checkedPosition, applied = std::move(applied)](const ServiceReply* reply) {
-                if (reply == nullptr)
+                if (reply == nullptr) {
                     return;
+                }
                 const std::int32_t level = reply->integer("VALU");
-                if (level == checkedPosition)
+                if (level == checkedPosition) {
                     return;
+                }
                 m_state.currentLogLevel = level;
                 applied(checkedPosition, level);
             });
 }
 
 void ServiceCommands::logging(int position, LogLevelApplied applied) {
-    if (position == m_state.currentLogLevel)
+    if (position == m_state.currentLogLevel) {
         return;
+    }
     m_channel.send(envelopeOf(ServiceCommand::SetLogLevel, QString::number(position)),
                    [this, position, applied = std::move(applied)](const ServiceReply* reply) {
-                       if (reply == nullptr || !reply->isOk())
+                       if (reply == nullptr || !reply->isOk()) {
                            return;
+                       }
                        const std::int32_t previous =
                            std::exchange(m_state.currentLogLevel, position);
                        applied(previous, position);
@@ -111,8 +120,9 @@ void ServiceCommands::logging(int position, LogLevelApplied applied) {
 void ServiceCommands::checkDriverConnection() {
     request(ServiceCommand::GetDriverState, [this](const ServiceReply* reply) {
         // Only the agent's notification ever sets the driver back to connected.
-        if (reply == nullptr || reply->text("VALU") != QStringLiteral("0"))
+        if (reply == nullptr || reply->text("VALU") != QStringLiteral("0")) {
             return;
+        }
         m_status.updateStatusMessage(StatusState::NoDriver);
         m_icon.setIconDispColor(IconColor::Red);
         m_state.driverConnected = false;
@@ -121,13 +131,15 @@ void ServiceCommands::checkDriverConnection() {
 
 void ServiceCommands::getSondarVersion() {
     request(ServiceCommand::GetSondarVersion, [this](const ServiceReply* reply) {
-        if (reply == nullptr)
+        if (reply == nullptr) {
             return;
+        }
         const std::optional<QString> version = reply->text("VALU");
-        if (!version)
+        if (!version) {
             m_state.sondarVersionNumberString = QString();
-        else if (reply->isOk())
+        } else if (reply->isOk()) {
             m_state.sondarVersionNumberString = *version;
+        }
     });
 }
 

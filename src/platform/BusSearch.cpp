@@ -31,8 +31,9 @@ void BusSearch::askNext() {
             m_limit.start();
             return;
         }
-        if (m_probe->state() == BusProbe::State::Answered)
+        if (m_probe->state() == BusProbe::State::Answered) {
             break;
+        }
         m_entries.removeFirst();
     }
     Q_EMIT finished(QString::fromUtf8(m_entries.value(0)));
@@ -40,8 +41,9 @@ void BusSearch::askNext() {
 
 void BusSearch::onAnswered() {
     // An answer that came together with the time-out is about an entry that is no longer in hand.
-    if (!m_limit.isActive() || m_probe->state() == BusProbe::State::Asking)
+    if (!m_limit.isActive() || m_probe->state() == BusProbe::State::Asking) {
         return;
+    }
     m_limit.stop();
     if (m_probe->state() == BusProbe::State::Answered) {
         Q_EMIT finished(QString::fromUtf8(m_entries.constFirst()));
@@ -54,8 +56,9 @@ void BusSearch::onAnswered() {
 QString BusSearch::wait() {
     for (const QByteArray& entry : m_entries) {
         BusProbe probe(entry);
-        if (probe.waitBriefly(m_limit.interval()) == BusProbe::State::Answered)
+        if (probe.waitBriefly(m_limit.interval()) == BusProbe::State::Answered) {
             return QString::fromUtf8(entry);
+        }
     }
     return {};
 }

@@ -29,8 +29,9 @@ SystemBus::SystemBus(int answerLimitMs, QObject* parent)
 }
 
 SystemBus::~SystemBus() {
-    if (m_state == State::Connected)
+    if (m_state == State::Connected) {
         QDBusConnection::disconnectFromBus(m_name);
+    }
 }
 
 QDBusConnection SystemBus::connection() const {
@@ -38,15 +39,17 @@ QDBusConnection SystemBus::connection() const {
 }
 
 void SystemBus::start() {
-    if (m_state != State::Idle)
+    if (m_state != State::Idle) {
         return;
+    }
     m_state = State::FirstAttempt;
     tryNow();
 }
 
 void SystemBus::finishFirstAttempt(int timeoutMs) {
-    if (m_state != State::FirstAttempt)
+    if (m_state != State::FirstAttempt) {
         return;
+    }
     m_search.reset();
     BusSearch search(systemBusAddress(), timeoutMs);
     onSearched(search.wait());
@@ -59,17 +62,21 @@ void SystemBus::tryNow() {
 }
 
 void SystemBus::onSearched(const QString& address) {
-    if (m_search)
+    if (m_search) {
         m_search.release()->deleteLater(); // it is the one that is speaking
-    if (!address.isNull())
+    }
+    if (!address.isNull()) {
         connectTo(address);
-    if (m_state == State::Connected)
+    }
+    if (m_state == State::Connected) {
         return;
+    }
     const bool first = m_state == State::FirstAttempt;
     m_state = State::Absent;
     retryLater();
-    if (first)
+    if (first) {
         Q_EMIT firstAttemptFailed();
+    }
 }
 
 void SystemBus::connectTo(const QString& address) {
@@ -90,8 +97,9 @@ void SystemBus::connectTo(const QString& address) {
 }
 
 void SystemBus::onDisconnected() {
-    if (m_state != State::Connected || connection().isConnected())
+    if (m_state != State::Connected || connection().isConnected()) {
         return;
+    }
     QDBusConnection::disconnectFromBus(m_name);
     m_state = State::Absent;
     retryLater();
@@ -105,20 +113,23 @@ void SystemBus::retryLater() {
 }
 
 void SystemBus::watchSocketFolders() {
-    if (m_folders)
+    if (m_folders) {
         return;
+    }
     m_folders = std::make_unique<QFileSystemWatcher>();
     for (const QByteArray& entry : systemBusAddress().split(';')) {
         const QString socket = QFile::decodeName(busAddressValue(entry, "path"));
         const QString folder = QFileInfo(socket).path();
-        if (!socket.isEmpty() && QFileInfo::exists(folder))
+        if (!socket.isEmpty() && QFileInfo::exists(folder)) {
             m_folders->addPath(folder);
+        }
     }
     connect(m_folders.get(), &QFileSystemWatcher::directoryChanged, this, [this] {
         // The socket appears a moment before the daemon listens: look again in quick succession.
         m_retryDelayMs = firstRetryMs;
-        if (m_retry.isActive() && m_retry.remainingTime() > firstRetryMs)
+        if (m_retry.isActive() && m_retry.remainingTime() > firstRetryMs) {
             m_retry.start(firstRetryMs);
+        }
     });
 }
 

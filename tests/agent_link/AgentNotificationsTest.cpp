@@ -23,8 +23,9 @@ protected:
         displays.shown.clear();
         notifications.HandleAgentNotification(static_cast<std::uint32_t>(code));
         std::vector<std::string> lines;
-        for (const QString& line : displays.shown)
+        for (const QString& line : displays.shown) {
             lines.push_back(line.toStdString());
+        }
         return lines;
     }
     std::optional<JsonValue> readFile(const QString& name) {
@@ -61,8 +62,9 @@ TEST_F(AgentNotificationsTest, EveryCodeIsASignOfLife) {
 
 TEST_F(AgentNotificationsTest, DeviceControlEventAndUnknownCodesAreOnlySignsOfLife) {
     EXPECT_THAT(shownBy(AgentNotification::DeviceControlEvent), IsEmpty());
-    for (const std::uint32_t code : {17U, 18U, 22U, 1000U, 0xffffffffU})
+    for (const std::uint32_t code : {17U, 18U, 22U, 1000U, 0xffffffffU}) {
         EXPECT_THAT(shownBy(static_cast<AgentNotification>(code)), IsEmpty()) << code;
+    }
 }
 
 TEST_F(AgentNotificationsTest, AgentStartedConnectsAndShowsItRunning) {
@@ -349,8 +351,9 @@ TEST(AgentNotificationTable, EachCallbackHandsItsCodeToTheSharedController) {
 
 TEST(AgentNotificationTable, CallbacksWithoutASharedControllerDoNothing) {
     ASSERT_EQ(sharedController(), nullptr);
-    for (const AgentNotificationRow& row : agentNotificationTable)
+    for (const AgentNotificationRow& row : agentNotificationTable) {
         row.callback();
+    }
     EXPECT_EQ(sharedController(), nullptr);
 }
 

@@ -85,8 +85,9 @@ TEST_F(AgentSignalsTest, OnlyTheOwnerOfTheNameIsHeard) {
     joinBus();
     BusAgent impostor(daemon.address());
     const auto postAll = [&impostor] {
-        for (const AgentNotificationRow& row : agentNotificationTable)
+        for (const AgentNotificationRow& row : agentNotificationTable) {
             impostor.post(QString::fromLatin1(row.name));
+        }
         impostor.flush();
     };
     postAll(); // the agent is absent

@@ -14,10 +14,11 @@ using testing::HasSubstr;
 std::string sentByAnOrdinaryUser(const PrivateBus& daemon, const QStringList& message) {
     QStringList command{QStringLiteral("dbus-send"), QStringLiteral("--bus=") + daemon.address(),
                         QStringLiteral("--print-reply")};
-    if (geteuid() == 0)
+    if (geteuid() == 0) {
         command = QStringList{QStringLiteral("setpriv"), QStringLiteral("--reuid=nobody"),
                               QStringLiteral("--regid=nogroup"), QStringLiteral("--clear-groups")} +
                   command;
+    }
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     const QString program = command.takeFirst();
@@ -63,9 +64,10 @@ TEST(BusPolicy, EveryoneMaySendRequestsAndIntrospectAndNothingElse) {
         sentByAnOrdinaryUser(daemon, callAgent("org.freedesktop.DBus.Introspectable.Introspect")),
         HasSubstr("method return"));
     for (const char* method : {"com.korvale.agent_server.Other", "com.korvale.other.Request",
-                               "org.freedesktop.DBus.Properties.GetAll"})
+                               "org.freedesktop.DBus.Properties.GetAll"}) {
         EXPECT_THAT(sentByAnOrdinaryUser(daemon, callAgent(method)), HasSubstr("AccessDenied"))
             << method;
+    }
 }
 
 } // namespace

@@ -94,8 +94,9 @@ TEST(ServiceReply, OnlyTheExactTextOkIsSuccess) {
         {R"({})", false},
         {R"({"RESP":"no","RESP":"OK"})", true},
     };
-    for (const auto& [json, ok] : cases)
+    for (const auto& [json, ok] : cases) {
         EXPECT_EQ(ServiceReply(replyWith(QByteArray(json))).isOk(), ok) << json;
+    }
 }
 
 TEST(ServiceReply, AnotherTypeThanTextCountsAsMissing) {

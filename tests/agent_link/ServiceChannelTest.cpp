@@ -328,8 +328,9 @@ TEST_F(ServiceChannelTest, OnlyTheSondarMessageWithAValueIsShown) {
              R"(["SondarNotificationMessage"])",
              "not JSON",
              "",
-         })
+         }) {
         agent.postMessage(envelopeWith(json));
+    }
     const QString message = QStringLiteral("com.korvale.agent_server.Message");
     const QByteArray valid = R"({"CMD_":"SondarNotificationMessage","VALU":"x"})";
     agent.postMessage({{QStringLiteral("DATA"), valid}});

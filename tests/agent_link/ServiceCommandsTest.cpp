@@ -98,8 +98,9 @@ TEST_P(UserCommandTest, InAutomationModeEndsTheProgramOnceTheReplyWasHandled) {
     AutomationMode automation;
     automation.on = true;
     automation.sleepOneSecond = [&] {
-        if (++sleeps == 3)
+        if (++sleeps == 3) {
             channel.answer(R"({"RESP":"OK"})");
+        }
     };
     automation.terminate = [&] { linesAtEnd = log.lines(); };
     ServiceCommands oneShot(state, channel, displays, displays, automation);
@@ -122,8 +123,9 @@ INSTANTIATE_TEST_SUITE_P(All, UserCommandTest, testing::ValuesIn(userCommands),
 
 TEST(ServiceCommandTable, IsInTheOrderOfItsIndex) {
     std::size_t index = 0;
-    for (const ServiceCommandRow& row : serviceCommandTable)
+    for (const ServiceCommandRow& row : serviceCommandTable) {
         EXPECT_EQ(&serviceCommandRow(row.command), &serviceCommandTable[index++]) << row.code;
+    }
 }
 
 TEST_F(ServiceCommandsTest, TheOtherRequestsCarryOnlyTheirCode) {
@@ -131,8 +133,9 @@ TEST_F(ServiceCommandsTest, TheOtherRequestsCarryOnlyTheirCode) {
     commands.checkDriverConnection();
     commands.getSondarVersion();
     for (const ServiceCommand command : {ServiceCommand::GetCustomName, ServiceCommand::GetPolicy,
-                                         ServiceCommand::GetPolicyUpdateTime})
+                                         ServiceCommand::GetPolicyUpdateTime}) {
         commands.request(command, [](const ServiceReply*) {});
+    }
     EXPECT_THAT(channel.sent(),
                 ElementsAre(R"({"CMD_":"GLOG"})", R"({"CMD_":"GDRV"})", R"({"CMD_":"GOPV"})",
                             R"({"CMD_":"CUST"})", R"({"CMD_":"POLY"})", R"({"CMD_":"GPUT"})"));
@@ -145,8 +148,9 @@ TEST_F(ServiceCommandsTest, AutomationModeLeavesTheQueriesOnTheMainQueue) {
     oneShot.getSondarVersion();
     oneShot.readLogLevel(-1, applied);
     oneShot.logging(2, applied);
-    for (const auto& request : channel.requests)
+    for (const auto& request : channel.requests) {
         EXPECT_FALSE(request.onPrivateQueue) << request.json.toStdString();
+    }
 }
 
 // The agent's log level.
@@ -265,10 +269,11 @@ TEST_F(ServiceCommandsTest, TheSondarVersionFollowsTheReply) {
          }) {
         state.sondarVersionNumberString = QStringLiteral("1.0");
         commands.getSondarVersion();
-        if (tested.reply != nullptr)
+        if (tested.reply != nullptr) {
             channel.answer(tested.reply);
-        else
+        } else {
             channel.answerWithError();
+        }
         EXPECT_EQ(state.sondarVersionNumberString, QLatin1String(tested.version))
             << (tested.reply != nullptr ? tested.reply : "error");
     }

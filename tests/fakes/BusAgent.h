@@ -67,8 +67,9 @@ public:
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
         requests.push_back(message);
-        if (const std::optional<QDBusMessage> reply = answer(message))
+        if (const std::optional<QDBusMessage> reply = answer(message)) {
             (void)bus.send(*reply);
+        }
         return true;
     }
 

@@ -26,8 +26,9 @@ public:
     std::unique_ptr<ReplyQueue> sendOnPrivateQueue(const QVariantMap& envelope,
                                                    ReplyHandler handler) override {
         keep(envelope, true, std::move(handler));
-        if (failsAtOnce)
+        if (failsAtOnce) {
             answerWithError();
+        }
         return std::make_unique<ReplyQueue>();
     }
 
@@ -40,8 +41,9 @@ public:
 
     [[nodiscard]] std::vector<QByteArray> sent() const {
         std::vector<QByteArray> texts;
-        for (const Request& request : requests)
+        for (const Request& request : requests) {
             texts.push_back(request.json);
+        }
         return texts;
     }
 

@@ -51,8 +51,9 @@ public:
     }
 
     void kill() {
-        if (m_daemon.state() == QProcess::NotRunning)
+        if (m_daemon.state() == QProcess::NotRunning) {
             return;
+        }
         m_daemon.kill();
         m_daemon.waitForFinished();
         QFile::remove(socketPath());
@@ -76,9 +77,10 @@ private:
         ASSERT_TRUE(packaged.open(QIODevice::ReadOnly));
         QByteArray policy = packaged.readAll();
         ASSERT_TRUE(policy.contains("user=\"root\""));
-        if (owner == Owner::WhoeverRunsThis)
+        if (owner == Owner::WhoeverRunsThis) {
             policy.replace("user=\"root\"",
                            QByteArray("user=\"") + getpwuid(geteuid())->pw_name + '"');
+        }
         write(m_folder.filePath(QStringLiteral("system.d/agent.conf")), policy);
     }
 

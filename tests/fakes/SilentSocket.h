@@ -28,8 +28,9 @@ public:
     SilentSocket& operator=(const SilentSocket&) = delete;
 
     void hangUp() {
-        if (m_listener < 0)
+        if (m_listener < 0) {
             return;
+        }
         close(m_listener);
         unlink(m_path.constData());
         m_listener = -1;

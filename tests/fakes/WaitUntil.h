@@ -14,8 +14,9 @@ bool waitUntil(Condition condition) {
     limit.setSingleShot(true);
     QObject::connect(&limit, &QTimer::timeout, &limit, [&expired] { expired = true; });
     limit.start(20000);
-    while (!condition() && !expired)
+    while (!condition() && !expired) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
     return condition();
 }
 
