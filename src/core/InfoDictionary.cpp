@@ -31,15 +31,18 @@ QString InfoDictionary::administratorsPath() {
     return rootedPath(QStringLiteral("/etc/korvale-ui/Info.json"));
 }
 
-std::optional<InfoDictionary> InfoDictionary::load(const QString& packagedPath,
-                                                   const QString& administratorsPath) {
+InfoDictionary InfoDictionary::load(const QString& packagedPath,
+                                    const QString& administratorsPath) {
     JsonValue packaged = readObject(packagedPath);
-    if (packaged.isNull()) {
-        return std::nullopt;
-    }
     JsonValue administrators = readObject(administratorsPath);
-    const bool isBroken = administrators.isNull() && QFileInfo::exists(administratorsPath);
-    return InfoDictionary(std::move(packaged), std::move(administrators), isBroken);
+    QStringList ignored;
+    if (packaged.isNull()) {
+        ignored << packagedPath;
+    }
+    if (administrators.isNull() && QFileInfo::exists(administratorsPath)) {
+        ignored << administratorsPath;
+    }
+    return {std::move(packaged), std::move(administrators), std::move(ignored)};
 }
 
 JsonValue InfoDictionary::operator[](std::string_view key) const {

@@ -3,8 +3,8 @@
 #include "model/JsonValue.h"
 
 #include <QString>
+#include <QStringList>
 
-#include <optional>
 #include <string_view>
 
 namespace korvale {
@@ -13,10 +13,9 @@ namespace korvale {
 /// replace single keys. Immutable.
 class InfoDictionary {
 public:
-    /// No value when `packagedPath` holds no JSON object: the installation is broken then. The
-    /// administrator's file may be absent; one that holds no JSON object changes nothing.
-    [[nodiscard]] static std::optional<InfoDictionary> load(const QString& packagedPath,
-                                                            const QString& administratorsPath);
+    /// A file that holds no JSON object counts as an empty one.
+    [[nodiscard]] static InfoDictionary load(const QString& packagedPath,
+                                             const QString& administratorsPath);
 
     /// Where the running program's two files are. The packaged one is found from the executable.
     [[nodiscard]] static QString packagedPath();
@@ -32,18 +31,19 @@ public:
     /// "Use Vexa App Icon": false when absent.
     [[nodiscard]] bool usesVexaAppIcon() const;
 
-    /// There is an administrator's file, but it is no JSON object.
-    [[nodiscard]] bool administratorsFileIsBroken() const { return m_administratorsFileIsBroken; }
+    /// Paths of the files that should hold a JSON object and do not. Only the administrator's may
+    /// be absent.
+    [[nodiscard]] const QStringList& ignoredFiles() const { return m_ignoredFiles; }
 
 private:
-    InfoDictionary(JsonValue packaged, JsonValue administrators, bool administratorsFileIsBroken)
+    InfoDictionary(JsonValue packaged, JsonValue administrators, QStringList ignoredFiles)
         : m_packaged(std::move(packaged)),
           m_administrators(std::move(administrators)),
-          m_administratorsFileIsBroken(administratorsFileIsBroken) {}
+          m_ignoredFiles(std::move(ignoredFiles)) {}
 
     JsonValue m_packaged;
     JsonValue m_administrators;
-    bool m_administratorsFileIsBroken;
+    QStringList m_ignoredFiles;
 };
 
 } // namespace korvale

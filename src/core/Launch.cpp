@@ -7,6 +7,7 @@
 #include "core/ProcessValues.h"
 #include "core/StartUp.h"
 #include "core/Termination.h"
+#include "core/ToolkitMessages.h"
 #include "core/UserSession.h"
 #include "platform/ProcRunningApplications.h"
 #include "platform/SystemLogSink.h"
@@ -15,6 +16,7 @@
 #include <QApplication>
 #include <QSessionManager>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -26,8 +28,7 @@ void print(const QByteArray& text) {
     std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
 }
 
-QByteArray versionText(const InfoDictionary& info) {
-    OSLoggingStartup(info, QStringLiteral("korvale-ui"));
+QByteArray versionText() {
     return (bufferText(bundleIdentity().name) + QLatin1Char(' ') +
             bufferText(bundleIdentity().version) + QLatin1Char('\n'))
         .toUtf8();
@@ -84,6 +85,18 @@ int runApplication(int argc, char** argv, const CommandLine& commandLine,
     return EXIT_SUCCESS;
 }
 
+int start(int argc, char** argv, const CommandLine& commandLine, const InfoDictionary& info,
+          TerminationSignals& signalsOfTheSystem) {
+    logStartUp(info);
+    setAutomationMode(commandLine);
+    if (!processValues().automationMode && otherInstanceRuns(ProcRunningApplications())) {
+        logOtherInstance();
+        return EXIT_SUCCESS;
+    }
+    setNoUIMode(info);
+    return runApplication(argc, argv, commandLine, info, signalsOfTheSystem);
+}
+
 } // namespace
 
 int runKorvaleUI(int argc, char** argv) {
@@ -92,31 +105,19 @@ int runKorvaleUI(int argc, char** argv) {
         print(helpText());
         return EXIT_SUCCESS;
     }
-    const QString infoPath = InfoDictionary::packagedPath();
-    const auto info = InfoDictionary::load(infoPath, InfoDictionary::administratorsPath());
-    if (!info) {
-        writeToStandardError("korvale-ui: the installation is broken: " + infoPath.toUtf8() +
-                             " is missing or holds no JSON object.");
-        return EXIT_FAILURE;
-    }
+    const InfoDictionary info =
+        InfoDictionary::load(InfoDictionary::packagedPath(), InfoDictionary::administratorsPath());
+    OSLoggingStartup(info, QString::fromLocal8Bit(program_invocation_short_name));
     if (commandLine.asksFor("--version")) {
-        print(versionText(*info));
+        print(versionText());
         return EXIT_SUCCESS;
     }
     TerminationSignals signalsOfTheSystem;
     ignoreBrokenPipes();
     SystemLogSink log;
     setLogSink(&log);
-    OSLoggingStartup(*info, QStringLiteral("korvale-ui"));
-    logStartUp(*info);
-    setAutomationMode(commandLine);
-    if (!processValues().automationMode && otherInstanceRuns(ProcRunningApplications())) {
-        logOtherInstance();
-        setLogSink(nullptr);
-        return EXIT_SUCCESS;
-    }
-    setNoUIMode(*info);
-    const int status = runApplication(argc, argv, commandLine, *info, signalsOfTheSystem);
+    logToolkitMessages();
+    const int status = start(argc, argv, commandLine, info, signalsOfTheSystem);
     setLogSink(nullptr);
     return status;
 }

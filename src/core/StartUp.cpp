@@ -29,9 +29,8 @@ void logStartUp(const InfoDictionary& info) {
         logLine(LogLevel::Warn, "KORVALE_ROOT is set: files are read below %@.",
                 {qEnvironmentVariable("KORVALE_ROOT")});
     }
-    if (info.administratorsFileIsBroken()) {
-        logLine(LogLevel::Warn, "%@ is not a JSON object and is ignored.",
-                {InfoDictionary::administratorsPath()});
+    for (const QString& file : info.ignoredFiles()) {
+        logLine(LogLevel::Warn, "%@ holds no JSON object and is ignored.", {file});
     }
 }
 

@@ -14,9 +14,7 @@
 namespace korvale {
 namespace {
 
-using testing::Contains;
-using testing::EndsWith;
-using testing::Not;
+using testing::HasSubstr;
 using testing::StartsWith;
 
 constexpr const char* otherInstanceLine = "INFO \"KorvaleUI: an instance already running\"";
@@ -57,14 +55,16 @@ TEST_F(Program, TheVersionIsPrintedAndNothingElseHappens) {
     EXPECT_EQ(m_run.log(), QByteArray());
 }
 
-TEST_F(Program, WithoutItsInformationDictionaryTheInstallationIsBroken) {
-    const QString copy = m_run.path("bin/korvale-ui");
+TEST_F(Program, WithoutItsInformationDictionaryItGoesByItsFileName) {
+    const QString copy = m_run.path("bin/other-name");
     QDir().mkpath(QFileInfo(copy).path());
     ASSERT_TRUE(QFile::copy(ProgramRun::builtProgram(), copy));
-    m_run.start({}, copy);
-    EXPECT_EQ(m_run.status(), 1);
-    EXPECT_EQ(m_run.lines().size(), 1);
-    EXPECT_THAT(m_run.log().toStdString(), StartsWith("korvale-ui: the installation is broken: "));
+    m_run.start({QStringLiteral("-update")}, copy);
+    EXPECT_EQ(m_run.status(), 0);
+    EXPECT_THAT(m_run.log().toStdString(),
+                HasSubstr("Korvale Bastion other-name version = (null) ((null))"));
+    EXPECT_THAT(m_run.log().toStdString(),
+                HasSubstr("/share/korvale-ui/Info.json holds no JSON object and is ignored."));
 }
 
 struct Display {

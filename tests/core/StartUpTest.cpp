@@ -3,6 +3,7 @@
 #include "core/AppState.h"
 #include "core/BundleIdentity.h"
 #include "core/ProcessValues.h"
+#include "core/ToolkitMessages.h"
 #include "fakes/RecordingLogSink.h"
 
 #include <QFile>
@@ -39,8 +40,8 @@ protected:
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(packaged);
         file.close();
-        return *InfoDictionary::load(file.fileName(),
-                                     m_folder.filePath(QStringLiteral("administrators")));
+        return InfoDictionary::load(file.fileName(),
+                                    m_folder.filePath(QStringLiteral("administrators")));
     }
     QTemporaryDir m_folder;
     RecordingLogSink m_sink;
@@ -96,15 +97,26 @@ TEST_F(StartUp, TheFirstLinesComeInOrder) {
                         m_folder.path().toStdString() + "/none.\""));
 }
 
-TEST_F(StartUp, ABrokenAdministratorsFileIsAWarning) {
-    QFile file(m_folder.filePath(QStringLiteral("administrators")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("{");
-    file.close();
+TEST_F(StartUp, AnIgnoredInformationFileIsAWarning) {
     setLogLevel(LogLevel::Warn);
-    logStartUp(info("{}"));
-    EXPECT_THAT(m_sink.lines(), ElementsAre("WARN \"/etc/korvale-ui/Info.json is not a JSON object "
-                                            "and is ignored.\""));
+    logStartUp(info("{"));
+    EXPECT_THAT(m_sink.lines(), ElementsAre("WARN \"" + m_folder.path().toStdString() +
+                                            "/Info.json holds no JSON object and is ignored.\""));
+}
+
+TEST_F(StartUp, TheToolkitsMessagesAreLinesOfTheLog) {
+    const QtMessageHandler before = qInstallMessageHandler(nullptr);
+    logToolkitMessages();
+    setLogLevel(LogLevel::Debug);
+    qDebug("a");
+    qInfo("b\nc");
+    qWarning("d %s", "%@");
+    qCritical("e");
+    setLogLevel(LogLevel::Error);
+    qWarning("suppressed");
+    qInstallMessageHandler(before);
+    EXPECT_THAT(m_sink.lines(),
+                ElementsAre("DEBUG \"a\"", "INFO \"b\\x0ac\"", "WARN \"d %@\"", "ERROR \"e\""));
 }
 
 TEST_F(StartUp, NoUIModeIsSaidWhenItIsOn) {
