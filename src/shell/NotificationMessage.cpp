@@ -1,6 +1,7 @@
 #include "shell/NotificationMessage.h"
 
 #include <QDBusMetaType>
+#include <QGuiApplication>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -82,8 +83,9 @@ QDBusMessage notifyMessage(const DesktopNotification& notification, bool hasBody
     }
     auto call = QDBusMessage::createMethodCall(notificationsName(), notificationsPath(),
                                                notificationsName(), QStringLiteral("Notify"));
-    call << QStringLiteral("KorvaleUI") << replacesNone << QString() << cut(notification.title)
-         << bodyOf(notification, hasBodyMarkup) << actions << hints << serversChoice;
+    call << QGuiApplication::applicationDisplayName() << replacesNone << QString()
+         << cut(notification.title) << bodyOf(notification, hasBodyMarkup) << actions << hints
+         << serversChoice;
     return call;
 }
 

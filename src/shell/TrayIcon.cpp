@@ -3,6 +3,7 @@
 #include "shell/StatusItem.h"
 #include "shell/StatusItemMenu.h"
 
+#include <QCursor>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
@@ -132,13 +133,17 @@ void TrayIcon::showIcon() {
     updatePicture();
     updateToolTip();
     m_icon->setContextMenu(m_menu.menu());
-    connect(m_icon.get(), &QSystemTrayIcon::activated, this,
-            [this](QSystemTrayIcon::ActivationReason reason) {
-                if (reason == QSystemTrayIcon::Trigger && !m_menu.isNoUI()) {
-                    Q_EMIT activated();
-                }
-            });
+    connect(m_icon.get(), &QSystemTrayIcon::activated, this, &TrayIcon::react);
     m_icon->show();
+}
+
+void TrayIcon::react(QSystemTrayIcon::ActivationReason reason) {
+    if (reason == QSystemTrayIcon::Trigger && !m_menu.isNoUI()) {
+        Q_EMIT activated();
+    } else if (reason == QSystemTrayIcon::Context && !m_isX11) {
+        // A panel that does not draw menus itself; in the X11 tray the toolkit has opened it.
+        m_menu.menu()->popup(QCursor::pos());
+    }
 }
 
 void TrayIcon::updatePicture() {

@@ -54,6 +54,7 @@ private:
     void hostIs(bool isThere);
     void askForX11();
     void showIcon();
+    void react(QSystemTrayIcon::ActivationReason reason);
     void updatePicture();
     void updateToolTip();
 

@@ -122,8 +122,19 @@ class Tray(DesktopCase):
     def test_left_click_opens_the_details(self):
         program = self.program()
         self.item(program).activate()
-        wait_until(lambda: self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid",
-                                             str(program.pid)], check=False).split(), "the window")
+        wait_until(lambda: self.windows(program), "the window")
+
+    def test_a_panel_without_menus_of_its_own_has_the_item_open_its_menu(self):
+        program = self.program()
+        item = self.item(program)
+        item.open_context_menu()
+        wait_until(lambda: self.windows(program), "the menu")
+        self.desktop.run(["xdotool", "key", "Escape"])
+        wait_until(lambda: not self.windows(program), "the menu to close")
+
+    def windows(self, program):
+        return self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                 str(program.pid)], check=False).split()
 
 
 class TrayHosts(DesktopCase):

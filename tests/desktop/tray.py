@@ -93,6 +93,9 @@ class TrayItem:
     def activate(self):
         self._object(self.path).Activate(0, 0, dbus_interface=ITEM)
 
+    def open_context_menu(self):
+        self._object(self.path).ContextMenu(100, 100, dbus_interface=ITEM)
+
     # The menu
 
     def _menu(self):

@@ -10,6 +10,8 @@
 #include "shell/NotificationMessage.h"
 #include "shell/Resources.h"
 
+#include <QGuiApplication>
+
 #include <gtest/gtest.h>
 
 namespace korvale {
@@ -104,11 +106,12 @@ protected:
 };
 
 TEST_F(UserNotificationsTest, CarryTitleSubtitleAndMessage) {
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("The Display Name"));
     start();
     notifications.SendNotification(QStringLiteral("a < b"), QStringLiteral("c & d"), noImage);
     const QVariantList arguments = shownArguments();
     ASSERT_EQ(arguments.size(), 8);
-    EXPECT_EQ(arguments.at(0), QVariant(QStringLiteral("KorvaleUI")));
+    EXPECT_EQ(arguments.at(0), QVariant(QStringLiteral("The Display Name")));
     EXPECT_EQ(arguments.at(1), QVariant(0U));
     EXPECT_EQ(arguments.at(3), QVariant(QStringLiteral("Product")));
     EXPECT_EQ(arguments.at(4), QVariant(QStringLiteral("c & d\na < b")));
