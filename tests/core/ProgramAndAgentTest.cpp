@@ -1,0 +1,114 @@
+#include "fakes/BusAgent.h"
+#include "fakes/PrivateBus.h"
+#include "fakes/ProgramRun.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace korvale {
+namespace {
+
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+/// The built program and an agent on one system bus.
+class ProgramAndAgent : public testing::Test {
+protected:
+    void SetUp() override {
+        m_systemBus.start();
+        m_run.set("DBUS_SYSTEM_BUS_ADDRESS", m_systemBus.address());
+        m_run.offscreen();
+        m_agent.emplace(m_systemBus.address());
+        ASSERT_TRUE(m_agent->takeName());
+        m_agent->answer = [](const QDBusMessage& request) {
+            return request.createReply(envelopeWith(R"({"RESP":"OK"})"));
+        };
+    }
+    /// The commands that the agent has got so far, in order.
+    [[nodiscard]] std::vector<std::string> commands() const {
+        std::vector<std::string> result;
+        for (const QDBusMessage& request : m_agent->requests) {
+            const QVariantMap envelope = qdbus_cast<QVariantMap>(request.arguments().value(0));
+            const QByteArray data = envelope.value(QStringLiteral("<DATA>")).toByteArray();
+            const qsizetype start = data.indexOf("\"CMD_\":\"") + 8;
+            result.push_back(data.mid(start, 4).toStdString());
+        }
+        return result;
+    }
+    bool waitForCommands(std::size_t count) {
+        return waitUntil([&] { return m_agent->requests.size() >= count; });
+    }
+    /// Turns the event loop, so that the agent answers, until the program has ended.
+    int statusWithAgent() {
+        // The process's end wakes the event loop.
+        EXPECT_TRUE(waitUntil([&] { return m_run.process.state() == QProcess::NotRunning; }));
+        return m_run.status();
+    }
+
+    PrivateBus m_systemBus;
+    ProgramRun m_run;
+    std::optional<BusAgent> m_agent;
+};
+
+TEST_F(ProgramAndAgent, LaunchAsksForTheDriverAndTheFirstTickForEverythingElse) {
+    m_run.start();
+    ASSERT_TRUE(waitForCommands(5));
+    EXPECT_THAT(commands(), ElementsAre("GDRV", "CUST", "POLY", "GPUT", "GOPV"));
+}
+
+TEST_F(ProgramAndAgent, NoUIModeAsksForTheDriverOnlyAndStillHearsTheAgent) {
+    const QString file = m_run.path("root/etc/korvale-ui/Info.json");
+    QDir().mkpath(QFileInfo(file).path());
+    QFile info(file);
+    ASSERT_TRUE(info.open(QIODevice::WriteOnly));
+    info.write(R"({"NoKorvaleUI": 1})");
+    info.close();
+    m_run.start();
+    ASSERT_TRUE(waitForCommands(1));
+    // The agent's start makes a new connection, with another query for the driver.
+    m_agent->post(QStringLiteral("com.korvale.agent.started"));
+    ASSERT_TRUE(waitForCommands(2));
+    EXPECT_THAT(commands(), ElementsAre("GDRV", "GDRV"));
+}
+
+TEST_F(ProgramAndAgent, OfSeveralOneShotOptionsOneIsSentAndTheProgramEnds) {
+    m_run.start({QStringLiteral("-background-scan"), QStringLiteral("-update")});
+    EXPECT_EQ(statusWithAgent(), 0);
+    EXPECT_THAT(commands(), UnorderedElementsAre("GDRV", "CHKU"));
+    EXPECT_TRUE(m_run.log().contains("INFO \"Service returned 'OK' for checkUpdates.\"\n"));
+    EXPECT_EQ(m_run.lines().last(), exitLine);
+}
+
+TEST_F(ProgramAndAgent, AOneShotStartEndsAfterFifteenWaitsForASilentAgent) {
+    m_agent->answer = [](const QDBusMessage&) { return std::nullopt; };
+    QElapsedTimer timer;
+    timer.start();
+    m_run.start({QStringLiteral("-folder-scan"), QStringLiteral("/tmp")});
+    EXPECT_EQ(statusWithAgent(), 0);
+    EXPECT_GE(timer.elapsed(), 14'500);
+    EXPECT_THAT(commands(), UnorderedElementsAre("GDRV", "SCAN"));
+    EXPECT_EQ(m_run.lines().last(), exitLine);
+}
+
+TEST_F(ProgramAndAgent, ASignalEndsAOneShotStartThatWaits) {
+    m_agent->answer = [](const QDBusMessage&) { return std::nullopt; };
+    m_run.start({QStringLiteral("-background-scan-stop")});
+    ASSERT_TRUE(waitForCommands(1));
+    QElapsedTimer timer;
+    timer.start();
+    m_run.send(SIGTERM);
+    EXPECT_EQ(statusWithAgent(), 0);
+    EXPECT_LT(timer.elapsed(), 10'000);
+}
+
+} // namespace
+} // namespace korvale
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
