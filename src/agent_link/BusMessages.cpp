@@ -23,4 +23,8 @@ std::optional<QVariantMap> dictionaryOf(const QDBusMessage& message) {
     return qdbus_cast<QVariantMap>(message.arguments().constFirst());
 }
 
+bool hasFailedAtOnce(const QDBusPendingCall& call) {
+    return call.isFinished() && call.isError();
+}
+
 } // namespace korvale

@@ -104,7 +104,7 @@ void ServiceChannel::sendNow(const QVariantMap& envelope, const ReplyHandler& ha
         return;
     }
     const QDBusPendingCall call = m_bus.connection().asyncCall(requestMessage(envelope), noTimeout);
-    if (call.isFinished()) { // the bus has gone in this moment
+    if (hasFailedAtOnce(call)) {
         handler(nullptr);
         return;
     }

@@ -2,6 +2,7 @@
 import contextlib
 import json
 import os
+import sys
 import unittest
 
 import dbus
@@ -23,12 +24,33 @@ class DesktopCase(unittest.TestCase):
     def setUp(self):
         self.cleanup = contextlib.ExitStack()
         self.addCleanup(self.cleanup.close)
+        self.said = []  # (who, its lines) of every process started
+
+    def run(self, result=None):
+        """Shows what the processes said when a test has failed."""
+        result = result or self.defaultTestResult()
+        before = len(result.failures) + len(result.errors)
+        super().run(result)
+        if len(result.failures) + len(result.errors) > before:
+            for who, lines in self.said:
+                print(f"--- {who} ({self.id()})", *lines[-40:], sep="\n", file=sys.stderr)
+        return result
 
     def program(self, *arguments, **options):
-        return self.cleanup.enter_context(Program(self.desktop, *arguments, **options))
+        program = self.cleanup.enter_context(Program(self.desktop, *arguments, **options))
+        self.said.append((f"korvale-ui {' '.join(arguments)}", program.log.lines))
+        return program
 
     def agent(self, *arguments):
-        return self.cleanup.enter_context(Agent(self.desktop, *arguments)).wait_ready()
+        agent = self.cleanup.enter_context(Agent(self.desktop, *arguments)).wait_ready()
+        self.said.append(("agent", agent.output.lines))
+        return agent
+
+    def connected_agent(self, program):
+        """An agent that the program follows: it is on the bus and has asked for the driver."""
+        agent = self.agent()
+        agent.tell("wait-request GDRV 20")
+        return agent
 
     def item(self, program):
         item = TrayItem(self.desktop, program)

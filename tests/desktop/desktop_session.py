@@ -218,7 +218,9 @@ class DesktopSession:
         """One of the services/ scripts; returns when it owns its name."""
         process = self.start_part(part, ["/usr/bin/python3", str(HERE / "services" / script),
                                          *arguments], stdout=subprocess.PIPE)
-        if process.stdout.readline() != b"ready\n":
+        with process.stdout as said:
+            is_ready = said.readline() == b"ready\n"
+        if not is_ready:
             raise SessionError(f"{script} did not start")
 
     def _start_accessibility(self):

@@ -23,10 +23,15 @@ class LineReader:
         self._thread.start()
 
     def _read(self, stream):
-        for line in stream:
-            with self._changed:
-                self.lines.append(line.rstrip("\n"))
-                self._changed.notify_all()
+        with stream:
+            for line in stream:
+                with self._changed:
+                    self.lines.append(line.rstrip("\n"))
+                    self._changed.notify_all()
+
+    def join(self):
+        """Waits for the stream's end, which a process that left children may delay."""
+        self._thread.join(2)
 
     def wait_for(self, pattern, start=0, timeout=20.0):
         """The first line from index `start` on that matches; returns (index, match)."""
@@ -72,6 +77,8 @@ class Program:
         if self.process.poll() is None:
             self.process.kill()
         self.process.wait()
+        self.log.join()
+        self.output.join()
 
     @property
     def pid(self):
@@ -113,6 +120,8 @@ class Agent:
             self.process.kill()
         self.process.wait()
         self.process.stdin.close()
+        self.output.join()
+        self.errors.join()
 
     def wait_ready(self, timeout=20.0):
         index, _ = self.output.wait_for(r"^ready\b", 0, timeout)
