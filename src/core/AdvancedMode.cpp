@@ -13,7 +13,7 @@
 namespace korvale {
 namespace {
 
-constexpr qint64 largestFile = 1024 * 1024;
+constexpr qint64 largestFile = 1 << 20;
 
 void logDebug(const char* format, std::initializer_list<QString> arguments = {}) {
     if (logs(LogLevel::Debug)) {
@@ -27,7 +27,7 @@ QString flag(bool value) {
 
 std::optional<QString> takeContents(const QString& path) {
     const std::optional<QByteArray> bytes = readSmallFile(path, largestFile);
-    const std::optional<QString> contents = bytes ? textFromUtf8(*bytes) : std::nullopt;
+    std::optional<QString> contents = bytes ? textFromUtf8(*bytes) : std::nullopt;
     QFile file(path);
     const bool removed = file.remove();
     logDebug("isAdvanceMode error %@, contents %@",

@@ -10,7 +10,7 @@
 namespace korvale {
 namespace {
 
-constexpr qint64 largestFile = 1024 * 1024;
+constexpr qint64 largestFile = 1 << 20;
 
 /// Null unless the file holds a JSON object.
 JsonValue readObject(const QString& path) {

@@ -7,7 +7,7 @@
 namespace korvale {
 namespace {
 
-constexpr qint64 largestFile = 64 * 1024;
+constexpr qint64 largestFile = 1 << 16;
 
 QByteArray unquoted(QByteArray value) {
     if (value.size() >= 2 && value.startsWith('\'') && value.endsWith('\'')) {

@@ -133,7 +133,7 @@ void BusProbe::readAnswer() {
 }
 
 QByteArray sessionBusAddress() {
-    const QByteArray given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    QByteArray given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     if (!given.isEmpty()) {
         return given;
     }
@@ -146,7 +146,7 @@ QByteArray sessionBusAddress() {
 }
 
 QByteArray systemBusAddress() {
-    const QByteArray given = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
+    QByteArray given = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
     return given.isEmpty() ? QByteArrayLiteral("unix:path=/run/dbus/system_bus_socket") : given;
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr qint64 largestEntry = 1024 * 1024;
+constexpr qint64 largestEntry = 1 << 20;
 
 std::vector<std::string> folders(const QByteArray& list) {
     std::vector<std::string> result;
@@ -112,8 +112,10 @@ void DesktopEntryIndex::add(const DesktopEntry& entry,
         }
         return;
     }
-    for (const std::string& folder : programFolders) {
-        if (const auto id = fileId(folder + '/' + program)) {
+    for (std::string path : programFolders) {
+        path += '/';
+        path += program;
+        if (const auto id = fileId(path)) {
             addTo(m_entries, *id, entry);
             return;
         }

@@ -2,8 +2,6 @@
 
 #include "platform/SmallFile.h"
 
-#include <QList>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -18,7 +16,7 @@
 namespace korvale {
 namespace {
 
-constexpr qint64 largestProcFile = 64 * 1024;
+constexpr qint64 largestProcFile = 1 << 16;
 
 std::optional<pid_t> pidOf(const char* name) {
     pid_t pid = 0;
@@ -55,12 +53,27 @@ std::string executableOf(const std::string& folder) {
 
 /// Start time in clock ticks since boot (field 22 of stat); a process that is gone is the youngest.
 unsigned long long startTime(const std::string& folder) {
+    static constexpr int blanksBefore = 20; // behind the second field
     const auto content = readSmallFile((folder + "/stat").c_str(), largestProcFile);
     // The second field, the command's name between brackets, may itself hold blanks and brackets.
-    const QList<QByteArray> fields =
-        content ? content->mid(content->lastIndexOf(')') + 2).split(' ') : QList<QByteArray>();
-    return fields.size() > 19 ? fields[19].toULongLong() : ULLONG_MAX;
+    qsizetype position = content ? content->lastIndexOf(')') : -1;
+    for (int blank = 0; position >= 0 && blank < blanksBefore; ++blank) {
+        position = content->indexOf(' ', position + 1);
+    }
+    unsigned long long ticks = ULLONG_MAX;
+    if (position >= 0) {
+        std::from_chars(content->constData() + position + 1, content->constData() + content->size(),
+                        ticks);
+    }
+    return ticks;
 }
+
+/// The process that stands for an application so far. When it started is only asked for where
+/// another process shares its executable.
+struct Oldest {
+    pid_t pid;
+    std::optional<unsigned long long> start;
+};
 
 } // namespace
 
@@ -76,7 +89,7 @@ ProcRunningApplications::ProcRunningApplications(Place place, DesktopEntryIndex:
     : m_place(std::move(place)), m_entries(std::move(entries)) {}
 
 std::vector<RunningApplication> ProcRunningApplications::list() const {
-    std::map<std::string, pid_t> oldest;
+    std::map<std::string, Oldest> oldest;
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(m_place.proc.c_str()), ::closedir);
     const auto pathOf = [this](pid_t pid) { return m_place.proc + '/' + std::to_string(pid); };
     while (const dirent* entry = folder ? ::readdir(folder.get()) : nullptr) {
@@ -93,18 +106,25 @@ std::vector<RunningApplication> ProcRunningApplications::list() const {
         if (executable.empty() || elsewhere) {
             continue;
         }
-        const auto [known, isNew] = oldest.emplace(executable, *pid);
-        if (!isNew && std::pair(startTime(process), *pid) <
-                          std::pair(startTime(pathOf(known->second)), known->second)) {
-            known->second = *pid;
+        const auto [known, isNew] = oldest.emplace(executable, Oldest{*pid, std::nullopt});
+        if (isNew) {
+            continue;
+        }
+        Oldest& former = known->second;
+        if (!former.start) {
+            former.start = startTime(pathOf(former.pid));
+        }
+        const unsigned long long start = startTime(process);
+        if (std::pair(start, *pid) < std::pair(*former.start, former.pid)) {
+            former = {*pid, start};
         }
     }
     const DesktopEntryIndex names(m_entries);
     std::vector<RunningApplication> applications;
-    for (const auto& [executable, pid] : oldest) {
+    for (const auto& [executable, process] : oldest) {
         const std::string file = executable.substr(executable.rfind('/') + 1);
         applications.push_back(
-            {names.nameOf(executable).value_or(QString::fromStdString(file)), pid});
+            {names.nameOf(executable).value_or(QString::fromStdString(file)), process.pid});
     }
     std::sort(applications.begin(), applications.end(),
               [](const auto& a, const auto& b) { return a.pid < b.pid; });
