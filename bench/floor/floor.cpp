@@ -11,7 +11,7 @@
 #include <QStandardItemModel>
 #include <QSystemTrayIcon>
 #include <QTableView>
-#include <QTimer>
+#include <QWindow>
 
 #include <cstdio>
 #include <cstring>
