@@ -27,6 +27,7 @@ class ItemWatch:
     def __init__(self, session):
         dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
         self.moments = []
+        self.at_next = None  # called once, on the watching thread, when the next item registers
         self._bus = session.session_bus()
         self._bus.add_signal_receiver(self._registered, "StatusNotifierItemRegistered", WATCHER)
         self._loop = GLib.MainLoop()
@@ -35,6 +36,9 @@ class ItemWatch:
 
     def _registered(self, _item):
         self.moments.append(time.monotonic())
+        if self.at_next:
+            self.at_next, action = None, self.at_next
+            action()
 
     def wait(self, count, timeout=60):
         wait_until(lambda: len(self.moments) >= count, "the status item", timeout)
@@ -46,16 +50,20 @@ class ItemWatch:
 
 
 def cpu_seconds(pid):
-    fields = pathlib.Path(f"/proc/{pid}/stat").read_text().rsplit(")", 1)[1].split()
-    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
-
-
-def exact_cpu_seconds(pid):
-    """CPU time of all threads with the scheduler's own precision (nanoseconds)."""
+    """CPU time of all present threads, with the scheduler's own precision (nanoseconds)."""
     total = 0
     for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
         with contextlib.suppress(OSError):
             total += int((task / "schedstat").read_text().split()[0])
+    return total * 1e-9
+
+
+def own_seconds(pid):
+    """The same with the time in which its threads could have run but no core was free."""
+    total = 0
+    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
+        with contextlib.suppress(OSError):
+            total += sum(int(word) for word in (task / "schedstat").read_text().split()[:2])
     return total * 1e-9
 
 
@@ -92,7 +100,7 @@ class Started:
         self.process = subprocess.Popen(command, env=session.env, stdin=subprocess.DEVNULL,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.wall = watch.wait(before + 1) - start
-        self.cpu = exact_cpu_seconds(self.process.pid)
+        self.cpu = cpu_seconds(self.process.pid)
 
     @property
     def pid(self):
@@ -103,28 +111,37 @@ class Started:
         self.process.wait(20)
 
 
-def start_pairs(session, watch, baseline, program, pairs=15):
-    """Medians of interleaved starts: ((wall, cpu) of the baseline, (wall, cpu) of the program)."""
+def start_pairs(session, watch, baseline, program, pairs, later=5):
+    """Medians of interleaved starts: (wall, CPU) of the baseline and of the program until their
+    items are registered; then the CPU time of both in the seconds after that, of one pair."""
     taken = {"baseline": [], "program": []}
-    for _ in range(pairs):
+    afterwards = []
+    for pair in range(pairs):
         for name, command in (("baseline", baseline), ("program", program)):
             started = Started(session, watch, command)
             taken[name].append((started.wall, started.cpu))
+            if pair == 0:
+                time.sleep(later)
+                afterwards.append(cpu_seconds(started.pid) - started.cpu)
             started.end()
-    return tuple(tuple(statistics.median(values) for values in zip(*taken[name]))
-                 for name in ("baseline", "program"))
+    return *(tuple(statistics.median(values) for values in zip(*taken[name]))
+             for name in ("baseline", "program")), afterwards
 
 
 def start_instructions(session, watch, command, folder):
-    """Instructions of the process until its item is registered and it was asked to end."""
+    """Instructions of the process from its first to the moment its item is registered.
+
+    It is ended there by a signal that no program handles, so that no clean end is counted.
+    """
     output = pathlib.Path(folder) / f"callgrind.{pathlib.Path(command[0]).name}"
+    output.unlink(missing_ok=True)
     before = len(watch.moments)
     process = subprocess.Popen(
         ["valgrind", "--tool=callgrind", f"--callgrind-out-file={output}", *command],
         env=session.env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
         stderr=subprocess.DEVNULL)
+    watch.at_next = lambda: process.send_signal(signal.SIGUSR1)
     watch.wait(before + 1, 120)
-    process.send_signal(signal.SIGTERM)
     process.wait(60)
     return int(re.search(r"^(?:summary|totals): (\d+)", output.read_text(errors="replace"),
                          re.MULTILINE).group(1))
@@ -132,7 +149,7 @@ def start_instructions(session, watch, command, folder):
 
 def at_rest(pid, seconds):
     """(wake-ups a second, CPU seconds a minute) over the given time."""
-    before = wakeups(pid), exact_cpu_seconds(pid)
+    before = wakeups(pid), cpu_seconds(pid)
     time.sleep(seconds)
-    after = wakeups(pid), exact_cpu_seconds(pid)
+    after = wakeups(pid), cpu_seconds(pid)
     return (after[0] - before[0]) / seconds, (after[1] - before[1]) * 60 / seconds

@@ -1,0 +1,131 @@
+"""How soon the program answers: a menu click during a large batch, an icon after a signal."""
+import json
+import os
+import shutil
+import statistics
+import subprocess
+import threading
+import time
+
+import dbus
+
+import process_measures as measure
+from desktop_measures import BATCH, ms
+from desktop_session import SessionError
+from drivers import host_cache
+from report import Figure
+from tray import ITEM, PROPERTIES, TrayItem
+
+GROUP = "Answers"
+AGENT = "com.korvale.agent_server"
+
+
+def write_lists(bench):
+    """Two lists of 100,000 records with different bytes, beside the host cache."""
+    paths = []
+    for count in (100_000, 99_990):
+        path = str(bench.folder / f"{count}.log")
+        subprocess.run([str(bench.binaries / "korvale-bench-batch"), "--mode=generate",
+                        f"--repeat={count}", path], check=True)
+        paths.append(path)
+    return paths
+
+
+def place(bench, path):
+    folder = host_cache(bench.session)
+    shutil.copy(path, folder / ".coming")
+    os.replace(folder / ".coming", folder / "file_states.log")
+    (folder / "header.log").write_text(json.dumps({"MessageMask": 1}))
+
+
+def clicks_during_batches(bench, agent, item, pid):
+    entry = next(one for one in item.menu() if one.checkable)
+    taken = []
+    for path in write_lists(bench) * (2 if bench.quick else 4):
+        place(bench, path)
+        before, begin = measure.own_seconds(pid), time.monotonic()
+        agent.tell(f"post {BATCH}")
+        item.click(entry)
+        answered = time.monotonic() - begin
+        time.sleep(1)
+        taken.append((answered, measure.own_seconds(pid) - before))
+    answered, own = (statistics.median(values) for values in zip(*taken))
+    bench.clear_host_cache()
+    return [Figure(GROUP, "menu click during a changed batch of 100,000 records", ms(answered),
+                   f"{ms(own)}, the batch's own time", answered / own, "≤ 2 batches", 2.0)]
+
+
+class IconWatch:
+    """Moments of the agent's signals, and of the host having the picture that followed."""
+
+    def __init__(self, bench, item):
+        self._item = item
+        self.spans = []
+        self._signalled = None
+        self._changed = threading.Event()
+        self._system = bench.session.system_bus()
+        self._session = bench.session.session_bus()
+        self._object = self._session.get_object(item.service, item.path, introspect=False)
+        self._system.add_signal_receiver(self._signal, path="/com/korvale/agent_server")
+        self._session.add_signal_receiver(self._new_icon, "NewIcon", ITEM, item.service)
+
+    def _signal(self, *_arguments):
+        self._signalled = time.monotonic()
+
+    def _new_icon(self, *_arguments):
+        self.picture()
+        if self._signalled is not None:
+            self.spans.append(time.monotonic() - self._signalled)
+            self._changed.set()
+
+    def picture(self):
+        return self._object.Get(ITEM, "IconPixmap", dbus_interface=PROPERTIES,
+                                byte_arrays=True)
+
+    def ping(self):
+        self._object.Ping(dbus_interface="org.freedesktop.DBus.Peer")
+
+    def after(self, act):
+        self._signalled = None
+        self._changed.clear()
+        act()
+        if not self._changed.wait(10):
+            raise SessionError("the icon did not change")
+
+    def close(self):
+        self._system.close()
+        self._session.close()
+
+
+def seconds_of(act):
+    begin = time.monotonic()
+    act()
+    return time.monotonic() - begin
+
+
+def icon_after_signal(bench, agent, item):
+    watch = IconWatch(bench, item)
+    trips, transfers = [], []
+    for turn in range(10 if bench.quick else 60):
+        watch.after(lambda word="on" if turn % 2 == 0 else "off": agent.tell(f"halyx {word}"))
+        time.sleep(0.03)
+        trips.append(seconds_of(watch.ping))
+        time.sleep(0.03)
+        transfers.append(seconds_of(watch.picture))
+    seen, trip, transfer = (statistics.median(one) for one in (watch.spans, trips, transfers))
+    watch.close()
+    return [Figure(GROUP, "signal on the bus to the new icon at a tray host", f"{seen * 1e3:.2f} ms",
+                   f"2 x {trip * 1e3:.2f} + {transfer * 1e3:.2f} ms", seen / (2 * trip + transfer),
+                   "≤ 2 round trips + transfer", 1.0)]
+
+
+def answers(bench):
+    with bench.agent() as agent:
+        program = bench.started(bench.program)
+        item = TrayItem(bench.session, program.process)
+        time.sleep(1)
+        figures = icon_after_signal(bench, agent, item)
+        figures += clicks_during_batches(bench, agent, item, program.pid)
+        item.close()
+        program.end()
+    return figures, {}
