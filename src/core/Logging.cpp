@@ -1,8 +1,9 @@
 #include "core/Logging.h"
 
-#include "platform/SystemLogSink.h"
+#include "platform/StandardError.h"
 #include "platform/TextFormat.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 
@@ -13,6 +14,12 @@ std::atomic<LogSink*> chosenSink{nullptr};
 std::atomic<LogLevel> processLogLevel{static_cast<LogLevel>(KORVALE_LOG_LEVEL)};
 
 constexpr std::array levelWords{"ERROR", "WARN", "INFO", "DEBUG"};
+
+/// C0, DEL and C1.
+bool isControl(QChar character) {
+    const char16_t unit = character.unicode();
+    return unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
+}
 
 /// Before the sink is chosen (the very first lines, and tests) standard error alone is there.
 void writeLine(LogLevel level, const QString& text) {
@@ -41,10 +48,13 @@ const char* logLevelWord(LogLevel level) {
 }
 
 QString escapeControlCharacters(const QString& text) {
+    if (std::none_of(text.begin(), text.end(), isControl)) {
+        return text;
+    }
     QString result;
     result.reserve(text.size());
     for (const QChar character : text) {
-        if (character.category() == QChar::Other_Control) {
+        if (isControl(character)) {
             result += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
         } else {
             result += character;

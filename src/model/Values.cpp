@@ -5,63 +5,79 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <string>
 
 namespace korvale {
 
 namespace {
 
-/// A JSON string, with the escapes that RFC 8259 asks for.
-QString quoted(std::string_view utf8) {
-    QString result = QStringLiteral("\"");
-    const QString text = utf8Text(utf8);
-    for (const QChar c : text) {
-        if (c == u'"' || c == u'\\') {
-            result += u'\\';
-            result += c;
-        } else if (c.unicode() < 0x20) {
-            result += QStringLiteral("\\u%1").arg(int{c.unicode()}, 4, 16, QLatin1Char('0'));
+/// A JSON string. Escapes are the short ones of RFC 8259, and \u00NN for what has none.
+void appendQuoted(std::string& out, std::string_view utf8) {
+    constexpr std::string_view special = "\"\\\b\f\n\r\t";
+    constexpr std::string_view shortEscapes = "\"\\bfnrt";
+    constexpr std::string_view hexDigits = "0123456789abcdef";
+    out += '"';
+    for (const char c : utf8) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= 0x20 && c != '"' && c != '\\') {
+            out += c;
+        } else if (const auto known = special.find(c); known != std::string_view::npos) {
+            out += '\\';
+            out += shortEscapes[known];
         } else {
-            result += c;
+            out += "\\u00";
+            out += hexDigits[byte >> 4U];
+            out += hexDigits[byte & 0x0FU];
         }
     }
-    return result += u'"';
+    out += '"';
+}
+
+/// Puts `end` in the place of the comma behind the last element, if there is one.
+void closeContainer(std::string& out, char end) {
+    if (out.back() == ',') {
+        out.back() = end;
+    } else {
+        out += end;
+    }
 }
 
 // Recursion ends at the depth that the parser admits.
 // NOLINTBEGIN(misc-no-recursion)
-void appendCompact(QString& out, const JsonValue& value) {
+void appendCompact(std::string& out, const JsonValue& value) {
     switch (value.kind()) {
     case JsonKind::Null:
-        out += QLatin1String("null");
+        out += "null";
         break;
     case JsonKind::False:
-        out += QLatin1String("false");
+        out += "false";
         break;
     case JsonKind::True:
-        out += QLatin1String("true");
+        out += "true";
         break;
     case JsonKind::Number:
-        out += numberText(value.utf8());
+        out += numberText(value.utf8()).toStdString();
         break;
     case JsonKind::Text:
-        out += quoted(value.utf8());
+        appendQuoted(out, value.utf8());
         break;
     case JsonKind::List:
-        out += u'[';
+        out += '[';
         for (const JsonValue& element : value.elements()) {
             appendCompact(out, element);
-            out += u',';
+            out += ',';
         }
-        value.size() > 0 ? out.back() = u']' : out += u']';
+        closeContainer(out, ']');
         break;
     case JsonKind::Object:
-        out += u'{';
+        out += '{';
         for (const JsonMember& member : value.members()) {
-            out += quoted(member.name.utf8()) + u':';
+            appendQuoted(out, member.name.utf8());
+            out += ':';
             appendCompact(out, member.value);
-            out += u',';
+            out += ',';
         }
-        value.size() > 0 ? out.back() = u'}' : out += u'}';
+        closeContainer(out, '}');
         break;
     }
 }
@@ -133,9 +149,9 @@ QString valueText(const JsonValue& value) {
     if (!value.isList() && !value.isObject()) {
         return scalarText(value.kind(), value.utf8());
     }
-    QString compact;
+    std::string compact;
     appendCompact(compact, value);
-    return compact;
+    return utf8Text(compact);
 }
 
 std::optional<QString> cellText(const JsonValue& value) {

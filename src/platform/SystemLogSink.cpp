@@ -6,6 +6,13 @@
 #include <unistd.h>
 
 namespace korvale {
+namespace {
+
+// So many lines within that time are written by whoever logs them.
+constexpr int fewLines = 100;
+constexpr std::chrono::seconds burstTime{1};
+
+} // namespace
 
 bool isJournalStream(const QByteArray& journalStream, int descriptor) {
     struct stat status {};
@@ -16,39 +23,49 @@ bool isJournalStream(const QByteArray& journalStream, int descriptor) {
            QByteArray::number(status.st_dev) + ':' + QByteArray::number(status.st_ino);
 }
 
-void writeToStandardError(const QByteArray& line) {
-    const QByteArray whole = line + '\n';
-    const char* rest = whole.constData();
-    auto left = static_cast<std::size_t>(whole.size());
-    while (left > 0) {
-        const ssize_t written = ::write(STDERR_FILENO, rest, left);
-        if (written <= 0) {
-            return;
-        }
-        rest += written;
-        left -= static_cast<std::size_t>(written);
-    }
-}
-
-SystemLogSink::SystemLogSink()
-    : m_stderrIsJournal(isJournalStream(qgetenv("JOURNAL_STREAM"), STDERR_FILENO)) {
+SystemLogSink::SystemLogSink(std::size_t capacity)
+    : m_stderrIsJournal(isJournalStream(qgetenv("JOURNAL_STREAM"), STDERR_FILENO)),
+      m_backlog([this](LogLevel level, const QByteArray& line) { writeNow(level, line); },
+                capacity) {
     if (!m_stderrIsJournal) {
         ::openlog("korvale-ui", LOG_PID, LOG_USER);
     }
 }
 
 SystemLogSink::~SystemLogSink() {
+    m_standardError.hurry();
+    m_backlog.finish();
     if (!m_stderrIsJournal) {
         ::closelog();
     }
 }
 
 void SystemLogSink::write(LogLevel level, const QByteArray& line) {
+    const std::lock_guard lock(m_mutex);
+    const bool isNoTrouble = !isOneOfMany() && m_backlog.isEmpty() &&
+                             StandardError::takes(static_cast<std::size_t>(line.size()));
+    if (isNoTrouble) {
+        writeNow(level, line);
+    } else {
+        m_backlog.add(level, line);
+    }
+}
+
+void SystemLogSink::writeNow(LogLevel level, const QByteArray& line) {
     static constexpr std::array priorities{LOG_ERR, LOG_WARNING, LOG_INFO, LOG_DEBUG};
     if (!m_stderrIsJournal) {
         ::syslog(priorities[static_cast<std::size_t>(level)], "%s", line.constData());
     }
-    writeToStandardError(line);
+    m_standardError.writeLine(line);
+}
+
+bool SystemLogSink::isOneOfMany() {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - m_burstStart >= burstTime) {
+        m_burstStart = now;
+        m_burstLines = 0;
+    }
+    return ++m_burstLines > fewLines;
 }
 
 } // namespace korvale

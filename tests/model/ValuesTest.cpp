@@ -36,8 +36,11 @@ INSTANTIATE_TEST_SUITE_P(
                     TextCase{"1e400", "1e400"}, TextCase{"true", "1"}, TextCase{"false", "0"},
                     TextCase{"null", "(null)"}, TextCase{"[]", "[]"}, TextCase{"{}", "{}"},
                     TextCase{"[1, [true], {\"a\" : null}]", "[1,[true],{\"a\":null}]"},
-                    TextCase{"{ \"b\": \"x\\\"\\n\", \"a\": 1.0 }",
-                             "{\"b\":\"x\\\"\\u000a\",\"a\":1}"}));
+                    TextCase{"{ \"b\": \"x\\\"\\u000a\", \"a\": 1.0 }",
+                             "{\"b\":\"x\\\"\\n\",\"a\":1}"},
+                    TextCase{R"(["\u0008\u000C\u000D\u0009\\\/\u0001\u001F\u007F\u00e9"])",
+                             "[\"\\b\\f\\r\\t\\\\/\\u0001\\u001f\x7F\xC3\xA9\"]"},
+                    TextCase{"[[],{},[[]]]", "[[],{},[[]]]"}));
 
 TEST(Values, MissingIsNoCellText) {
     EXPECT_EQ(cellText(JsonValue()), std::nullopt);

@@ -1,13 +1,18 @@
 #include "platform/SystemLogSink.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdarg>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 #include <sys/stat.h>
 #include <syslog.h>
+#include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -106,6 +111,124 @@ TEST_F(SystemLogSinkTest, UnusableJournalStreamsDoNotCount) {
         EXPECT_FALSE(isJournalStream(value, STDERR_FILENO)) << value;
     }
     EXPECT_FALSE(isJournalStream(streamOf(STDERR_FILENO), -1));
+}
+
+QByteArray numberedLine(int number) {
+    return "INFO \"" + QByteArray::number(number) + QByteArray(100, '.') + '"';
+}
+
+std::string numberedLines(int count) {
+    std::string lines;
+    for (int i = 0; i < count; ++i) {
+        lines += numberedLine(i).toStdString() + '\n';
+    }
+    return lines;
+}
+
+TEST_F(SystemLogSinkTest, VeryManyLinesAreAllWrittenInTheirOrder) {
+    testing::internal::CaptureStderr();
+    {
+        SystemLogSink sink;
+        for (int i = 0; i < 20'000; ++i) {
+            sink.write(LogLevel::Info, numberedLine(i));
+        }
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), numberedLines(20'000));
+    EXPECT_EQ(systemLog.lines.size(), 20'000U);
+    EXPECT_EQ(systemLog.lines.back().second, numberedLine(19'999).toStdString());
+}
+
+TEST_F(SystemLogSinkTest, ALineLongerThanAPipeTakesAtOnceStaysWhole) {
+    testing::internal::CaptureStderr();
+    const QByteArray line = "INFO \"" + QByteArray(300'000, 'x') + '"';
+    {
+        SystemLogSink sink;
+        sink.write(LogLevel::Info, line);
+        sink.write(LogLevel::Info, "INFO \"behind it\"");
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              line.toStdString() + "\nINFO \"behind it\"\n");
+}
+
+/// Standard error is a pipe that nobody reads until read() is called.
+class UnreadStandardError {
+public:
+    UnreadStandardError() : m_before(dup(STDERR_FILENO)) {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+        dup2(ends[1], STDERR_FILENO);
+        close(ends[1]);
+        m_reader = ends[0];
+    }
+    ~UnreadStandardError() {
+        restore();
+        close(m_reader);
+    }
+    UnreadStandardError(const UnreadStandardError&) = delete;
+    UnreadStandardError& operator=(const UnreadStandardError&) = delete;
+
+    /// Takes away what was written so far and what still comes until standard error is restored.
+    std::string read() const {
+        std::string all;
+        std::array<char, 65536> block{};
+        for (ssize_t size = 0; (size = ::read(m_reader, block.data(), block.size())) > 0;) {
+            all.append(block.data(), static_cast<std::size_t>(size));
+        }
+        return all;
+    }
+    void restore() {
+        if (m_before >= 0) {
+            dup2(m_before, STDERR_FILENO);
+            close(std::exchange(m_before, -1));
+        }
+    }
+
+private:
+    int m_before;
+    int m_reader = -1;
+};
+
+TEST_F(SystemLogSinkTest, AReaderThatTakesNothingYetHoldsUpNobodyAndMissesNothing) {
+    UnreadStandardError standardError;
+    auto sink = std::make_unique<SystemLogSink>();
+    for (int i = 0; i < 20'000; ++i) { // far more than a pipe holds
+        sink->write(LogLevel::Info, numberedLine(i));
+    }
+    std::string seen;
+    std::thread reader([&] { seen = standardError.read(); });
+    sink.reset();
+    standardError.restore();
+    reader.join();
+    EXPECT_EQ(seen, numberedLines(20'000));
+}
+
+TEST_F(SystemLogSinkTest, AReaderThatNeverTakesAnythingDoesNotKeepTheProgramFromEnding) {
+    UnreadStandardError standardError;
+    {
+        SystemLogSink sink;
+        for (int i = 0; i < 2'000; ++i) {
+            sink.write(LogLevel::Info, numberedLine(i));
+        }
+    }
+    standardError.restore();
+    EXPECT_TRUE(standardError.read().starts_with(numberedLines(100)));
+    EXPECT_EQ(systemLog.lines.size(), 2'000U) << "the system's log has them";
+}
+
+TEST_F(SystemLogSinkTest, LinesThatFindNoRoomAreCounted) {
+    UnreadStandardError standardError;
+    auto sink = std::make_unique<SystemLogSink>(10'000);
+    for (int i = 0; i < 5'000; ++i) {
+        sink->write(LogLevel::Info, numberedLine(i));
+    }
+    std::string seen;
+    std::thread reader([&] { seen = standardError.read(); });
+    sink.reset();
+    standardError.restore();
+    reader.join();
+    const auto told = std::count(seen.begin(), seen.end(), '\n');
+    EXPECT_LT(told, 5'000);
+    EXPECT_NE(seen.find(" lines were lost\"\n"), std::string::npos);
 }
 
 } // namespace
