@@ -5,6 +5,8 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+#include <functional>
+
 namespace korvale {
 
 /// org.freedesktop.Application (Desktop Entry Specification, "D-Bus Activation"). The program has
@@ -13,7 +15,11 @@ class ApplicationAdaptor : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 public:
-    explicit ApplicationAdaptor(QObject* parent) : QDBusAbstractAdaptor(parent) {}
+    /// A function and no signal, as an adaptor's signals go out on the bus.
+    using Activated = std::function<void(const QString& activationToken)>;
+
+    ApplicationAdaptor(QObject* parent, Activated activated)
+        : QDBusAbstractAdaptor(parent), m_activated(std::move(activated)) {}
 
 public Q_SLOTS:
     // NOLINTBEGIN(readability-identifier-naming): the names are the interface's
@@ -27,19 +33,18 @@ public Q_SLOTS:
     }
     // NOLINTEND(readability-identifier-naming)
 
-Q_SIGNALS:
-    void activated(const QString& activationToken);
-
 private:
     void activate(const QVariantMap& platformData) {
         const QString token = text(platformData, "activation-token");
-        Q_EMIT activated(token.isEmpty() ? text(platformData, "desktop-startup-id") : token);
+        m_activated(token.isEmpty() ? text(platformData, "desktop-startup-id") : token);
     }
     /// Whoever calls may send anything.
     static QString text(const QVariantMap& data, const char* key) {
         const QVariant value = data.value(QString::fromLatin1(key));
         return value.metaType() == QMetaType::fromType<QString>() ? value.toString() : QString();
     }
+
+    Activated m_activated;
 };
 
 } // namespace korvale

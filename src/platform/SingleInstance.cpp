@@ -35,8 +35,7 @@ QVariantMap platformDataOfThisStart() {
 
 SingleInstance::SingleInstance(QObject* parent)
     : QObject(parent), m_platformData(platformDataOfThisStart()) {
-    auto* adaptor = new ApplicationAdaptor(this);
-    connect(adaptor, &ApplicationAdaptor::activated, this, &SingleInstance::activated);
+    new ApplicationAdaptor(this, [this](const QString& token) { Q_EMIT activated(token); });
 }
 
 void SingleInstance::claim(const QDBusConnection& sessionBus,

@@ -16,6 +16,8 @@ namespace {
 
 using Outcome = SingleInstance::Outcome;
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
 
 class SingleInstanceTest : public testing::Test {
 protected:
@@ -105,6 +107,18 @@ TEST_F(SingleInstanceTest, EveryMethodOfTheInterfaceAsksToBeShown) {
     call(caller, "Open", {QStringList{QStringLiteral("file:///x")}, none});
     call(caller, "ActivateAction", {QStringLiteral("x"), QVariantList{}, none});
     EXPECT_EQ(count, 3);
+}
+
+TEST_F(SingleInstanceTest, TheTokenIsNotToldToTheWholeBus) {
+    SingleInstance instance;
+    ASSERT_EQ(claim(instance, start()), Outcome::First);
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        QStringLiteral("com.korvale.ui"), QStringLiteral("/com/korvale/ui"),
+        QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
+    const std::string interfaces =
+        start().call(question, QDBus::BlockWithGui).arguments().value(0).toString().toStdString();
+    EXPECT_THAT(interfaces, HasSubstr("\"ActivateAction\""));
+    EXPECT_THAT(interfaces, Not(HasSubstr("\"activated\"")));
 }
 
 TEST_F(SingleInstanceTest, APlatformDataOfTheWrongTypeIsNoToken) {
