@@ -81,14 +81,14 @@ def libraries(pid):
 
 
 def wakeups(pid):
-    """How often any thread of the process went to sleep by itself so far."""
-    total = 0
+    """How often each thread of the process went to sleep by itself so far."""
+    found = {}
     for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
         with contextlib.suppress(OSError):
             status = (task / "status").read_text()
-            total += int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status,
-                                   re.MULTILINE).group(1))
-    return total
+            found[task.name] = int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status,
+                                             re.MULTILINE).group(1))
+    return found
 
 
 class Started:
@@ -149,7 +149,8 @@ def start_instructions(session, watch, command, folder):
 
 def at_rest(pid, seconds):
     """(wake-ups a second, CPU seconds a minute) over the given time."""
-    before = wakeups(pid), cpu_seconds(pid)
+    before, cpu = wakeups(pid), cpu_seconds(pid)
     time.sleep(seconds)
-    after = wakeups(pid), cpu_seconds(pid)
-    return (after[0] - before[0]) / seconds, (after[1] - before[1]) * 60 / seconds
+    after = wakeups(pid)
+    woken = sum(count - before.get(thread, 0) for thread, count in after.items())
+    return woken / seconds, (cpu_seconds(pid) - cpu) * 60 / seconds

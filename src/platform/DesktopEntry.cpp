@@ -4,6 +4,7 @@
 #include <QList>
 
 #include <algorithm>
+#include <string_view>
 
 namespace korvale {
 namespace {
@@ -60,6 +61,25 @@ std::size_t languageRank(QByteArrayView key, const std::vector<QByteArray>& lang
         std::find_if(languages.begin(), languages.end(),
                      [key](const QByteArray& language) { return QByteArrayView(language) == key; });
     return static_cast<std::size_t>(std::distance(languages.begin(), found));
+}
+
+/// Whether a line may hold a key that is read here. Most are translations of other keys, and all
+/// entries of the desktop are read at every start.
+bool mayMatter(QByteArrayView line) {
+    switch (line.isEmpty() ? '\n' : line.front()) {
+    case 'E': // Exec
+    case 'H': // Hidden
+    case 'N': // Name, NoDisplay
+    case 'T': // Type
+    case ' ':
+    case '\t':
+    case '\v':
+    case '\f':
+    case '\r':
+        return true;
+    default:
+        return false;
+    }
 }
 
 /// Takes the lines of the entry's main group one by one.
@@ -140,17 +160,17 @@ std::optional<DesktopEntry> parseDesktopEntry(const QByteArray& content,
                                               const std::vector<QByteArray>& languages) {
     Reader reader(languages);
     bool inMainGroup = false;
-    QByteArrayView rest(content);
-    while (!rest.isEmpty()) {
-        const qsizetype end = rest.indexOf('\n');
-        const QByteArrayView line = end < 0 ? rest : rest.first(end);
-        rest = end < 0 ? QByteArrayView() : rest.sliced(end + 1);
+    std::string_view rest(content.constData(), static_cast<std::size_t>(content.size()));
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
+        const QByteArrayView line(rest.data(), static_cast<qsizetype>(end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
         if (line.startsWith('[')) {
             if (inMainGroup) {
                 break;
             }
             inMainGroup = line.trimmed() == "[Desktop Entry]";
-        } else if (inMainGroup && !line.startsWith('#')) {
+        } else if (inMainGroup && mayMatter(line)) {
             reader.read(line);
         }
     }
