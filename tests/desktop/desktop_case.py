@@ -46,11 +46,12 @@ class DesktopCase(unittest.TestCase):
         self.said.append(("agent", agent.output.lines))
         return agent
 
-    def connected_agent(self, program):
-        """An agent that the program follows: it is on the bus and has asked for the driver."""
-        agent = self.agent()
-        agent.tell("wait-request GDRV 20")
-        return agent
+    def started(self, agent, *arguments, **options):
+        """A program that hears the agent: it asks for the driver when it has subscribed."""
+        agent.tell("requests clear")
+        program = self.program(*arguments, **options)
+        wait_until(lambda: {"CMD_": "GDRV"} in agent.requests(), "the program on the bus")
+        return program
 
     def item(self, program):
         item = TrayItem(self.desktop, program)

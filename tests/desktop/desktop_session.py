@@ -3,6 +3,7 @@ notification server and private session and system buses; everything in it is go
 import contextlib
 import os
 import pathlib
+import random
 import shutil
 import signal
 import subprocess
@@ -97,7 +98,7 @@ class DesktopSession:
         if self.wanted["display"]:
             self._configure_desktop()
             self.start_part("xfwm4", ["xfwm4", "--compositor=off", "--replace"])
-            wait_until(self._has_window_manager, "the window manager")
+            self._wait_part("xfwm4", self._has_window_manager)
         if self.wanted["accessibility"]:
             self._start_accessibility()
         if self.wanted["notifications"]:
@@ -150,6 +151,16 @@ class DesktopSession:
         process.send_signal(sig)
         process.wait(10)
 
+    def _wait_part(self, name, condition):
+        """Waits for a part to be ready; what it said stands in the error when it is not."""
+        try:
+            wait_until(lambda: self.parts[name].poll() is not None or condition(), name)
+            if self.parts[name].poll() is not None:
+                raise SessionError(f"{name} ended")
+        except SessionError as error:
+            said = (self.folder / "log" / name).read_text(errors="replace")
+            raise SessionError(f"{error}; it said:\n{said[-2000:]}") from None
+
     def start_system_bus(self):
         policies = self.folder / "system.d"
         policies.mkdir(exist_ok=True)
@@ -175,19 +186,23 @@ class DesktopSession:
         config.write_text(template.replace("@DIR@", str(self.folder)))
         self.start_part(name, ["dbus-daemon", f"--config-file={config}", "--nofork",
                                "--nopidfile", "--nosyslog"])
-        wait_until(path.is_socket, f"the {name}")
+        self._wait_part(name, path.is_socket)
 
     def _start_display(self):
-        reading, writing = os.pipe()
-        self.start_part("xvfb", ["Xvfb", "-displayfd", str(writing), "-screen", "0",
-                                 f"{self.screen}x24", "-nolisten", "tcp", "-ac"],
-                        pass_fds=[writing])
-        os.close(writing)
-        with os.fdopen(reading) as numbers:
-            number = numbers.readline().strip()
-        if not number:
-            raise SessionError("Xvfb did not start")
-        self.env["DISPLAY"] = f":{number}"
+        # A number of its own for each server: one that ends takes the socket of a later one with
+        # the same number along when the server is left to choose.
+        for _ in range(5):
+            display = f":{random.randrange(100, 30000)}"
+            reading, writing = os.pipe()
+            self.start_part("xvfb", ["Xvfb", display, "-displayfd", str(writing), "-screen", "0",
+                                     f"{self.screen}x24", "-nolisten", "tcp", "-ac"],
+                            pass_fds=[writing])
+            os.close(writing)
+            with os.fdopen(reading) as numbers:
+                if numbers.readline().strip():
+                    self.env["DISPLAY"] = display
+                    return
+        raise SessionError("Xvfb did not start")
 
     def _configure_desktop(self):
         target = self.folder / "config" / "xfce4" / "xfconf" / "xfce-perchannel-xml"
@@ -201,7 +216,7 @@ class DesktopSession:
 
     def start_panel(self):
         self.start_part("panel", ["xfce4-panel", "--disable-wm-check"])
-        wait_until(self.has_tray_host, "the panel's tray host")
+        self._wait_part("panel", self.has_tray_host)
 
     def stop_panel(self):
         self.stop_part("panel")
@@ -212,7 +227,8 @@ class DesktopSession:
             self.start_service("notifications", "recording_notifications.py", self.capabilities)
         else:
             self.start_part("notifications", [NOTIFYD])
-            wait_until(lambda: self.has_name("org.freedesktop.Notifications"), "xfce4-notifyd")
+            self._wait_part("notifications",
+                            lambda: self.has_name("org.freedesktop.Notifications"))
 
     def start_service(self, part, script, *arguments):
         """One of the services/ scripts; returns when it owns its name."""

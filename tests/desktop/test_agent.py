@@ -51,6 +51,8 @@ class AgentReports(DesktopCase):
         agent.tell("driver lost")
         item.wait_colour("red")
         agent.tell("driver connected")
+        # red also stands for "no colour yet", which a connection leaves alone: a batch ends it
+        agent.tell("publish 0")
         item.wait_colour("green")
 
     def test_blocked_programs_are_notified_by_name(self):
@@ -167,9 +169,7 @@ class AgentLife(DesktopCase):
 
     def test_an_impostor_is_refused_and_ignored(self):
         agent = self.agent()
-        agent.tell_all("start", "halyx on")
-        program = self.program()
-        item = self.item(program)
+        item = self.item(self.started(agent))
         agent.tell_all("start", "halyx on")
         item.wait_colour("green")
         # any process may emit signals on the bus; only the name's owner is heard

@@ -9,9 +9,12 @@ class OneShot(DesktopCase):
     parts = {"panel": False, "notifications": None}
 
     def test_each_option_sends_its_request_and_ends_after_the_reply(self):
-        agent = self.agent()
         folder = self.desktop.folder / "Ärger mit Leerzeichen"
         folder.mkdir(exist_ok=True)
+        for number in range(20):
+            (folder / f"{number}").write_text(f"{number}")
+        agent = self.agent("--scan-folder", str(folder))
+        agent.tell("scan-pace 1000")  # the background scan is still running when it is stopped
         for arguments, request, name in (
                 (["-update"], {"CMD_": "CHKU"}, "checkUpdates"),
                 (["-background-scan"], {"CMD_": "SCAN", "START": " "}, "scanBackground"),

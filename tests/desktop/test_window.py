@@ -4,7 +4,7 @@ import os
 import signal
 
 from desktop_case import DesktopCase, wait_until
-from desktop_session import HERE
+from desktop_session import HERE, SessionError
 from texts import text
 
 READER = str(HERE / "services" / "accessible_window.py")
@@ -18,7 +18,7 @@ class Window(DesktopCase):
         super().setUp()
         self.empty_folders()
         self.reported_agent = self.agent()
-        self.details = self.program()
+        self.details = self.started(self.reported_agent)
         self.status_item = self.item(self.details)
         self.reported_agent.tell_all("start", "halyx on", "quillmar on")
         self.status_item.wait_colour("green")
@@ -35,7 +35,15 @@ class Window(DesktopCase):
         return (label, int(rows)) if separator else None
 
     def wait_tab(self, label, rows):
-        wait_until(lambda: self.current_tab() == (label, rows), f"{label!r} with {rows} rows")
+        seen = []
+
+        def is_there():
+            seen.append(self.current_tab())
+            return seen[-1] == (label, rows)
+        try:
+            wait_until(is_there, f"{label!r} with {rows} rows")
+        except SessionError as error:
+            raise SessionError(f"{error}, last seen: {seen[-1]}") from None
 
     def cells(self):
         return json.loads(self.read("cells"))
