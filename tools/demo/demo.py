@@ -24,6 +24,9 @@ OUTPUT = PROJECT / "build" / "demo"
 SCENARIOS = PROJECT / "tools" / "agent_sim" / "scenarios"
 # The string every scanner knows, in two parts so that no scanner takes this file for a threat.
 EICAR = r"X5O!P%@AP[4\PZX54(P^)7CC)7}$EICAR-STANDARD-" + "ANTIVIRUS-TEST-FILE!$H+H*"
+SCREEN = "1440x900"
+READER = str(PROJECT / "tests" / "desktop" / "services" / "accessible_window.py")
+UPDATER_SAYS = "Signatures are up to date (version 4711)."
 TABS = (("threats", "HPS_Threats"), ("exploits", "HPS_Exploits"), ("events", "HPS_Events"),
         ("devices", "HPS_ExternalDevices"))
 
@@ -77,7 +80,12 @@ class Headless:
         self.session.screenshot(path)
         return path
 
+    def paint_background(self):
+        self.session.run(["display", "-window", "root", "-size", SCREEN,
+                          "gradient:#33506b-#0f1b28"], check=False)  # for the eye only
+
     def play(self):
+        self.paint_background()
         folder = suspicious_folder(self.session.folder / "home")
         monitor = self.session.start_part(
             "monitor", ["dbus-monitor", "--session",
@@ -128,6 +136,10 @@ class Headless:
             self.item.activate()
             window = wait_until(self.window, "the window")
             self.session.run(["xdotool", "windowactivate", "--sync", window])
+            self.session.run(["xdotool", "windowmove", "--sync", window, "60", "130"])
+        with self.steps.step("the status line tells the updater's message"):
+            self.agent.tell(f"update-status {UPDATER_SAYS}")
+            wait_until(lambda: UPDATER_SAYS in self.read("tree"), "the message")
         for index, (name, key) in enumerate(TABS):
             with self.steps.step(f"the tab “{text(key)}” shows its rows"):
                 if index:
@@ -140,11 +152,12 @@ class Headless:
                                   str(self.program.pid), "--name", "KorvaleUI"], check=False)
         return found.split()[0] if found.split() else None
 
+    def read(self, what):
+        return self.session.run(["/usr/bin/python3", READER, str(self.program.pid), what],
+                                check=False)
+
     def tab_shows_rows(self, key):
-        out = self.session.run(["/usr/bin/python3",
-                                str(PROJECT / "tests/desktop/services/accessible_window.py"),
-                                str(self.program.pid), "rows"], check=False)
-        label, _, rows = out.strip().rpartition("\t")
+        label, _, rows = self.read("rows").strip().rpartition("\t")
         return label.startswith(text(key)) and rows.isdigit() and int(rows) > 0
 
     def end(self):
@@ -159,7 +172,7 @@ def headless():
     shutil.rmtree(OUTPUT, ignore_errors=True)
     OUTPUT.mkdir(parents=True)
     steps = Steps()
-    with DesktopSession(notifications="xfce", accessibility=True) as session, \
+    with DesktopSession(notifications="xfce", accessibility=True, screen=SCREEN) as session, \
             contextlib.ExitStack() as stack:
         Headless(session, stack, steps).play()
     print(f"screenshots: {OUTPUT}")
@@ -177,18 +190,24 @@ def on_this_display():
                    "DBUS_SESSION_BUS_ADDRESS")}
         folder = suspicious_folder(session.folder / "home")
         session.env["KORVALE_DEMO_FOLDER"] = str(folder)
+        bus = pathlib.Path(own.get("XDG_RUNTIME_DIR", "/nonexistent")) / "bus"
+        if "DBUS_SESSION_BUS_ADDRESS" not in own and bus.exists():
+            own["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={bus}"
         agent = stack.enter_context(
             Agent(session, "--scenario", str(SCENARIOS / "demo.scenario")))
         program = stack.enter_context(Program(session, "-a", environment=own))
-        print("KorvaleUI is in your tray; the scenario runs. End it with its menu's last item.",
-              flush=True)
+        print("KorvaleUI is in your tray; the scenario runs. End it with its menu's last item or "
+              "with Ctrl+C.", flush=True)
         shown = 0
         while program.running():
             for line in agent.output.lines[shown:]:
                 shown += 1
                 print(f"agent: {line}", flush=True)
             time.sleep(0.2)
-        sys.exit(program.wait_exit())
+        status = program.wait_exit()
+        if program.count("an instance already running"):
+            raise SessionError("KorvaleUI is running already on this desktop; end that one first.")
+        sys.exit(status)
 
 
 def main():
