@@ -16,6 +16,7 @@ import dbus.bus
 
 HERE = pathlib.Path(__file__).resolve().parent
 PROJECT = HERE.parent.parent
+BINARIES = pathlib.Path(os.environ.get("KORVALE_BINARIES", PROJECT / "build" / "bin"))
 NOTIFYD = "/usr/lib/x86_64-linux-gnu/xfce4/notifyd/xfce4-notifyd"
 MARK = "KORVALE_DESKTOP_SESSION"
 LEAKING = ("DBUS_", "XDG_", "QT_", "GTK_", "AT_SPI_", "KORVALE_", "LC_", "LANG")
@@ -86,6 +87,7 @@ class DesktopSession:
             "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.folder}/run/bus",
             "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.folder}/system_bus_socket",
             "KORVALE_ROOT": str(self.root)})
+        self._install_program()
         if self.wanted["accessibility"]:
             self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         else:
@@ -105,6 +107,26 @@ class DesktopSession:
             self.start_notifications(self.wanted["notifications"])
         if self.wanted["panel"] and self.wanted["display"]:
             self.start_panel()
+
+    def _install_program(self):
+        """What a desktop has of the program once it is installed: its menu entry, for the binary
+        under test, and an xdg-open, which only writes down what it is asked to open."""
+        applications = self.folder / "data" / "applications"
+        applications.mkdir(parents=True, exist_ok=True)
+        entry = (PROJECT / "packaging" / "com.korvale.ui.desktop").read_text()
+        (applications / "com.korvale.ui.desktop").write_text(
+            entry.replace("Exec=korvale-ui", f"Exec={BINARIES / 'korvale-ui'}"))
+        commands = self.folder / "bin"
+        commands.mkdir(exist_ok=True)
+        opener = commands / "xdg-open"
+        opener.write_text(f'#!/bin/sh\nprintf "%s\\n" "$*" >>"{self.folder}/opened"\n')
+        opener.chmod(0o755)
+        self.env["PATH"] = f"{commands}:{self.env['PATH']}"
+
+    def opened_links(self):
+        """What xdg-open was asked for so far, one call a line."""
+        opened = self.folder / "opened"
+        return opened.read_text().splitlines() if opened.exists() else []
 
     def stop(self):
         for sig in (signal.SIGTERM, signal.SIGTERM, signal.SIGKILL):

@@ -1,15 +1,12 @@
 """The program and the stand-in agent as the tests run them: real processes in a DesktopSession."""
 import json
-import os
-import pathlib
 import re
 import subprocess
 import threading
 import time
 
-from desktop_session import PROJECT, SessionError, wait_until
+from desktop_session import BINARIES, SessionError, wait_until
 
-BINARIES = pathlib.Path(os.environ.get("KORVALE_BINARIES", PROJECT / "build" / "bin"))
 HOST_CACHE = "Library/Application Support/Korvale/HostCache"
 
 

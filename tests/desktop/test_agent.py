@@ -75,16 +75,6 @@ class AgentReports(DesktopCase):
             call = self.wait_notification(lambda call: True, before)
             self.assertIn(text(f"NotificationSubtitle{name}"), call["body"])
 
-    def test_a_console_message_carries_its_link_once_per_click(self):
-        _, agent, _ = self.connected()
-        opened = self.desktop.folder / "opened"
-        before = len(self.notifications())
-        agent.tell("consumer-notification \"Please restart\" https://korvale.example/why?a=1&b=2")
-        call = self.wait_notification(lambda call: True, before)
-        self.assertEqual(call["actions"][0], "default")
-        self.assertTrue(call["actions"][1])
-        self.assertFalse(opened.exists())
-
     def test_the_companion_product_speaks_under_its_own_name(self):
         _, agent, _ = self.connected()
         before = len(self.notifications())

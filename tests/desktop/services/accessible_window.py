@@ -2,9 +2,10 @@
 """Reads the program's window over AT-SPI. Arguments: its pid and what to print.
 
 rows: the current tab's label, a tab, and how many rows its table has.
-tree: every accessible as one JSON line: depth, role, name, description.
-cells: the current table's cells as a JSON list of rows.
-firstcell: the middle of the current table's first cell on the screen, as JSON.
+tree: every accessible on screen as one JSON line: depth, role, name, description.
+cells: the current table's cells as a JSON list of rows; tips: their descriptions.
+titles: the current table's column titles as a JSON list.
+cell:N: the middle of the first cell of the current table's row N on the screen, as JSON.
 """
 import json
 import sys
@@ -43,14 +44,21 @@ def application(pid):
     sys.exit(f"no accessible application of pid {pid}")
 
 
-def cell_texts(table):
+def of_cells(table, question):
     grid = table.get_table_iface()
     rows = min(grid.get_n_rows(), MOST_ROWS)
-    return [[grid.get_accessible_at(row, column).get_name()
+    return [[question(grid.get_accessible_at(row, column))
              for column in range(grid.get_n_columns())] for row in range(rows)]
 
 
+def titles(table):
+    grid = table.get_table_iface()
+    return [grid.get_column_description(column) for column in range(grid.get_n_columns())]
+
+
 def print_tree(node, depth=0):
+    if depth > 0 and not node.get_state_set().contains(Atspi.StateType.SHOWING):
+        return
     print(json.dumps([depth, node.get_role_name(), node.get_name(), node.get_description()]))
     if node.get_role() != Atspi.Role.TABLE:
         for child in children(node):
@@ -70,9 +78,14 @@ def main():
         tabs = find(app, Atspi.Role.PAGE_TAB_LIST)
         print(f"{tabs.get_name() if tabs else ''}\t{table.get_table_iface().get_n_rows()}")
     elif what == "cells":
-        print(json.dumps(cell_texts(table)))
-    elif what == "firstcell":
-        cell = table.get_table_iface().get_accessible_at(0, 0).get_component_iface()
+        print(json.dumps(of_cells(table, lambda cell: cell.get_name())))
+    elif what == "tips":
+        print(json.dumps(of_cells(table, lambda cell: cell.get_description())))
+    elif what == "titles":
+        print(json.dumps(titles(table)))
+    elif what.startswith("cell:"):
+        row = int(what.partition(":")[2])
+        cell = table.get_table_iface().get_accessible_at(row, 0).get_component_iface()
         box = cell.get_extents(Atspi.CoordType.SCREEN)
         print(json.dumps([box.x + box.width // 2, box.y + box.height // 2]))
     else:
