@@ -20,11 +20,13 @@ void whileStarting(QtMsgType type, const QMessageLogContext& /*context*/, const 
     if (type != QtFatalMsg) {
         return; // the toolkit's own words about displays it could not open
     }
-    if (message.contains(QLatin1String("platform plugin"))) {
-        OSLoggingLogMessage(LogLevel::Error, "No usable display (%@, %@).",
-                            {environmentText("DISPLAY"), environmentText("WAYLAND_DISPLAY")});
-    } else {
-        OSLoggingLogMessage(LogLevel::Error, "%@", {message});
+    if (logs(LogLevel::Error)) {
+        if (message.contains(QLatin1String("platform plugin"))) {
+            OSLoggingLogMessage(LogLevel::Error, "No usable display (%@, %@).",
+                                {environmentText("DISPLAY"), environmentText("WAYLAND_DISPLAY")});
+        } else {
+            OSLoggingLogMessage(LogLevel::Error, "%@", {message});
+        }
     }
     // Returning would abort; a half-made application cannot be destroyed.
     std::_Exit(EXIT_FAILURE);

@@ -5,7 +5,9 @@
 #include <functional>
 #include <memory>
 
+QT_BEGIN_NAMESPACE
 class QSocketNotifier;
+QT_END_NAMESPACE
 
 namespace korvale {
 

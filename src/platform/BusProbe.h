@@ -5,7 +5,9 @@
 
 #include <memory>
 
+QT_BEGIN_NAMESPACE
 class QSocketNotifier;
+QT_END_NAMESPACE
 
 namespace korvale {
 

@@ -7,7 +7,9 @@
 
 #include <memory>
 
+QT_BEGIN_NAMESPACE
 class QFileSystemWatcher;
+QT_END_NAMESPACE
 
 namespace korvale {
 

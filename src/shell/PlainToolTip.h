@@ -2,7 +2,9 @@
 
 #include <QString>
 
+QT_BEGIN_NAMESPACE
 class QWidget;
+QT_END_NAMESPACE
 
 namespace korvale {
 

@@ -34,8 +34,8 @@ void StatusItemMenu::setupStatusItemAndMenu(StatusItemMenuMode mode) {
         buildNoUIMenu();
     } else {
         buildNormalMenu();
-        takeUsersChoice();
     }
+    takeUsersChoice();
     m_statusItem.create();
     m_statusItem.setIconDispColor(mode.noUI ? IconColor::Green : IconColor::Yellow);
 }
@@ -124,7 +124,7 @@ void StatusItemMenu::setRenderer(MenuRenderer renderer) {
 void StatusItemMenu::takeUsersChoice() {
     if (m_hostCache.hasCurrentUserChangedNotification()) {
         m_state.showNotifications = m_hostCache.isCurrentUserNotificationOn();
-        m_showNotifications->setMark(m_state.showNotifications);
+        setShowNotificationsMark(m_state.showNotifications);
     }
 }
 

@@ -157,6 +157,12 @@ TEST_F(StatusItemMenuTest, TheUsersChoiceIsTakenOver) {
     EXPECT_TRUE(state.showNotifications);
 }
 
+TEST_F(StatusItemMenuTest, TheUsersChoiceCountsInNoUIModeToo) {
+    hostCache.setCurrentUserNotification(true, true);
+    menu.setupStatusItemAndMenu({.noUI = true});
+    EXPECT_TRUE(state.showNotifications);
+}
+
 TEST_F(StatusItemMenuTest, TheUsersChoiceOfNoNotificationsIsTakenOver) {
     hostCache.setCurrentUserNotification(false, true);
     state.showNotifications = true;
