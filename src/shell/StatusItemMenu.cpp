@@ -16,20 +16,24 @@ QString logLevelsName() {
 } // namespace
 
 StatusItemMenu::StatusItemMenu(AppState& state, HostCache& hostCache, StatusItem& statusItem,
-                               LinkOpener& linkOpener, StatusItemMenuActions actions)
+                               LinkOpener& linkOpener, StatusItemMenuActions actions,
+                               std::chrono::milliseconds longestInPanel)
     : m_state(state),
       m_hostCache(hostCache),
       m_statusItem(statusItem),
       m_linkOpener(linkOpener),
-      m_actions(std::move(actions)) {}
+      m_actions(std::move(actions)) {
+    m_openInPanel.setSingleShot(true);
+    m_openInPanel.setInterval(longestInPanel);
+    connect(&m_openInPanel, &QTimer::timeout, this, &StatusItemMenu::closed);
+    connect(&m_menu, &QMenu::aboutToShow, this, &StatusItemMenu::opened);
+    connect(&m_menu, &QMenu::aboutToHide, this, &StatusItemMenu::closed);
+    connect(&m_menu, &QMenu::triggered, this, &StatusItemMenu::closed);
+}
 
 void StatusItemMenu::setupStatusItemAndMenu(StatusItemMenuMode mode) {
     m_mode = mode;
     m_menu.setTitle(localizedText("Company"));
-    connect(&m_menu, &QMenu::aboutToShow, &m_statusItem,
-            [this] { m_statusItem.setMenuOpen(true); });
-    connect(&m_menu, &QMenu::aboutToHide, &m_statusItem,
-            [this] { m_statusItem.setMenuOpen(false); });
     if (mode.noUI) {
         buildNoUIMenu();
     } else {
@@ -119,6 +123,18 @@ void StatusItemMenu::setRenderer(MenuRenderer renderer) {
     for (const auto& [action, text] : m_labelled) {
         action->setText(menuLabel(text, renderer));
     }
+}
+
+void StatusItemMenu::opened() {
+    m_statusItem.setMenuOpen(true);
+    if (m_renderer == MenuRenderer::Panel) {
+        m_openInPanel.start();
+    }
+}
+
+void StatusItemMenu::closed() {
+    m_openInPanel.stop();
+    m_statusItem.setMenuOpen(false);
 }
 
 void StatusItemMenu::takeUsersChoice() {

@@ -6,8 +6,10 @@
 #include "shell/MenuLabel.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <array>
+#include <chrono>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -49,8 +51,11 @@ class StatusItemMenu : public QObject {
     Q_OBJECT
 
 public:
+    /// Some panels tell that they open the menu and never that it closed: `longestInPanel` after
+    /// the one they are taken for having told the other.
     StatusItemMenu(AppState& state, HostCache& hostCache, StatusItem& statusItem,
-                   LinkOpener& linkOpener, StatusItemMenuActions actions);
+                   LinkOpener& linkOpener, StatusItemMenuActions actions,
+                   std::chrono::milliseconds longestInPanel = std::chrono::seconds(5));
 
     /// Once, at launch: builds the menu, creates the status item and gives it its first colour
     /// (yellow; green in no-UI mode).
@@ -80,6 +85,8 @@ private:
     void addItem(QMenu& menu, const char* key, const std::function<void()>& action);
     MarkedAction* addMarkedItem(QMenu& menu, const char* key);
     void label(QAction& action, const QString& text);
+    void opened();
+    void closed();
     void takeUsersChoice();
     void applyLogLevel(int previous, int level);
     void setLogLevelMark(int position, bool isOn);
@@ -92,6 +99,7 @@ private:
     StatusItemMenuMode m_mode;
     MenuRenderer m_renderer = MenuRenderer::Toolkit;
     MarkedMenu m_menu;
+    QTimer m_openInPanel;
     MarkedAction* m_showNotifications = nullptr;            ///< owned by m_menu; none in no-UI mode
     std::array<MarkedAction*, logLevelCount> m_logLevels{}; ///< none outside advanced mode
     std::vector<std::pair<QAction*, QString>> m_labelled;   ///< every item and its plain text

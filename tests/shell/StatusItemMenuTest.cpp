@@ -4,6 +4,7 @@
 #include "fakes/FakeTexts.h"
 #include "fakes/MemoryUserDefaults.h"
 #include "fakes/RecordingLinkOpener.h"
+#include "fakes/WaitUntil.h"
 #include "model/HostCache.h"
 #include "shell/Resources.h"
 #include "shell/StatusItem.h"
@@ -12,6 +13,8 @@
 
 namespace korvale {
 namespace {
+
+using namespace std::chrono_literals;
 
 using LogLevelApplied = StatusItemMenuActions::LogLevelApplied;
 
@@ -269,6 +272,28 @@ TEST_F(StatusItemMenuTest, TheOpenMenuShowsTheAlternatePicture) {
     EXPECT_EQ(statusItem.shownPicture().cacheKey(), resources.getImage(3).cacheKey());
     Q_EMIT menu.menu()->aboutToHide();
     EXPECT_EQ(statusItem.shownPicture().cacheKey(), resources.getImage(2).cacheKey());
+}
+
+TEST_F(StatusItemMenuTest, AChosenItemClosesTheMenuOfAPanelThatDoesNotSaySo) {
+    menu.setupStatusItemAndMenu({.advanced = true});
+    menu.setRenderer(MenuRenderer::Panel);
+    for (const char* text : {"About", "TM__Stop"}) {
+        Q_EMIT menu.menu()->aboutToShow();
+        ASSERT_EQ(statusItem.shownPicture().cacheKey(), resources.getImage(3).cacheKey());
+        click(text);
+        EXPECT_EQ(statusItem.shownPicture().cacheKey(), resources.getImage(2).cacheKey()) << text;
+    }
+}
+
+TEST_F(StatusItemMenuTest, AMenuThatAPanelLeavesWithoutAWordIsClosedAfterAWhile) {
+    StatusItemMenu brief{state, hostCache, statusItem, links, recordingActions(), 1ms};
+    brief.setupStatusItemAndMenu({});
+    brief.setRenderer(MenuRenderer::Panel);
+    Q_EMIT brief.menu()->aboutToShow();
+    ASSERT_EQ(statusItem.shownPicture().cacheKey(), resources.getImage(3).cacheKey());
+    EXPECT_TRUE(waitUntil([this] {
+        return statusItem.shownPicture().cacheKey() == resources.getImage(2).cacheKey();
+    }));
 }
 
 TEST_F(StatusItemMenuTest, LabelsAreWrittenForWhoeverDrawsThem) {
