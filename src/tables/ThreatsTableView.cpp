@@ -156,6 +156,10 @@ void ThreatsTableView::selectionChanged(const QItemSelection& selected,
 
 void ThreatsTableView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTableView::currentChanged(current, previous);
+    if (!current.isValid() || !previous.isValid()) {
+        viewport()->update(); // the frame is around all of it
+        return;
+    }
     // The frame around the current row goes beyond the cell that Qt draws anew.
     viewport()->update(rowRect(current.row()));
     viewport()->update(rowRect(previous.row()));
@@ -247,21 +251,37 @@ void ThreatsTableView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     if (rowCount() == 0) {
         paintPlaceholder(painter);
-        return;
+    } else {
+        prepareCells();
+        const QRect dirty = event->rect();
+        const int last = std::min(rowAtY(dirty.bottom()), rowCount() - 1);
+        for (int row = rowAtY(dirty.top()); row <= last; ++row) {
+            paintRow(painter, row, dirty);
+        }
     }
-    prepareCells();
-    const QRect dirty = event->rect();
-    const int last = std::min(rowAtY(dirty.bottom()), rowCount() - 1);
-    for (int row = rowAtY(dirty.top()); row <= last; ++row) {
-        paintRow(painter, row, dirty);
+    if (showsFocus() && !currentIndex().isValid()) {
+        paintFocus(painter, viewport()->rect());
     }
+}
+
+bool ThreatsTableView::isInUse() const {
+    return isActiveWindow() && hasFocus();
+}
+
+bool ThreatsTableView::showsFocus() const {
+    return isInUse() && m_showsFocus;
+}
+
+void ThreatsTableView::paintFocus(QPainter& painter, const QRect& around) {
+    painter.setPen(QColor(focusColor));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(around.adjusted(0, 0, -1, -1));
 }
 
 void ThreatsTableView::paintRow(QPainter& painter, int row, const QRect& dirty) {
     QStyleOptionViewItem option;
     initViewItemOption(&option);
-    const bool active = isActiveWindow() && hasFocus();
-    option.state.setFlag(QStyle::State_Active, active);
+    option.state.setFlag(QStyle::State_Active, isInUse());
     option.state.setFlag(QStyle::State_Selected,
                          selectionModel()->isSelected(m_model->index(row, 0)));
     QRect whole;
@@ -273,10 +293,8 @@ void ThreatsTableView::paintRow(QPainter& painter, int row, const QRect& dirty) 
             itemDelegate()->paint(&painter, option, index);
         }
     }
-    if (active && m_showsCurrentRow && row == currentIndex().row()) {
-        painter.setPen(QColor(focusColor));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(whole.adjusted(0, 0, -1, -1));
+    if (showsFocus() && row == currentIndex().row()) {
+        paintFocus(painter, whole);
     }
 }
 
@@ -395,7 +413,7 @@ QModelIndex ThreatsTableView::moveCursor(CursorAction action, Qt::KeyboardModifi
     }
     const QModelIndex current = currentIndex();
     if (!current.isValid()) {
-        return m_model->index(0, 0);
+        return m_model->index(action == MoveEnd ? rowCount() - 1 : 0, 0);
     }
     const int page = std::max(1, viewport()->height() / m_rowHeight - 1);
     int row = current.row();
@@ -457,7 +475,7 @@ QRegion ThreatsTableView::visualRegionForSelection(const QItemSelection& selecti
 }
 
 void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
-    m_showsCurrentRow = true;
+    m_showsFocus = true;
     // An item view copies its current cell and searches for what Escape types; neither happens
     // here.
     const bool forResponder = event->matches(QKeySequence::Copy) || event->key() == Qt::Key_Escape;
@@ -473,13 +491,17 @@ void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
 // Events
 
 void ThreatsTableView::focusInEvent(QFocusEvent* event) {
-    m_showsCurrentRow =
+    m_showsFocus =
         event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    const bool hadCurrentRow = currentIndex().isValid();
     QTableView::focusInEvent(event);
+    if (!hadCurrentRow) {
+        selectionModel()->clearCurrentIndex(); // Qt takes the first row, which Down would skip then
+    }
 }
 
 void ThreatsTableView::mousePressEvent(QMouseEvent* event) {
-    m_showsCurrentRow = false;
+    m_showsFocus = false;
     QTableView::mousePressEvent(event);
 }
 

@@ -96,7 +96,10 @@ private:
     void prepareCells();
     void recycle(CellRow& row);
     void recycleAll();
+    [[nodiscard]] bool isInUse() const;
+    [[nodiscard]] bool showsFocus() const;
     void paintRow(QPainter& painter, int row, const QRect& dirty);
+    static void paintFocus(QPainter& painter, const QRect& around);
     void paintPlaceholder(QPainter& painter);
     void showToolTip(const QPoint& globalPosition, const QPoint& position);
     void restore(const RowIndexes& selected, const QModelIndex& current);
@@ -112,7 +115,7 @@ private:
     std::deque<CellRow> m_visible; ///< cells in sight, from row m_firstVisible on
     int m_firstVisible = 0;
     int m_rowHeight = 1;
-    bool m_showsCurrentRow = false; ///< to those who come by keyboard
+    bool m_showsFocus = false; ///< to those who come by keyboard
     bool m_reloading = false;
     bool m_inUpdateGeometries = false;
 };

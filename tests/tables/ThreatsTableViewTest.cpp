@@ -177,6 +177,22 @@ TEST_F(ThreatsTableViewTest, ArrowPageAndEndKeysMoveTheSelection) {
     }
 }
 
+TEST_F(ThreatsTableViewTest, TheFirstKeySelectsTheFirstRowAlsoOfATableThatHadRowsBefore) {
+    struct Step {
+        Qt::Key key;
+        int row;
+    };
+    for (const Step& step : {Step{Qt::Key_Down, 0}, Step{Qt::Key_Home, 0}, Step{Qt::Key_End, 4}}) {
+        events.table.loadData(numberedRows(5));
+        events.show(); // a new view that gets the focus with its rows
+        QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
+        QApplication::sendEvent(events.view.get(), &focus);
+        EXPECT_EQ(events.view->selectedRowIndexes(), RowIndexes());
+        QTest::keyClick(events.view.get(), step.key);
+        EXPECT_EQ(events.view->selectedRowIndexes(), RowIndexes({{step.row, step.row}}));
+    }
+}
+
 TEST_F(ThreatsTableViewTest, LeftAndRightMoveTheCurrentColumn) {
     events.load(numberedRows(3));
     events.clickRow(1);
@@ -328,6 +344,22 @@ TEST_F(ThreatsTableViewTest, TheCurrentRowIsFramedOnlyForThoseAtTheKeyboard) {
     events.clickRow(0);
     events.paint();
     EXPECT_EQ(events.image, clicked);
+}
+
+TEST_F(ThreatsTableViewTest, ATableWithoutACurrentRowIsFramedAsAWhole) {
+    ASSERT_TRUE(QTest::qWaitForWindowActive(events.view.get()));
+    for (const std::size_t rows : {0U, 3U}) {
+        events.load(numberedRows(rows));
+        const QImage without = events.image;
+        QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
+        QApplication::sendEvent(events.view.get(), &focus);
+        events.paint();
+        EXPECT_NE(events.image, without);
+        QFocusEvent click(QEvent::FocusIn, Qt::MouseFocusReason);
+        QApplication::sendEvent(events.view.get(), &click);
+        events.paint();
+        EXPECT_EQ(events.image, without);
+    }
 }
 
 TEST_F(ThreatsTableViewTest, ItIsLightUnderADarkPalette) {
