@@ -1,0 +1,50 @@
+"""What an installation consists of, as `cmake --install` makes it; argument: the build folder."""
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+BUILD = pathlib.Path(sys.argv.pop(1))
+MOST_BYTES = 2_000_000
+FILES = {
+    "etc/xdg/autostart/com.korvale.ui.desktop", "usr/bin/korvale-ui",
+    "usr/share/applications/com.korvale.ui.desktop",
+    "usr/share/dbus-1/system.d/com.korvale.agent_server.conf",
+    "usr/share/doc/korvale-ui/changelog.gz", "usr/share/doc/korvale-ui/copyright",
+    "usr/share/icons/hicolor/scalable/apps/com.korvale.ui.svg",
+    "usr/share/korvale-ui/Info.json", "usr/share/man/man1/korvale-ui.1.gz"}
+
+
+class InstalledFiles(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory(prefix="korvale-install-")
+        cls.addClassCleanup(folder.cleanup)
+        cls.root = pathlib.Path(folder.name)
+        subprocess.run(["cmake", "--install", BUILD, "--strip", "--prefix", "/usr"], check=True,
+                       env={**os.environ, "DESTDIR": folder.name}, stdout=subprocess.DEVNULL)
+
+    def test_they_are_the_program_and_nothing_for_developers(self):
+        found = {str(path.relative_to(self.root)) for path in self.root.rglob("*")
+                 if path.is_file()}
+        self.assertEqual(found, FILES)
+
+    def test_they_are_small(self):
+        self.assertLess(sum((self.root / name).stat().st_size for name in FILES), MOST_BYTES)
+
+    def test_the_information_dictionary_is_filled(self):
+        info = json.loads((self.root / "usr/share/korvale-ui/Info.json").read_text())
+        self.assertEqual(info["CFBundleIdentifier"], "com.korvale.ui")
+        self.assertRegex(info["CFBundleShortVersionString"], r"^\d+\.\d+\.\d+$")
+        self.assertNotIn("@", json.dumps(info))
+
+    def test_the_installed_program_finds_its_own_share_folder(self):
+        done = subprocess.run([self.root / "usr/bin/korvale-ui", "--version"], check=True,
+                              capture_output=True, text=True, timeout=20)
+        self.assertRegex(done.stdout, r"^KorvaleUI \d+\.\d+\.\d+ \(.+\)\n$")
+
+
+unittest.main()
