@@ -20,7 +20,7 @@ def arguments():
     parser.add_argument("--build", default="build-bench", help="build folder with the benchmarks")
     parser.add_argument("--only", action="append", choices=GROUPS, metavar="GROUP",
                         help="measure only this group (may be repeated): " + ", ".join(GROUPS))
-    parser.add_argument("--plot", action="store_true", help="draw docs/performance-*.svg anew")
+    parser.add_argument("--plot", action="store_true", help="draw docs/performance-*.svg and write docs/performance.md's tables anew")
     parser.add_argument("--quick", action="store_true", help="fewer repetitions, shorter waits")
     return parser.parse_args()
 
@@ -75,6 +75,7 @@ def main():
     if options.plot:
         import plots
         plots.draw(build / "bench.json", PROJECT / "docs")
+        report.write_tables(build / "bench.json", PROJECT / "docs" / "performance.md")
 
     goals = [figure for figure in figures if figure.verdict != "-"]
     missed = [figure for figure in goals if not figure.reached]

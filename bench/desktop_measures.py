@@ -107,7 +107,7 @@ def memory_after_window(bench, floor_dirty):
         item.activate()
         window = wait_until(lambda: bench.window(program), "the window")
         bench.session.run(["xdotool", "windowactivate", "--sync", window])
-        time.sleep(2)
+        time.sleep(5)
         wakeups, _ = measure.at_rest(program.pid, 10 if bench.quick else 30)
         bench.session.run(["xdotool", "key", "Escape"])
         wait_until(lambda: not bench.window(program), "the window to go")

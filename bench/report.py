@@ -81,8 +81,25 @@ def keep(path, figures, about, series):
     """Everything that was measured as JSON: what --plot draws. Groups that were not measured this
     time keep what they had."""
     earlier = json.loads(path.read_text()) if path.exists() else {}
-    kept = {(line["group"], line["what"]): line for line in earlier.get("figures", [])}
-    kept.update({(figure.group, figure.what): {**dataclasses.asdict(figure), **about}
-                 for figure in figures})
-    data = {"figures": list(kept.values()), "series": {**earlier.get("series", {}), **series}}
+    measured = {figure.group for figure in figures}
+    kept = [line for line in earlier.get("figures", []) if line["group"] not in measured]
+    kept += [{**dataclasses.asdict(figure), **about} for figure in figures]
+    data = {"figures": kept, "series": {**earlier.get("series", {}), **series}}
     path.write_text(json.dumps(data, indent=1) + "\n")
+
+
+def write_tables(kept, document):
+    """Replaces the part of the document between its two marks by the tables of what was kept."""
+    start, end = "<!-- figures: written by ./dev bench --plot -->", "<!-- end of figures -->"
+    lines = json.loads(kept.read_text())["figures"]
+    text = []
+    for group in dict.fromkeys(line["group"] for line in lines):
+        mine = [line for line in lines if line["group"] == group]
+        names = {field.name for field in dataclasses.fields(Figure)}
+        rows = [Figure(**{name: line[name] for name in names}).cells() + [line["commit"]]
+                for line in mine]
+        text += [f"### {group}", "", *markdown_table([[*HEADINGS, "commit"], *rows]), ""]
+    machines = sorted({f"{line['commit']}, {line['date']}: {line['machine']}" for line in lines})
+    text += ["Measured at:", "", *(f"- {one}" for one in machines), ""]
+    before, rest = document.read_text().split(start)
+    document.write_text(before + start + "\n\n" + "\n".join(text) + end + rest.split(end)[1])
