@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QTabWidget>
+#include <QTemporaryDir>
 
 #include <array>
 #include <cstdio>
@@ -185,7 +186,8 @@ private:
     }
 
     QDir m_folder;
-    MainWindowController m_controller{context(QStringLiteral("/dev/null"))};
+    QTemporaryDir m_memory; ///< for what the window remembers
+    MainWindowController m_controller{context(m_memory.filePath(QStringLiteral("window.json")))};
 };
 
 } // namespace
