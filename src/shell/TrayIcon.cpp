@@ -74,10 +74,6 @@ void TrayIcon::watcherIs(const QString& owner) {
         hostIs(false);
         return;
     }
-    m_x11Timer.stop();
-    if (!m_icon) {
-        showIcon();
-    }
     askWhetherThereIsAHost();
 }
 
@@ -93,9 +89,9 @@ void TrayIcon::askWhetherThereIsAHost() {
         answer->deleteLater();
         const QDBusMessage reply = answer->reply();
         const QVariant value = reply.arguments().value(0).value<QDBusVariant>().variant();
-        // A watcher that does not know the property is taken for a host itself.
-        const bool isKnown = reply.type() == QDBusMessage::ReplyMessage && value.isValid();
-        hostIs(!m_watcher.isEmpty() && (!isKnown || value.toBool()));
+        if (!m_isX11) {
+            hostIs(!m_watcher.isEmpty() && value.toBool());
+        }
     });
 }
 
@@ -111,6 +107,10 @@ void TrayIcon::hostIs(bool isThere) {
         m_item.setMenuOpen(false); // whoever had it open never says that it closed
     }
     m_item.setTrayAvailable(isThere);
+    if (isThere && !m_icon) {
+        m_x11Timer.stop();
+        showIcon();
+    }
 }
 
 void TrayIcon::askForX11() {

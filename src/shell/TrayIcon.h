@@ -18,11 +18,11 @@ class StatusItem;
 class StatusItemMenu;
 
 /// Shows the status item and its menu in whatever tray the desktop has, as soon as it has one: a
-/// StatusNotifierItem where org.kde.StatusNotifierWatcher is on the session bus, else the X11 tray.
+/// StatusNotifierItem where org.kde.StatusNotifierWatcher knows of a host, else the X11 tray.
 /// Main thread; never waits for a tray.
 ///
-/// Qt decides between the two kinds once per process, at the first QSystemTrayIcon, and for good:
-/// so none is made before one of them is really there.
+/// Qt decides between the two kinds once per process, at the first QSystemTrayIcon and by that same
+/// word of the watcher, and for good: so none is made before one of them is really there.
 class TrayIcon : public QObject {
     Q_OBJECT
 

@@ -116,21 +116,32 @@ TEST_F(TrayIconTest, AWatcherWithoutAHostIsNoTrayUntilOneRegisters) {
     watcher.appear();
     patientIcon.start(bus.connect());
     ASSERT_TRUE(waitForAvailability(false));
-    EXPECT_TRUE(patientIcon.isShown()) << "Qt is told, so that a host finds the item";
+    EXPECT_FALSE(patientIcon.isShown()) << "Qt would take the X11 tray, and for good";
     hasHost = true;
     watcher.emitSignal(QStringLiteral("StatusNotifierHostRegistered"), {});
     ASSERT_TRUE(waitForAvailability(true));
+    EXPECT_TRUE(patientIcon.isShown());
     hasHost = false;
     watcher.emitSignal(QStringLiteral("StatusNotifierHostUnregistered"), {});
     ASSERT_TRUE(waitForAvailability(false));
 }
 
-TEST_F(TrayIconTest, AWatcherThatKnowsNoHostsIsOneItself) {
+TEST_F(TrayIconTest, AWatcherThatDoesNotSayWhetherThereIsAHostHasNone) {
     knowsHosts = false;
-    statusItem.setTrayAvailable(false);
     watcher.appear();
     patientIcon.start(bus.connect());
+    EXPECT_TRUE(waitForAvailability(false));
+    EXPECT_FALSE(patientIcon.isShown());
+}
+
+TEST_F(TrayIconTest, AnX11TrayServesWhereTheWatcherHasNoHost) {
+    hasHost = false;
+    x11 = X11Tray::Present;
+    watcher.appear();
+    icon.start(bus.connect());
+    ASSERT_TRUE(waitUntil([this] { return icon.isShown(); }));
     EXPECT_TRUE(waitForAvailability(true));
+    EXPECT_EQ(firstLabel(), QStringLiteral("a_b"));
 }
 
 TEST_F(TrayIconTest, SignalsOfOthersThanTheWatcherAskNothing) {
