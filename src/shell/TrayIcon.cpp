@@ -9,6 +9,7 @@
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
+#include <limits>
 #include <utility>
 
 namespace korvale {
@@ -84,9 +85,13 @@ void TrayIcon::askWhetherThereIsAHost() {
                                                QStringLiteral("Get"));
     call << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
     call.setAutoStartService(false);
-    auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+    // Without a time-out, since it matters whether the watcher has answered at all.
+    auto* answer =
+        new QDBusPendingCallWatcher(m_bus.asyncCall(call, std::numeric_limits<int>::max()), this);
+    ++m_openQuestions;
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
+        --m_openQuestions;
         const QDBusMessage reply = answer->reply();
         const QVariant value = reply.arguments().value(0).value<QDBusVariant>().variant();
         if (!m_isX11) {
@@ -114,6 +119,12 @@ void TrayIcon::hostIs(bool isThere) {
 }
 
 void TrayIcon::askForX11() {
+    if (m_openQuestions > 0) {
+        // The toolkit would ask this silent watcher, too, and wait for its answer.
+        m_item.setTrayAvailable(false);
+        m_x11Timer.start(m_askAgain);
+        return;
+    }
     switch (m_askForX11Tray()) {
     case X11Tray::Present:
         m_isX11 = true;

@@ -64,7 +64,8 @@ private:
     std::chrono::milliseconds m_firstAsk;
     std::chrono::milliseconds m_askAgain;
     QDBusConnection m_bus{QString()};
-    QString m_watcher; ///< unique name of the StatusNotifierWatcher; empty without one
+    QString m_watcher;       ///< unique name of the StatusNotifierWatcher; empty without one
+    int m_openQuestions = 0; ///< which the watcher has not answered yet
     QTimer m_x11Timer;
     bool m_isX11 = false; ///< the icon is docked in the older kind of tray
     std::unique_ptr<QSystemTrayIcon> m_icon;

@@ -3,7 +3,6 @@ import os
 import signal
 
 from desktop_case import DesktopCase, wait_until
-from drivers import host_cache
 from texts import text
 
 
@@ -97,18 +96,23 @@ class AgentReports(DesktopCase):
 
     def test_bad_files_count_as_absent(self):
         program, agent, item = self.connected()
-        for kind in ("truncated", "not-json", "wrong-types", "list", "huge-number", "duplicate",
-                     "empty", "fifo"):
-            agent.tell_all(f"malformed-file file_states.log {kind}",
-                           "post com.korvale.timer.aggregated_messages")
-        (host_cache(self.desktop) / "file_states.log").unlink()
+        for name in ("file_states.log", "process_states.log", "file_process_events.log",
+                     "external_device_control_events.log", "header.log"):
+            for kind in ("truncated", "not-json", "wrong-types", "huge-number", "duplicate",
+                         "invalid-utf8", "list", "deep", "empty", "fifo", "folder", "too-large"):
+                agent.tell_all(f"malformed-file {name} {kind}",
+                               "post com.korvale.timer.aggregated_messages")
+                if kind in ("fifo", "folder", "too-large"):
+                    self.assertTrue(item.menu())  # nothing waits for a FIFO or reads 256 MiB
+            agent.tell(f"malformed-file {name} absent")
         agent.tell("threat /tmp/after-all.exe 1 bb22")
         item.wait_colour("red")
         self.assertTrue(program.running())
 
     def test_bad_replies_are_failed_ones(self):
         program, agent, item = self.connected()
-        for kind in ("not-dictionary", "wrong-signature", "bad-json", "no-data", "error"):
+        for kind in ("not-dictionary", "wrong-signature", "no-arguments", "bad-json", "bad-utf8",
+                     "list", "wrong-types", "empty-data", "no-data", "text-data", "error"):
             agent.tell(f"malformed-reply {kind}")
             before = len(agent.requests())
             item.click(item.entry(text("CheckForUpdates")))
@@ -130,6 +134,28 @@ class AgentLife(DesktopCase):
             with_agent.kill()
             program.wait_log(r'^INFO "client received event: Connection interrupted"$', seen)
             wait_until(item.menu, "the menu")
+
+    def test_a_driver_lost_before_the_start_is_red_at_once(self):
+        agent = self.agent()
+        agent.tell_all("driver value 0")
+        item = self.item(self.program())
+        item.wait_colour("red")
+        self.assertIn(text("Unsafe"), item.tooltip())
+
+    def test_an_agent_killed_in_the_middle_of_a_reply_is_a_failed_request(self):
+        agent = self.agent()
+        program = self.started(agent)
+        item = self.item(program)
+        agent.tell("reply-delay 60000")
+        item.click(item.entry(text("CheckForUpdates")))
+        wait_until(lambda: {"CMD_": "CHKU"} in agent.requests(), "the request")
+        agent.kill()
+        program.wait_log(r'^INFO "client received event: Connection interrupted"$')
+        self.assertTrue(item.menu())
+        second = self.agent()
+        item.click(item.entry(text("CheckForUpdates")))
+        wait_until(lambda: {"CMD_": "CHKU"} in second.requests(), "the request")
+        program.wait_log(r"^INFO \"Service returned 'OK' for checkUpdates\.\"$")
 
     def test_a_hanging_agent_leaves_the_menu_alive(self):
         agent = self.agent()

@@ -106,6 +106,36 @@ class StartWithoutHelp(DesktopCase):
             self.assertEqual(program.wait_exit(5), 0)
 
 
+class StartAmongSilentServices(DesktopCase):
+    """Portal, notification server and tray watcher own their names and answer nothing."""
+    parts = {"panel": False, "notifications": None}
+
+    def test_it_starts_shows_its_window_and_ends(self):
+        self.desktop.start_service("silent", "silent_names.py", "org.freedesktop.portal.Desktop",
+                                   "org.freedesktop.Notifications",
+                                   "org.kde.StatusNotifierWatcher")
+        agent = self.agent()
+        agent.tell("policy notifications on")
+        program = self.started(agent)
+        agent.tell_all("start", "halyx on", "exe-blocked /opt/unheard")
+        self.assertEqual(self.program().wait_exit(8), 0)  # a second start
+        wait_until(lambda: self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                             str(program.pid)], check=False), "the window", 8)
+        os.kill(program.pid, signal.SIGTERM)
+        self.assertEqual(program.wait_exit(5), 0)
+
+    def test_a_session_bus_that_never_answers_blocks_nothing(self):
+        path = str(self.desktop.folder / "deaf_session_bus")
+        with socket.socket(socket.AF_UNIX) as deaf:
+            deaf.bind(path)
+            deaf.listen()
+            agent = self.agent()
+            program = self.started(
+                agent, environment={"DBUS_SESSION_BUS_ADDRESS": f"unix:path={path}"})
+            os.kill(program.pid, signal.SIGTERM)
+            self.assertEqual(program.wait_exit(5), 0)
+
+
 class WithoutDesktop(unittest.TestCase):
     """--help and --version answer anywhere."""
 

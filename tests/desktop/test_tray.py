@@ -1,5 +1,6 @@
 """The status item and its menu, read as a panel reads them."""
 import os
+import re
 import signal
 
 from desktop_case import DesktopCase, wait_until
@@ -55,9 +56,16 @@ class Tray(DesktopCase):
         folder.mkdir(parents=True, exist_ok=True)
         (folder / "Info.json").write_text('{"NoKorvaleUI": 1}')
         self.addCleanup((folder / "Info.json").unlink)
-        item = self.item(self.program())
+        program = self.program()
+        item = self.item(program)
         item.wait_colour("green")
         self.assertEqual(self.menu_labels(item), self.labels(["About", None, "Exit"]))
+        item.activate()
+        self.assertTrue(item.menu())  # the click is handled before this is answered
+        self.assertEqual(self.windows(program), [])
+        self.assertEqual(self.program().wait_exit(), 0)  # nor does a second start show a window
+        self.assertTrue(item.menu())
+        self.assertEqual(self.windows(program), [])
 
     def test_the_administrator_can_take_the_policy_check_away(self):
         folder = self.desktop.root / "etc" / "korvale-ui"
@@ -153,6 +161,26 @@ class TrayHosts(DesktopCase):
         item.wait_colour("green")
         self.assertIn(text("Safe"), item.tooltip())
         self.desktop.stop_panel()
+
+
+class X11Tray(DesktopCase):
+    """The panel takes X11 tray icons, too; the program's bus has no StatusNotifier host."""
+
+    def test_the_x11_tray_shows_the_item_and_its_click_opens_the_window(self):
+        program = self.program(environment={"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"})
+
+        def icon():
+            for line in self.desktop.run(["xwininfo", "-root", "-tree"]).splitlines():
+                place = re.search(r'"korvale-ui".* (\d+)x(\d+)\+\S+ +\+(\d+)\+(\d+)$', line)
+                if place and int(place[1]) < 64:
+                    return [int(number) for number in place.groups()]
+            return None
+        width, height, x, y = wait_until(icon, "the icon")
+        self.desktop.run(["xdotool", "mousemove", str(x + width // 2), str(y + height // 2),
+                          "click", "1"])
+        wait_until(lambda: self.desktop.run(
+            ["xdotool", "search", "--onlyvisible", "--pid", str(program.pid), "--name",
+             "KorvaleUI"], check=False).split(), "the window")
 
 
 class Appearance(DesktopCase):

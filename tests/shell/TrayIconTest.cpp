@@ -134,6 +134,16 @@ TEST_F(TrayIconTest, AWatcherThatDoesNotSayWhetherThereIsAHostHasNone) {
     EXPECT_FALSE(patientIcon.isShown());
 }
 
+TEST_F(TrayIconTest, AWatcherThatNeverAnswersIsNoTrayAndNoIconIsMade) {
+    watcher.answer = [](const QDBusMessage&) { return QDBusMessage(); };
+    watcher.appear();
+    icon.start(bus.connect());
+    ASSERT_TRUE(waitUntil([this] { return watcher.calls.size() == 1; }));
+    x11 = X11Tray::Present;
+    ASSERT_TRUE(waitForAvailability(false));
+    EXPECT_FALSE(icon.isShown());
+}
+
 TEST_F(TrayIconTest, AnX11TrayServesWhereTheWatcherHasNoHost) {
     hasHost = false;
     x11 = X11Tray::Present;
