@@ -28,6 +28,7 @@ void whileStarting(QtMsgType type, const QMessageLogContext& /*context*/, const 
             OSLoggingLogMessage(LogLevel::Error, "%@", {message});
         }
     }
+    finishLog();
     // Returning would abort; a half-made application cannot be destroyed.
     std::_Exit(EXIT_FAILURE);
 }

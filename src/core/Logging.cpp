@@ -81,4 +81,10 @@ void UninitializedLogging(const char* category, const char* message) {
 
 void OSLoggingShutdown() {}
 
+void finishLog() {
+    if (LogSink* sink = chosenSink) {
+        sink->finish();
+    }
+}
+
 } // namespace korvale

@@ -31,6 +31,9 @@ void UninitializedLogging(const char* category, const char* message);
 /// The last act of applicationWillTerminate; does nothing, as the system's log needs no closing.
 void OSLoggingShutdown();
 
+/// To be called before the process ends without destructors: no line is left unwritten.
+void finishLog();
+
 /// "ERROR", "WARN", "INFO" or "DEBUG".
 [[nodiscard]] const char* logLevelWord(LogLevel level);
 

@@ -1,5 +1,7 @@
 #include "core/Termination.h"
 
+#include "core/Logging.h"
+
 #include <QSocketNotifier>
 
 #include <array>
@@ -30,6 +32,7 @@ std::function<void()>& toolkitExitAction() {
 void onExit() {
     if (toolkitExitAction()) {
         toolkitExitAction()();
+        finishLog();
         // Objects of the main thread are still alive and in use: no destructor may run any more.
         std::_Exit(EXIT_SUCCESS);
     }

@@ -27,6 +27,9 @@ void logMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QSt
     if (logs(level)) {
         OSLoggingLogMessage(level, "%@", {message});
     }
+    if (type == QtFatalMsg) {
+        finishLog(); // the toolkit aborts
+    }
 }
 
 } // namespace

@@ -15,6 +15,10 @@ public:
     /// One line, without a line feed, as it shall stand: a leveled line with its level word, or a
     /// trace line. Control characters in it are already escaped.
     virtual void write(LogLevel level, const QByteArray& line) = 0;
+
+    /// Returns when all lines are written, except to a reader that takes none. None may be written
+    /// any more.
+    virtual void finish() {}
 };
 
 } // namespace korvale

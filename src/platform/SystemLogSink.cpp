@@ -33,11 +33,19 @@ SystemLogSink::SystemLogSink(std::size_t capacity)
 }
 
 SystemLogSink::~SystemLogSink() {
-    m_standardError.hurry();
-    m_backlog.finish();
+    finishWriting();
     if (!m_stderrIsJournal) {
         ::closelog();
     }
+}
+
+void SystemLogSink::finish() {
+    finishWriting();
+}
+
+void SystemLogSink::finishWriting() {
+    m_standardError.hurry();
+    m_backlog.finish();
 }
 
 void SystemLogSink::write(LogLevel level, const QByteArray& line) {

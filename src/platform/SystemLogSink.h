@@ -26,10 +26,12 @@ public:
     SystemLogSink& operator=(const SystemLogSink&) = delete;
 
     void write(LogLevel level, const QByteArray& line) override;
+    void finish() override;
 
 private:
     void writeNow(LogLevel level, const QByteArray& line);
     bool isOneOfMany();
+    void finishWriting();
 
     bool m_stderrIsJournal;
     std::mutex m_mutex; ///< lets one line after the other in

@@ -1,6 +1,9 @@
 #include "core/Termination.h"
 
+#include "core/DisplayGuard.h"
+#include "core/Logging.h"
 #include "fakes/WaitUntil.h"
+#include "platform/SystemLogSink.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -75,6 +78,36 @@ TEST(ToolkitExit, BecomesACleanEnd) {
             std::exit(1);
         },
         testing::ExitedWithCode(0), "will terminate");
+}
+
+/// More lines than are written by whoever logs them.
+void logVeryMuch() {
+    for (int i = 0; i < 5000; ++i) {
+        OSLoggingLogMessage(LogLevel::Info, "line %i", {QString::number(i)});
+    }
+}
+
+TEST(ToolkitExit, LosesNoLine) {
+    EXPECT_EXIT(
+        {
+            SystemLogSink sink;
+            setLogSink(&sink);
+            const ToolkitExitGuard guard([] { logVeryMuch(); });
+            std::exit(1);
+        },
+        testing::ExitedWithCode(0), "line 4999");
+}
+
+TEST(AnUnusableDisplay, LosesNoLine) {
+    EXPECT_EXIT(
+        {
+            SystemLogSink sink;
+            setLogSink(&sink);
+            const DisplayGuard guard;
+            logVeryMuch();
+            qFatal("no platform plugin");
+        },
+        testing::ExitedWithCode(1), "line 4999.*\n.*No usable display");
 }
 
 TEST(ToolkitExit, IsLeftAloneAfterwards) {
