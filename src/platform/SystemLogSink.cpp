@@ -9,7 +9,7 @@ namespace korvale {
 namespace {
 
 // So many lines within that time are written by whoever logs them.
-constexpr int fewLines = 100;
+constexpr int fewLines = 500;
 constexpr std::chrono::seconds burstTime{1};
 
 } // namespace
