@@ -185,64 +185,24 @@ void ThreatsTableView::sortByColumn(int column) {
 // Cells
 
 std::unique_ptr<CellView> ThreatsTableView::makeView(QLatin1String identifier) {
-    return m_pool.take(identifier);
-}
-
-const CellView* ThreatsTableView::visibleCell(int row, int column) const {
-    const int position = row - m_firstVisible;
-    if (position < 0 || position >= static_cast<int>(m_visible.size())) {
-        return nullptr;
-    }
-    return m_visible[static_cast<std::size_t>(position)][static_cast<std::size_t>(column)].get();
-}
-
-void ThreatsTableView::recycle(CellRow& row) {
-    for (std::unique_ptr<CellView>& cell : row) {
-        m_pool.put(std::move(cell));
-    }
+    return m_cells.pool().take(identifier);
 }
 
 void ThreatsTableView::recycleAll() {
-    for (CellRow& row : m_visible) {
-        recycle(row);
-    }
-    m_visible.clear();
+    m_cells.recycleAll();
     viewport()->update();
 }
 
 void ThreatsTableView::prepareCells() {
-    const int first = rowAtY(0);
     const int last = std::min(rowAtY(viewport()->height() - 1), rowCount() - 1);
-    const auto lastVisible = [this] {
-        return m_firstVisible + static_cast<int>(m_visible.size()) - 1;
-    };
-    while (!m_visible.empty() && (m_firstVisible < first || m_firstVisible > last)) {
-        recycle(m_visible.front());
-        m_visible.pop_front();
-        ++m_firstVisible;
-    }
-    while (!m_visible.empty() && lastVisible() > last) {
-        recycle(m_visible.back());
-        m_visible.pop_back();
-    }
-    const auto makeRow = [this](int row) {
-        CellRow cells;
+    m_cells.show(rowAtY(0), last, [this](int row) {
+        VisibleCells::Row cells;
         for (const TableColumn& column : m_columns) {
             cells.push_back(
                 m_source->viewForTableColumn(*this, QLatin1String(column.identifier), row));
         }
         return cells;
-    };
-    if (m_visible.empty()) {
-        m_firstVisible = first;
-    }
-    while (m_firstVisible > first) {
-        m_visible.push_front(makeRow(m_firstVisible - 1));
-        --m_firstVisible;
-    }
-    while (lastVisible() < last) {
-        m_visible.push_back(makeRow(lastVisible() + 1));
-    }
+    });
 }
 
 // Painting
@@ -348,9 +308,8 @@ QModelIndex ThreatsTableView::indexAt(const QPoint& point) const {
 int ThreatsTableView::sizeHintForColumn(int column) const {
     QStyleOptionViewItem option;
     initViewItemOption(&option);
-    const int rows = static_cast<int>(m_visible.size());
     int widest = 0;
-    for (int row = m_firstVisible; row < m_firstVisible + rows; ++row) {
+    for (int row = m_cells.firstRow(); row <= m_cells.lastRow(); ++row) {
         const QSize size = itemDelegate()->sizeHint(option, m_model->index(row, column));
         widest = std::max(widest, size.width());
     }

@@ -1,16 +1,14 @@
 #pragma once
 
-#include "tables/CellPool.h"
 #include "tables/RowIndexes.h"
 #include "tables/SortDescriptor.h"
 #include "tables/TableDescription.h"
+#include "tables/VisibleCells.h"
 
 #include <QTableView>
 
-#include <deque>
 #include <memory>
 #include <span>
-#include <vector>
 
 namespace korvale {
 
@@ -56,10 +54,12 @@ public:
     /// A cell out of sight with that identifier, to be used again; nullptr when there is none.
     [[nodiscard]] std::unique_ptr<CellView> makeView(QLatin1String identifier);
     /// The cell as it is in sight now; nullptr when it is not.
-    [[nodiscard]] const CellView* visibleCell(int row, int column) const;
+    [[nodiscard]] const CellView* visibleCell(int row, int column) const {
+        return m_cells.cell(row, column);
+    }
 
     [[nodiscard]] int heightOfRows() const { return m_rowHeight; }
-    [[nodiscard]] std::size_t pooledCells() const { return m_pool.size(); }
+    [[nodiscard]] std::size_t pooledCells() const { return m_cells.pool().size(); }
 
     // QAbstractItemView, for equally high rows.
     [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
@@ -87,14 +87,11 @@ protected:
     [[nodiscard]] QRegion visualRegionForSelection(const QItemSelection& selection) const override;
 
 private:
-    using CellRow = std::vector<std::unique_ptr<CellView>>;
-
     [[nodiscard]] int rowCount() const;
     [[nodiscard]] int rowAtY(int y) const;
     [[nodiscard]] QRect rowRect(int row) const;
     void measureRows();
     void prepareCells();
-    void recycle(CellRow& row);
     void recycleAll();
     [[nodiscard]] bool isInUse() const;
     [[nodiscard]] bool showsFocus() const;
@@ -111,9 +108,7 @@ private:
     RowsModel* m_model = nullptr;
     TableDataSource* m_source = nullptr;
     TableDataSource* m_nextResponder = nullptr;
-    CellPool m_pool;
-    std::deque<CellRow> m_visible; ///< cells in sight, from row m_firstVisible on
-    int m_firstVisible = 0;
+    VisibleCells m_cells;
     int m_rowHeight = 1;
     bool m_showsFocus = false; ///< to those who come by keyboard
     bool m_reloading = false;
