@@ -217,7 +217,7 @@ class DesktopSession:
             display = f":{random.randrange(100, 30000)}"
             reading, writing = os.pipe()
             self.start_part("xvfb", ["Xvfb", display, "-displayfd", str(writing), "-screen", "0",
-                                     f"{self.screen}x24", "-nolisten", "tcp", "-ac"],
+                                     f"{self.screen}x24", "-nolisten", "tcp", "-ac", "-noreset"],
                             pass_fds=[writing])
             os.close(writing)
             with os.fdopen(reading) as numbers:
