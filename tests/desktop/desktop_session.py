@@ -211,8 +211,8 @@ class DesktopSession:
         self._wait_part(name, path.is_socket)
 
     def _start_display(self):
-        # A number of its own for each server: one that ends takes the socket of a later one with
-        # the same number along when the server is left to choose.
+        # A number of its own for each server, since several tests run side by side; without reset,
+        # which refuses whoever comes while the last client is going.
         for _ in range(5):
             display = f":{random.randrange(100, 30000)}"
             reading, writing = os.pipe()

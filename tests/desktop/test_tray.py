@@ -12,8 +12,8 @@ ADVANCED_MENU = NORMAL_MENU[:-2] + [None, "TM_Logging", "TM_Detection", None, "E
 
 
 class Tray(DesktopCase):
-    def labels(self, keys):
-        return ["---" if key is None else text(key) for key in keys]
+    def labels(self, keys, language="en"):
+        return ["---" if key is None else text(key, language) for key in keys]
 
     def menu_labels(self, item):
         return [repr(entry) for entry in item.menu()]
@@ -29,6 +29,18 @@ class Tray(DesktopCase):
         self.assertEqual(self.menu_labels(item), self.labels(NORMAL_MENU))
         self.assertTrue(all(entry.enabled for entry in item.menu()))
         self.assertFalse(item.entry(text("CM_ShowNotifications")).checked)
+
+    def test_it_speaks_the_users_language_and_else_english(self):
+        for locale, language in (("de_AT.UTF-8", "de"), ("ja_JP.UTF-8", "ja"),
+                                 ("fr_FR.UTF-8", "fr"), ("es_MX.UTF-8", "es"),
+                                 ("fi_FI.UTF-8", "en")):
+            with self.subTest(locale=locale):
+                program = self.program(environment={"LANG": locale})
+                item = self.item(program)
+                self.assertEqual(self.menu_labels(item), self.labels(NORMAL_MENU, language))
+                self.assertEqual(item.tooltip().split("\n")[1], text("OfflineMode", language))
+                os.kill(program.pid, signal.SIGTERM)
+                program.wait_exit()
 
     def test_the_advanced_menu_offers_levels_and_scans(self):
         item = self.item(self.program("-a"))

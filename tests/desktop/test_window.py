@@ -1,4 +1,5 @@
 """The details window: tabs, keys, status line, counters, names, and where it stands."""
+import json
 import os
 import signal
 import time
@@ -69,15 +70,34 @@ class Window(WindowCase):
         self.reported_agent.tell("stop")
         self.wait_text(text("NotRunning"))
 
+    def test_the_about_panel_shows_the_policy_as_plain_text(self):
+        self.reported_agent.tell_all("policy name <b>House</b> & rules",
+                                     "policy mode Managed Policy", "set companion-version 3.1",
+                                     "requests clear")
+        second = self.restarted()  # which asks for the policy with its first tick
+        wait_until(lambda: {"CMD_": "GOPV"} in self.reported_agent.requests(), "the queries")
+        self.status_item.click(self.status_item.entry(text("About")))
+
+        said = wait_until(lambda: json.loads(self.read("texts") or "[]"), "the credits")[0]
+        self.assertTrue(second.running())
+        self.assertEqual(said.split("\n")[:2],
+                         ["SONDAR Version : 3.1",
+                          f"{text('AboutPolicy')} <b>House</b> & rules  (Managed Policy)"])
+
+    def restarted(self):
+        """The program anew, with the same agent."""
+        os.kill(self.details.pid, signal.SIGTERM)
+        self.details.wait_exit()
+        self.details = self.started(self.reported_agent)
+        self.status_item = self.item(self.details)
+        return self.details
+
     def test_place_and_size_are_remembered(self):
         window = self.open_window()
         self.desktop.run(["xdotool", "windowsize", "--sync", window, "1000", "610"])
         self.press("Escape")
         wait_until(lambda: not self.window(), "the window to go")
-        os.kill(self.details.pid, signal.SIGTERM)
-        self.details.wait_exit()
-        self.details = self.program()
-        self.status_item = self.item(self.details)
+        self.restarted()
         window = self.open_window()
         geometry = self.desktop.run(["xdotool", "getwindowgeometry", window])
         self.assertIn("1000x610", geometry)

@@ -3,6 +3,7 @@
 
 rows: the current tab's label, a tab, and how many rows its table has.
 tree: every accessible on screen as one JSON line: depth, role, name, description.
+texts: what stands in the text fields, as a JSON list.
 cells: the current table's cells as a JSON list of rows; tips: their descriptions.
 titles: the current table's column titles as a JSON list.
 cell:N: the middle of the first cell of the current table's row N on the screen, as JSON.
@@ -65,11 +66,20 @@ def print_tree(node, depth=0):
             print_tree(child, depth + 1)
 
 
+def field_texts(node):
+    if node.get_role() == Atspi.Role.TEXT:
+        return [Atspi.Text.get_text(node, 0, Atspi.Text.get_character_count(node))]
+    return [text for child in children(node) for text in field_texts(child)]
+
+
 def main():
     app = application(int(sys.argv[1]))
     what = sys.argv[2]
     if what == "tree":
         print_tree(app)
+        return
+    if what == "texts":
+        print(json.dumps(field_texts(app)))
         return
     table = find(app, Atspi.Role.TABLE)
     if table is None:
