@@ -10,6 +10,7 @@
 #include "core/ToolkitMessages.h"
 #include "core/UserSession.h"
 #include "platform/ProcRunningApplications.h"
+#include "platform/StandardError.h"
 #include "platform/SystemLogSink.h"
 #include "shell/Translations.h"
 
@@ -100,6 +101,7 @@ int start(int argc, char** argv, const CommandLine& commandLine, const InfoDicti
 } // namespace
 
 int runKorvaleUI(int argc, char** argv) {
+    replaceClosedStandardStreams();
     const CommandLine commandLine(argc, argv);
     if (commandLine.asksFor("--help")) {
         print(helpText());

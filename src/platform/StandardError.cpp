@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <fcntl.h>
 #include <poll.h>
 #include <string_view>
 #include <sys/eventfd.h>
@@ -30,6 +31,15 @@ bool writeSome(std::string_view& rest) {
 }
 
 } // namespace
+
+void replaceClosedStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) < 0) {
+            // Gets the lowest free number, which is this one.
+            [[maybe_unused]] const int opened = ::open("/dev/null", O_RDWR);
+        }
+    }
+}
 
 void writeToStandardError(const QByteArray& line) {
     StandardError().writeLine(line);

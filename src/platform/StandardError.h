@@ -6,6 +6,10 @@
 
 namespace korvale {
 
+/// Opens the null device in place of each standard stream that the parent closed, so that no file
+/// of the program's own takes its number. The first act of the process.
+void replaceClosedStandardStreams();
+
 /// Writes `line` and a line feed to standard error in one go, so that lines of two threads do not
 /// mix. Waits for whoever reads; a failure is ignored.
 void writeToStandardError(const QByteArray& line);

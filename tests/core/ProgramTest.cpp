@@ -67,6 +67,16 @@ TEST_F(Program, WithoutItsInformationDictionaryItGoesByItsFileName) {
                 HasSubstr("/share/korvale-ui/Info.json holds no JSON object and is ignored."));
 }
 
+TEST_F(Program, WithoutAnyStandardStreamItRuns) {
+    m_run.offscreen();
+    m_run.start({QStringLiteral("-c"), QStringLiteral("exec \"$0\" <&- >&- 2>&-"),
+                 ProgramRun::builtProgram()},
+                QStringLiteral("/bin/sh"));
+    EXPECT_FALSE(m_run.process.waitForFinished(1500));
+    m_run.send(SIGTERM);
+    EXPECT_EQ(m_run.status(), 0);
+}
+
 struct Display {
     const char* name;
     const char* variable;
