@@ -54,12 +54,12 @@ def main():
              "date": datetime.date.today().isoformat()}
     print(f"commit {about['commit']}, {about['machine']}")
     names = [name for name in GROUPS if not options.only or name in options.only]
-    figures, series = [], {}
+    figures = []
 
     def take(result):
         figures.extend(result[0])
-        series.update(result[1])
         report.print_figures(result[0])
+        report.keep(build / "bench.json", result[0], about, result[1])
 
     repetitions = 3 if options.quick else 7
     with tempfile.TemporaryDirectory(prefix="korvale-bench-") as name:
@@ -71,7 +71,6 @@ def main():
         desktop = [one for one in names if one not in ("batch", "tables")]
         if desktop:
             on_desktop(desktop, binaries, folder, options.quick, take)
-    report.keep(build / "bench.json", figures, about, series)
     if options.plot:
         import plots
         plots.draw(build / "bench.json", PROJECT / "docs")
