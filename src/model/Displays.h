@@ -31,6 +31,8 @@ public:
 
 /// Index of no picture: the notification has none.
 inline constexpr int noImage = -1;
+/// Index of the picture beside news of threats and exploits.
+inline constexpr int threatImage = 4;
 
 /// Desktop notifications, gated by the user's choice or the policy.
 class NotificationSender {

@@ -10,8 +10,6 @@ namespace korvale {
 
 namespace {
 
-constexpr int threatImage = 4; ///< index of Resources::getImage
-
 struct Wording {
     const char* subtitle;
     const char* message;

@@ -16,9 +16,6 @@
 namespace korvale {
 namespace {
 
-/// Index of the picture that stands beside threats.
-constexpr int threatImage = 4;
-
 std::uint64_t identifierOf(const JsonValue& pid) {
     return pid.isNull() ? 0 : jsonFingerprint(*pid.document(), pid.index());
 }
