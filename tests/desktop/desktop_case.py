@@ -53,6 +53,14 @@ class DesktopCase(unittest.TestCase):
         wait_until(lambda: {"CMD_": "GDRV"} in agent.requests(), "the program on the bus")
         return program
 
+    def announce(self, agent, *commands):
+        """Has the agent say that it started until the program hears it, then the commands."""
+        def is_heard():
+            agent.tell("start")
+            return {"CMD_": "GDRV"} in agent.requests()
+        wait_until(is_heard, "the program to hear the agent")
+        agent.tell_all(*commands)
+
     def item(self, program):
         item = TrayItem(self.desktop, program)
         self.cleanup.callback(item.close)

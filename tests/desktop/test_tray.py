@@ -167,7 +167,7 @@ class TrayHosts(DesktopCase):
         self.item(program).wait_colour("yellow")
         self.desktop.stop_panel()
         agent = self.agent()
-        agent.tell_all("start", "halyx on")
+        self.announce(agent, "halyx on")
         self.desktop.start_panel()
         item = self.item(program)
         item.wait_colour("green")

@@ -121,9 +121,18 @@ class WindowWithoutTray(DesktopCase):
         self.assertEqual(self.program().wait_exit(), 0)
         wait_until(lambda: window_of(self.desktop, program), "the window")
 
-        def buttons():
-            tree = self.desktop.run(["/usr/bin/python3", READER, str(program.pid), "tree"],
-                                    check=False)
-            return [line for line in tree.splitlines() if '"push button menu"' in line
-                    or '"push button"' in line]
-        self.assertTrue(wait_until(buttons, "the menu button"))
+        def menu_button():
+            place = self.desktop.run(["/usr/bin/python3", READER, str(program.pid),
+                                      f"place:{text('HPS_Menu')}"], check=False)
+            return json.loads(place or "null")
+        x, y = wait_until(menu_button, "the menu button")
+        self.desktop.run(["xdotool", "mousemove", str(x), str(y), "click", "1"])
+        wait_until(lambda: self.menus(program) > 1, "the menu")
+        self.desktop.run(["xdotool", "key", "Up", "Return"])  # its last item
+        self.assertEqual(program.wait_exit(), 0)
+        program.wait_log(r'^INFO "exitApp\."$')
+
+    def menus(self, program):
+        """How many windows of the program are on screen."""
+        return len(self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                     str(program.pid)], check=False).split())

@@ -6,6 +6,7 @@ tree: every accessible on screen as one JSON line: depth, role, name, descriptio
 texts: what stands in the text fields, as a JSON list.
 cells: the current table's cells as a JSON list of rows; tips: their descriptions.
 titles: the current table's column titles as a JSON list.
+place:NAME: the middle of the first thing of that name on the screen, as JSON.
 cell:N: the middle of the first cell of the current table's row N on the screen, as JSON.
 """
 import json
@@ -66,6 +67,17 @@ def print_tree(node, depth=0):
             print_tree(child, depth + 1)
 
 
+def middle(node):
+    box = node.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+    return [box.x + box.width // 2, box.y + box.height // 2]
+
+
+def named(node, name):
+    if node.get_name() == name and node.get_state_set().contains(Atspi.StateType.SHOWING):
+        return node
+    return next(filter(None, (named(child, name) for child in children(node))), None)
+
+
 def field_texts(node):
     if node.get_role() == Atspi.Role.TEXT:
         return [Atspi.Text.get_text(node, 0, Atspi.Text.get_character_count(node))]
@@ -81,6 +93,9 @@ def main():
     if what == "texts":
         print(json.dumps(field_texts(app)))
         return
+    if what.startswith("place:"):
+        print(json.dumps(middle(named(app, what.partition(":")[2]))))
+        return
     table = find(app, Atspi.Role.TABLE)
     if table is None:
         sys.exit("no table is showing")
@@ -95,9 +110,7 @@ def main():
         print(json.dumps(titles(table)))
     elif what.startswith("cell:"):
         row = int(what.partition(":")[2])
-        cell = table.get_table_iface().get_accessible_at(row, 0).get_component_iface()
-        box = cell.get_extents(Atspi.CoordType.SCREEN)
-        print(json.dumps([box.x + box.width // 2, box.y + box.height // 2]))
+        print(json.dumps(middle(table.get_table_iface().get_accessible_at(row, 0))))
     else:
         sys.exit(f"nothing is called {what}")
 
