@@ -67,14 +67,20 @@ TEST_F(Program, WithoutItsInformationDictionaryItGoesByItsFileName) {
                 HasSubstr("/share/korvale-ui/Info.json holds no JSON object and is ignored."));
 }
 
-TEST_F(Program, WithoutAnyStandardStreamItRuns) {
+TEST_F(Program, NoFileOfItsOwnTakesTheNumberOfAClosedStandardStream) {
     m_run.offscreen();
     m_run.start({QStringLiteral("-c"), QStringLiteral("exec \"$0\" <&- >&- 2>&-"),
                  ProgramRun::builtProgram()},
                 QStringLiteral("/bin/sh"));
-    EXPECT_FALSE(m_run.process.waitForFinished(1500));
-    m_run.send(SIGTERM);
-    EXPECT_EQ(m_run.status(), 0);
+    const QString files = QStringLiteral("/proc/%1/fd/").arg(m_run.process.processId());
+    const auto isOpen = [&files](const char* number) {
+        return QFile::symLinkTarget(files + QString::fromLatin1(number)) ==
+               QStringLiteral("/dev/null");
+    };
+    EXPECT_TRUE(waitUntil([&isOpen] {
+        QTimer::singleShot(20, qApp, [] {});
+        return isOpen("0") && isOpen("1") && isOpen("2");
+    }));
 }
 
 struct Display {
