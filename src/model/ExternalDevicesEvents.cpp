@@ -32,7 +32,8 @@ std::optional<QString> actionText(const JsonValue& action) {
     if (!action.isText()) {
         return std::nullopt;
     }
-    const auto* const known = std::ranges::find(deviceActions, action.utf8(), &DeviceAction::action);
+    const auto* const known =
+        std::ranges::find(deviceActions, action.utf8(), &DeviceAction::action);
     return known != deviceActions.end() ? std::optional(localizedText(known->key)) : std::nullopt;
 }
 

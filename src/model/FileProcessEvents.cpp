@@ -106,14 +106,15 @@ private:
 
     void addExploit(const JsonMember& record) {
         const EventText& event = m_texts.exploit(unsigned32Value(record.value["Event"]));
-        const QString type = memdefTypeString(textOnly(record.value["ItemType"]).value_or(QString()))
-                                 .value_or(QString());
+        const QString type =
+            memdefTypeString(textOnly(record.value["ItemType"]).value_or(QString()))
+                .value_or(QString());
         const std::optional<QString> path = textOnly(record.value["Path"]);
         const QString details = m_texts.exploitDetails(type, valueText(record.value["PID"]),
                                                        path ? *path : valueText(record.name));
         if (isNew({"Exploit-", event.utf8, "-", details.toUtf8()})) {
-            m_rows->add({cellText(record.value["When"]), QStringLiteral("Exploit"), event.text,
-                         details});
+            m_rows->add(
+                {cellText(record.value["When"]), QStringLiteral("Exploit"), event.text, details});
         }
     }
 

@@ -22,9 +22,9 @@ using ProcessIds = std::unordered_set<std::uint64_t>;
 /// What one list of stopped processes comes to.
 struct ProcessPass {
     RowBatchPtr rows;
-    std::int64_t attempts = 0; ///< processes that are not ignored
-    ProcessIds newProcesses;   ///< those whose identifier was not remembered
-    bool alert = false;        ///< one of these is in the alert state
+    std::int64_t attempts = 0;      ///< processes that are not ignored
+    ProcessIds newProcesses;        ///< those whose identifier was not remembered
+    bool alert = false;             ///< one of these is in the alert state
     std::optional<QString> message; ///< about these, if there are any
 };
 
@@ -41,8 +41,11 @@ class ProcessStateChanges {
 public:
     ProcessStateChanges(AppState& state, HostCache& hostCache, ProcessIds& cachedProcessByPID,
                         TableFeed& memExploitTable, NotificationSender& notifications)
-        : m_state(state), m_hostCache(hostCache), m_cachedProcessByPID(cachedProcessByPID),
-          m_memExploitTable(memExploitTable), m_notifications(notifications) {}
+        : m_state(state),
+          m_hostCache(hostCache),
+          m_cachedProcessByPID(cachedProcessByPID),
+          m_memExploitTable(memExploitTable),
+          m_notifications(notifications) {}
 
     /// `list` is the content of "process_states.log"; no value empties the table.
     void parseProcessStateChanges(const std::optional<JsonValue>& list);

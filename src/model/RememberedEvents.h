@@ -12,8 +12,8 @@
 namespace korvale {
 
 /// The events already reported. It only ever grows, so it holds a 128-bit digest (BLAKE2s) of each
-/// event's identity in place of the text: two identities never meet in practice, nor can anyone make
-/// them. Looking one up costs the same however many there are.
+/// event's identity in place of the text: two identities never meet in practice, nor can anyone
+/// make them. Looking one up costs the same however many there are.
 class RememberedEvents {
 public:
     /// Remembers the identity that `parts`, one behind the other, spell in UTF-8. True when it was

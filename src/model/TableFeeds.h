@@ -10,7 +10,8 @@ public:
     virtual ~TableFeed() = default;
     /// Replaces all rows; nullptr (an absent list) empties the table. Never capped.
     virtual void loadData(RowBatchPtr rows) = 0;
-    /// Puts rows in front of the present ones and caps the list at 1000. nullptr or no rows: nothing.
+    /// Puts rows in front of the present ones and caps the list at 1000. nullptr or no rows:
+    /// nothing.
     virtual void addData(RowBatchPtr rows) = 0;
     virtual void updateView() = 0;
 };

@@ -18,7 +18,7 @@ QString bodyOf(const DesktopNotification& notification, bool hasBodyMarkup) {
     const auto worded = [hasBodyMarkup](const QString& text) {
         return hasBodyMarkup ? cut(text).toHtmlEscaped() : cut(text);
     };
-    const QString message = worded(notification.message);
+    QString message = worded(notification.message);
     if (notification.subtitle.isEmpty()) {
         return message;
     }

@@ -62,7 +62,7 @@ QImage PictureEngine::drawn(const QSize& size) const {
     drawing.setData(m_picture.drawing.data(), static_cast<int>(m_picture.drawing.size()));
     QImageReader reader(&drawing, "svg");
     reader.setScaledSize(size);
-    const QImage image = reader.read();
+    QImage image = reader.read();
     if (!image.isNull()) {
         return image;
     }

@@ -11,8 +11,8 @@
 namespace korvale::fakes {
 
 /// Writes down, one line each and in order, everything that would be shown: "status 5", "icon 2",
-/// "counters", "notify message|subtitle|image", "consumer message|url", "sondar message" (null texts
-/// as "-"). Keeps the shown colour and status in `state`, as the real ones do.
+/// "counters", "notify message|subtitle|image", "consumer message|url", "sondar message" (null
+/// texts as "-"). Keeps the shown colour and status in `state`, as the real ones do.
 class RecordingDisplays final : public StatusDisplay,
                                 public IconDisplay,
                                 public CounterDisplay,

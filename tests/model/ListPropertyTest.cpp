@@ -7,9 +7,9 @@
 #include "model/JsonValue.h"
 #include "model/Paths.h"
 
-#include <algorithm>
 #include <QStringList>
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
 #include <random>
