@@ -35,14 +35,9 @@ InfoDictionary InfoDictionary::load(const QString& packagedPath,
                                     const QString& administratorsPath) {
     JsonValue packaged = readObject(packagedPath);
     JsonValue administrators = readObject(administratorsPath);
-    QStringList ignored;
-    if (packaged.isNull()) {
-        ignored << packagedPath;
-    }
-    if (administrators.isNull() && QFileInfo::exists(administratorsPath)) {
-        ignored << administratorsPath;
-    }
-    return {std::move(packaged), std::move(administrators), std::move(ignored)};
+    const bool ignoresAdministratorsFile =
+        administrators.isNull() && QFileInfo::exists(administratorsPath);
+    return {std::move(packaged), std::move(administrators), ignoresAdministratorsFile};
 }
 
 JsonValue InfoDictionary::operator[](std::string_view key) const {

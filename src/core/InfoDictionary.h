@@ -3,7 +3,6 @@
 #include "model/JsonValue.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <string_view>
 
@@ -31,19 +30,21 @@ public:
     /// "Use Vexa App Icon": false when absent.
     [[nodiscard]] bool usesVexaAppIcon() const;
 
-    /// Paths of the files that should hold a JSON object and do not. Only the administrator's may
-    /// be absent.
-    [[nodiscard]] const QStringList& ignoredFiles() const { return m_ignoredFiles; }
+    /// False when the packaged file is missing or holds no JSON object: a broken installation.
+    [[nodiscard]] bool isInstalled() const { return !m_packaged.isNull(); }
+
+    /// The administrator's file is there and holds no JSON object.
+    [[nodiscard]] bool ignoresAdministratorsFile() const { return m_ignoresAdministratorsFile; }
 
 private:
-    InfoDictionary(JsonValue packaged, JsonValue administrators, QStringList ignoredFiles)
+    InfoDictionary(JsonValue packaged, JsonValue administrators, bool ignoresAdministratorsFile)
         : m_packaged(std::move(packaged)),
           m_administrators(std::move(administrators)),
-          m_ignoredFiles(std::move(ignoredFiles)) {}
+          m_ignoresAdministratorsFile(ignoresAdministratorsFile) {}
 
     JsonValue m_packaged;
     JsonValue m_administrators;
-    QStringList m_ignoredFiles;
+    bool m_ignoresAdministratorsFile;
 };
 
 } // namespace korvale

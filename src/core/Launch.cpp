@@ -119,7 +119,13 @@ int runKorvaleUI(int argc, char** argv) {
     SystemLogSink log;
     setLogSink(&log);
     logToolkitMessages();
-    const int status = start(argc, argv, commandLine, info, signalsOfTheSystem);
+    if (!info.isInstalled()) {
+        OSLoggingLogMessage(LogLevel::Error,
+                            "The installation is broken: %@ is missing or holds no JSON object.",
+                            {InfoDictionary::packagedPath()});
+    }
+    const int status = info.isInstalled() ? start(argc, argv, commandLine, info, signalsOfTheSystem)
+                                          : EXIT_FAILURE;
     setLogSink(nullptr);
     return status;
 }

@@ -29,8 +29,9 @@ void logStartUp(const InfoDictionary& info) {
         logLine(LogLevel::Warn, "KORVALE_ROOT is set: files are read below %@.",
                 {qEnvironmentVariable("KORVALE_ROOT")});
     }
-    for (const QString& file : info.ignoredFiles()) {
-        logLine(LogLevel::Warn, "%@ holds no JSON object and is ignored.", {file});
+    if (info.ignoresAdministratorsFile()) {
+        logLine(LogLevel::Warn, "%@ holds no JSON object and is ignored.",
+                {InfoDictionary::administratorsPath()});
     }
 }
 

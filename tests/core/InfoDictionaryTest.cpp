@@ -40,20 +40,21 @@ TEST_F(InfoDictionaryTest, TheAdministratorReplacesSingleKeys) {
     EXPECT_EQ(valueText(info["CFBundleName"]), QStringLiteral("A"));
     EXPECT_EQ(valueText(info["CFBundleVersion"]), QStringLiteral("7"));
     EXPECT_TRUE(info["Absent"].isNull());
-    EXPECT_EQ(info.ignoredFiles(), QStringList());
+    EXPECT_TRUE(info.isInstalled());
+    EXPECT_FALSE(info.ignoresAdministratorsFile());
 }
 
-TEST_F(InfoDictionaryTest, AnUnusablePackagedFileCountsAsAnEmptyOne) {
+TEST_F(InfoDictionaryTest, AnUnusablePackagedFileIsNoInstallation) {
     write("administrators", R"({"NoKorvaleUI": 1})");
     for (const char* content : {"", "{", "[]", "1", "null"}) {
         const auto info = load(content);
-        EXPECT_EQ(info.ignoredFiles(), QStringList(path("packaged"))) << content;
+        EXPECT_FALSE(info.isInstalled()) << content;
         EXPECT_TRUE(info["CFBundleVersion"].isNull()) << content;
         EXPECT_TRUE(info.isNoUIMode()) << content;
     }
     for (const QString& unusable : {path("absent"), m_folder.path()}) {
         const auto info = InfoDictionary::load(unusable, path("administrators"));
-        EXPECT_EQ(info.ignoredFiles(), QStringList(unusable));
+        EXPECT_FALSE(info.isInstalled());
     }
 }
 
@@ -61,7 +62,7 @@ TEST_F(InfoDictionaryTest, ABrokenAdministratorsFileChangesNothing) {
     for (const char* content : {"", "{\"NoKorvaleUI\": 1", "[1]"}) {
         write("administrators", content);
         const auto info = load("{}");
-        EXPECT_EQ(info.ignoredFiles(), QStringList(path("administrators"))) << content;
+        EXPECT_TRUE(info.ignoresAdministratorsFile()) << content;
         EXPECT_FALSE(info.isNoUIMode());
     }
 }
@@ -69,7 +70,7 @@ TEST_F(InfoDictionaryTest, ABrokenAdministratorsFileChangesNothing) {
 TEST_F(InfoDictionaryTest, AnAdministratorsFifoNeitherCountsNorBlocks) {
     ASSERT_EQ(mkfifo(QFile::encodeName(path("administrators")).constData(), 0600), 0);
     const auto info = load("{}");
-    EXPECT_EQ(info.ignoredFiles(), QStringList(path("administrators")));
+    EXPECT_TRUE(info.ignoresAdministratorsFile());
 }
 
 struct FlagCase {

@@ -55,16 +55,14 @@ TEST_F(Program, TheVersionIsPrintedAndNothingElseHappens) {
     EXPECT_EQ(m_run.log(), QByteArray());
 }
 
-TEST_F(Program, WithoutItsInformationDictionaryItGoesByItsFileName) {
+TEST_F(Program, ABrokenInstallationIsOneClearSentence) {
     const QString copy = m_run.path("bin/other-name");
     QDir().mkpath(QFileInfo(copy).path());
     ASSERT_TRUE(QFile::copy(ProgramRun::builtProgram(), copy));
     m_run.start({QStringLiteral("-update")}, copy);
-    EXPECT_EQ(m_run.status(), 0);
-    EXPECT_THAT(m_run.log().toStdString(),
-                HasSubstr("Korvale Bastion other-name version = (null) ((null))"));
-    EXPECT_THAT(m_run.log().toStdString(),
-                HasSubstr("/share/korvale-ui/Info.json holds no JSON object and is ignored."));
+    EXPECT_EQ(m_run.status(), 1);
+    EXPECT_EQ(m_run.log().count('\n'), 1);
+    EXPECT_THAT(m_run.log().toStdString(), StartsWith("ERROR \"The installation is broken: "));
 }
 
 TEST_F(Program, NoFileOfItsOwnTakesTheNumberOfAClosedStandardStream) {

@@ -99,9 +99,13 @@ TEST_F(StartUp, TheFirstLinesComeInOrder) {
 
 TEST_F(StartUp, AnIgnoredInformationFileIsAWarning) {
     setLogLevel(LogLevel::Warn);
-    logStartUp(info("{"));
-    EXPECT_THAT(m_sink.lines(), ElementsAre("WARN \"" + m_folder.path().toStdString() +
-                                            "/Info.json holds no JSON object and is ignored.\""));
+    QFile administrators(m_folder.filePath(QStringLiteral("administrators")));
+    ASSERT_TRUE(administrators.open(QIODevice::WriteOnly)); // empty, so no JSON
+    administrators.close();
+    logStartUp(info("{}"));
+    EXPECT_THAT(
+        m_sink.lines(),
+        ElementsAre("WARN \"/etc/korvale-ui/Info.json holds no JSON object and is ignored.\""));
 }
 
 TEST_F(StartUp, TheToolkitsMessagesAreLinesOfTheLog) {
