@@ -6,11 +6,15 @@ import matplotlib
 matplotlib.use("svg")
 import matplotlib.pyplot as plt  # noqa: E402  (after the choice of the backend)
 
+# Text stays text, and the same figures give the same files.
+plt.rcParams.update({"svg.fonttype": "none", "svg.hashsalt": "korvale",
+                     "font.family": "sans-serif"})
+
 REACHED, MISSED, NEUTRAL = "#2e7d32", "#c62828", "#546e7a"
 
 
 def save(figure, folder, name, caption):
-    figure.text(0.01, 0.01, caption, fontsize=6, color="#555555")
+    figure.text(0.01, -0.08, caption, fontsize=6, color="#555555")
     figure.savefig(folder / f"performance-{name}.svg", bbox_inches="tight",
                    metadata={"Date": None, "Creator": "./dev bench --plot"})
     plt.close(figure)
