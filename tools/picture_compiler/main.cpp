@@ -41,7 +41,7 @@ void writePixels(QTextStream& out, const QImage& image) {
         const uchar* line = image.constScanLine(y);
         for (int x = 0; x < image.width(); ++x) {
             quint32 pixel = 0;
-            std::memcpy(&pixel, line + 4 * x, sizeof pixel);
+            std::memcpy(&pixel, line + sizeof pixel * static_cast<std::size_t>(x), sizeof pixel);
             out << (pixel == 0 ? QStringLiteral("0") : QStringLiteral("0x%1u").arg(pixel, 0, 16))
                 << (++column % 16 == 0 ? ",\n" : ",");
         }
