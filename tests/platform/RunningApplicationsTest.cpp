@@ -69,7 +69,7 @@ INSTANTIATE_TEST_SUITE_P(
         EntryCase{"Link", "[Desktop Entry]\nType=Link\nName=App\nExec=app\n", std::nullopt},
         EntryCase{"NoExec", QByteArray(head) + "Name=App\n", std::nullopt},
         EntryCase{"EmptyExec", QByteArray(head) + "Name=App\nExec=\n", std::nullopt},
-        EntryCase{"Garbage", QByteArray("\0=\n[Desktop\n=x\nExec", 21), std::nullopt}),
+        EntryCase{"Garbage", QByteArray("\0=\n[Desktop\n=x\nExec", 19), std::nullopt}),
     [](const auto& instance) { return instance.param.name; });
 
 class DesktopEntryLanguages : public testing::Test {
