@@ -1,0 +1,35 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+
+namespace korvale::agent {
+
+/// What the agent knows of an engine, as of the last time it asked.
+struct EngineState {
+    bool reachable = false; ///< it answered when it was last asked
+    std::string version;    ///< as the engine writes it, valid UTF-8; empty: never answered
+    /// Changes whenever the engine may judge otherwise: part of the verdict cache's key. Empty: not
+    /// known, no verdict may be remembered.
+    std::string signatureKey;
+    std::optional<std::chrono::sys_seconds> signatureTime; ///< of the newest signatures
+    /// Larger files are answered without having been read. Bytes.
+    std::int64_t maxFileSize = std::numeric_limits<std::int64_t>::max();
+    std::string trouble; ///< why it is not reachable, for people; empty when it is
+
+    friend bool operator==(const EngineState&, const EngineState&) = default;
+};
+
+/// Signatures older than this protect from nothing that is new.
+inline constexpr std::chrono::days kFreshFor{7};
+
+/// Reachable, and with signatures that are not too old at `now`. A signature time after `now` is a
+/// clock that was set back, and no reason to call the signatures old.
+[[nodiscard]] inline bool isFresh(const EngineState& state, std::chrono::sys_seconds now) {
+    return state.reachable && state.signatureTime && now - *state.signatureTime <= kFreshFor;
+}
+
+} // namespace korvale::agent
