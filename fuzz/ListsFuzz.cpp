@@ -1,6 +1,6 @@
 // A list file of the agent, handed to every parser, with every text of every row.
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 #include "model/ExternalDevicesEvents.h"
 #include "model/FileProcessEvents.h"
 #include "model/FileStateChanges.h"

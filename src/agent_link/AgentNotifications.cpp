@@ -1,7 +1,7 @@
 #include "agent_link/AgentNotifications.h"
 
 #include "agent_link/ServiceNames.h"
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 #include "model/Paths.h"
 #include "model/Values.h"
 #include "platform/Clock.h"

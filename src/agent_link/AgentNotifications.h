@@ -2,8 +2,8 @@
 
 #include "agent_link/AgentNotificationTable.h"
 #include "agent_link/SharedController.h"
-#include "core/AppState.h"
-#include "model/Displays.h"
+#include "core/base/AppState.h"
+#include "core/base/Displays.h"
 #include "model/JsonValue.h"
 
 #include <QDBusMessage>

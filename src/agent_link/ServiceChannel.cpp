@@ -4,7 +4,7 @@
 #include "agent_link/Envelope.h"
 #include "agent_link/PrivateReplyQueue.h"
 #include "agent_link/ServiceNames.h"
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 #include "platform/SystemBus.h"
 
 #include <QDBusConnection>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "agent_link/RequestChannel.h"
-#include "model/Displays.h"
+#include "core/base/Displays.h"
 
 #include <QDBusMessage>
 #include <QObject>

@@ -1,7 +1,7 @@
 #include "agent_link/ServiceCommands.h"
 
 #include "agent_link/Envelope.h"
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 
 #include <atomic>
 #include <utility>

@@ -2,8 +2,8 @@
 
 #include "agent_link/RequestChannel.h"
 #include "agent_link/ServiceCommand.h"
-#include "core/AppState.h"
-#include "model/Displays.h"
+#include "core/base/AppState.h"
+#include "core/base/Displays.h"
 
 #include <QString>
 

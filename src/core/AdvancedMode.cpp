@@ -1,6 +1,6 @@
 #include "core/AdvancedMode.h"
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 #include "model/Utf8Text.h"
 #include "platform/SmallFile.h"
 

@@ -1,8 +1,8 @@
 #include "core/AppDelegate.h"
 
 #include "core/AdvancedMode.h"
-#include "core/Logging.h"
 #include "core/ProcessValues.h"
+#include "core/base/Logging.h"
 #include "model/Values.h"
 #include "platform/HostIdentity.h"
 #include "platform/Texts.h"

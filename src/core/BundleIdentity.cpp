@@ -1,7 +1,7 @@
 #include "core/BundleIdentity.h"
 
+#include "core/base/TextFormat.h"
 #include "model/Values.h"
-#include "platform/TextFormat.h"
 
 #include <algorithm>
 

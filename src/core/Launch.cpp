@@ -2,16 +2,16 @@
 
 #include "core/AppDelegate.h"
 #include "core/BundleIdentity.h"
-#include "core/DisplayGuard.h"
-#include "core/Logging.h"
 #include "core/ProcessValues.h"
 #include "core/StartUp.h"
-#include "core/Termination.h"
-#include "core/ToolkitMessages.h"
 #include "core/UserSession.h"
+#include "core/base/Logging.h"
+#include "core/base/StandardError.h"
+#include "platform/DisplayGuard.h"
 #include "platform/ProcRunningApplications.h"
-#include "platform/StandardError.h"
 #include "platform/SystemLogSink.h"
+#include "platform/Termination.h"
+#include "platform/ToolkitMessages.h"
 #include "shell/Translations.h"
 
 #include <QApplication>

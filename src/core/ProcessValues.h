@@ -2,8 +2,8 @@
 
 namespace korvale {
 
-/// The process-wide values besides the log level (core/Logging.h): set once during start-up by the
-/// entry point, before the event loop runs, and only read afterwards.
+/// The process-wide values besides the log level (core/base/Logging.h): set once during start-up by
+/// the entry point, before the event loop runs, and only read afterwards.
 struct ProcessValues {
     /// One of the four one-shot options was given.
     bool automationMode = false;

@@ -1,9 +1,9 @@
 #include "core/StartUp.h"
 
 #include "core/BundleIdentity.h"
-#include "core/Logging.h"
 #include "core/ProcessValues.h"
 #include "core/VersionRecords.h"
+#include "core/base/Logging.h"
 
 namespace korvale {
 namespace {

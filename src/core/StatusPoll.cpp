@@ -2,7 +2,7 @@
 
 #include "agent_link/Envelope.h"
 #include "agent_link/ServiceCommands.h"
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 #include "model/HostCache.h"
 #include "model/UpdaterCrypto.h"
 #include "platform/Clock.h"

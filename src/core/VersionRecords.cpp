@@ -1,7 +1,7 @@
 #include "core/VersionRecords.h"
 
 #include "core/BundleIdentity.h"
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 #include "platform/HostIdentity.h"
 
 namespace korvale {

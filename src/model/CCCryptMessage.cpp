@@ -1,6 +1,6 @@
 #include "model/CCCryptMessage.h"
 
-#include "model/OpenSslCipher.h"
+#include "platform/OpenSslCipher.h"
 
 #include <QtGlobal>
 

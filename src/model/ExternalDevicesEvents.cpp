@@ -1,6 +1,6 @@
 #include "model/ExternalDevicesEvents.h"
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 #include "model/TextRows.h"
 #include "model/Values.h"
 #include "platform/Texts.h"

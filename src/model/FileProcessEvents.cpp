@@ -1,10 +1,10 @@
 #include "model/FileProcessEvents.h"
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
+#include "core/base/TextFormat.h"
 #include "model/StateVocabulary.h"
 #include "model/TextRows.h"
 #include "model/Values.h"
-#include "platform/TextFormat.h"
 #include "platform/Texts.h"
 
 #include <array>

@@ -1,13 +1,13 @@
 #include "model/ProcessStateChanges.h"
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
+#include "core/base/TextFormat.h"
 #include "model/HostCache.h"
 #include "model/JsonFingerprint.h"
 #include "model/Paths.h"
 #include "model/ProcessRows.h"
 #include "model/StateVocabulary.h"
 #include "model/Values.h"
-#include "platform/TextFormat.h"
 #include "platform/Texts.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 #include "model/StateVocabulary.h"
 
-#include "platform/TextFormat.h"
+#include "core/base/TextFormat.h"
 #include "platform/Texts.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "core/base/LogSink.h"
+#include "core/base/StandardError.h"
 #include "platform/LogBacklog.h"
-#include "platform/LogSink.h"
-#include "platform/StandardError.h"
 
 #include <chrono>
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "shell/AboutCredits.h"
 
-#include "platform/TextFormat.h"
+#include "core/base/TextFormat.h"
 #include "platform/Texts.h"
 
 namespace korvale {

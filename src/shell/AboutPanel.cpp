@@ -1,6 +1,6 @@
 #include "shell/AboutPanel.h"
 
-#include "platform/TextFormat.h"
+#include "core/base/TextFormat.h"
 #include "platform/Texts.h"
 #include "shell/WindowLook.h"
 #include "tables/KvImageView.h"

@@ -1,6 +1,6 @@
 #include "shell/FolderScanChooser.h"
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 #include "platform/Texts.h"
 
 #include <utility>

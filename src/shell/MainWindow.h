@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/AppState.h"
+#include "core/base/AppState.h"
 #include "shell/CounterLine.h"
 #include "shell/TableControllers.h"
 #include "shell/ToolbarDelegate.h"

@@ -1,6 +1,6 @@
 #include "shell/StatusItem.h"
 
-#include "platform/TextFormat.h"
+#include "core/base/TextFormat.h"
 #include "platform/Texts.h"
 #include "shell/Resources.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/AppState.h"
-#include "model/Displays.h"
+#include "core/base/AppState.h"
+#include "core/base/Displays.h"
 
 #include <QIcon>
 #include <QObject>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/AppState.h"
+#include "core/base/AppState.h"
 #include "platform/LinkOpener.h"
 #include "shell/MarkedAction.h"
 #include "shell/MenuLabel.h"

@@ -1,6 +1,6 @@
 #include "shell/TabLabels.h"
 
-#include "platform/TextFormat.h"
+#include "core/base/TextFormat.h"
 #include "platform/Texts.h"
 
 #include <algorithm>

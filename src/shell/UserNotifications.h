@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/AppState.h"
-#include "model/Displays.h"
+#include "core/base/AppState.h"
+#include "core/base/Displays.h"
 #include "platform/LinkOpener.h"
-#include "shell/NotificationServer.h"
+#include "platform/NotificationServer.h"
 
 #include <QObject>
 

@@ -2,7 +2,7 @@
 
 #include "agent_link/Envelope.h"
 #include "agent_link/ServiceChannel.h"
-#include "core/AppState.h"
+#include "core/base/AppState.h"
 #include "fakes/BusAgent.h"
 #include "fakes/PrivateBus.h"
 #include "fakes/RecordingDisplays.h"

@@ -1,10 +1,10 @@
 #include "core/StartUp.h"
 
-#include "core/AppState.h"
 #include "core/BundleIdentity.h"
 #include "core/ProcessValues.h"
-#include "core/ToolkitMessages.h"
+#include "core/base/AppState.h"
 #include "fakes/RecordingLogSink.h"
+#include "platform/ToolkitMessages.h"
 
 #include <QFile>
 #include <QTemporaryDir>

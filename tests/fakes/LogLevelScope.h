@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 
 namespace korvale::fakes {
 

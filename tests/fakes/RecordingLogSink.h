@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/Logging.h"
-#include "platform/LogSink.h"
+#include "core/base/LogSink.h"
+#include "core/base/Logging.h"
 
 #include <mutex>
 #include <string>

@@ -7,7 +7,7 @@
 #include "fakes/RecordingLinkOpener.h"
 #include "fakes/WaitUntil.h"
 #include "model/HostCache.h"
-#include "shell/NotificationMessage.h"
+#include "platform/NotificationMessage.h"
 #include "shell/Resources.h"
 
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/AppState.h"
+#include "core/base/AppState.h"
 #include "fakes/FakeAppearance.h"
 #include "platform/Clock.h"
 #include "shell/MainWindowController.h"

@@ -1,4 +1,4 @@
-#include "shell/NotificationMessage.h"
+#include "platform/NotificationMessage.h"
 
 #include <QDBusMetaType>
 #include <QGuiApplication>

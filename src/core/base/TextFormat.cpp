@@ -1,4 +1,4 @@
-#include "platform/TextFormat.h"
+#include "core/base/TextFormat.h"
 
 #include <array>
 

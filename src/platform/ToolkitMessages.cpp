@@ -1,6 +1,6 @@
-#include "core/ToolkitMessages.h"
+#include "platform/ToolkitMessages.h"
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 
 #include <QtGlobal>
 

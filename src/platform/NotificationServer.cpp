@@ -1,7 +1,7 @@
-#include "shell/NotificationServer.h"
+#include "platform/NotificationServer.h"
 
+#include "platform/NotificationMessage.h"
 #include "platform/Texts.h"
-#include "shell/NotificationMessage.h"
 
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/LogSink.h"
+#include "core/base/LogSink.h"
 
 #include <QString>
 

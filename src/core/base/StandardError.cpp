@@ -1,4 +1,4 @@
-#include "platform/StandardError.h"
+#include "core/base/StandardError.h"
 
 #include <algorithm>
 #include <array>

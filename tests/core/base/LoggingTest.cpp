@@ -1,4 +1,4 @@
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 
 #include "fakes/RecordingLogSink.h"
 

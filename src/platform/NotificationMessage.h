@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/NotificationServer.h"
+#include "platform/NotificationServer.h"
 
 #include <QByteArray>
 #include <QDBusArgument>

@@ -1,8 +1,8 @@
-#include "core/Termination.h"
+#include "platform/Termination.h"
 
-#include "core/DisplayGuard.h"
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 #include "fakes/WaitUntil.h"
+#include "platform/DisplayGuard.h"
 #include "platform/SystemLogSink.h"
 
 #include <QCoreApplication>

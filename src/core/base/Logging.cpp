@@ -1,7 +1,7 @@
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 
-#include "platform/StandardError.h"
-#include "platform/TextFormat.h"
+#include "core/base/StandardError.h"
+#include "core/base/TextFormat.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
-#include "model/OpenSslCipher.h"
+#include "platform/OpenSslCipher.h"
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 
 #include <QLibrary>
 

@@ -1,6 +1,6 @@
-#include "core/DisplayGuard.h"
+#include "platform/DisplayGuard.h"
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 
 #include <QByteArray>
 #include <QString>

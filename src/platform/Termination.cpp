@@ -1,6 +1,6 @@
-#include "core/Termination.h"
+#include "platform/Termination.h"
 
-#include "core/Logging.h"
+#include "core/base/Logging.h"
 
 #include <QSocketNotifier>
 
