@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agent/store/Finding.h"
+#include "agent/store/KeptFindings.h"
 #include "agent/store/QuarantineRecord.h"
 
 #include <cstddef>
@@ -70,11 +71,13 @@ public:
 
 private:
     explicit Store(std::unique_ptr<Database> database);
+    bool succeeded(bool result); // notes the reason of a failure
+    std::size_t writeKeptLocked();
 
     mutable std::mutex m_mutex;
     std::unique_ptr<Database> m_database;
-    std::vector<Finding> m_kept;
-    std::int64_t m_nextKept = -1;
+    KeptFindings m_kept;
+    std::string m_lastError;
     std::string m_notice;
 };
 
