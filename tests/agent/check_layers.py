@@ -14,7 +14,7 @@ ALLOWED = {
     "scan": {"base", "store", "engine"},
     "watch": {"base", "store", "engine"},
     "devices": {"base", "store"},
-    "publish": {"base", "store"},
+    "publish": {"base"},
     "bus": {"base", "publish"},
     "ctl": {"base"},
 }

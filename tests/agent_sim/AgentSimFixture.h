@@ -2,8 +2,8 @@
 
 #include "BusEar.h"
 #include "SimProcess.h"
-#include "TestFolder.h"
 #include "fakes/PrivateBus.h"
+#include "fakes/TestFolder.h"
 #include "fakes/WaitUntil.h"
 
 #include <QDBusArgument>

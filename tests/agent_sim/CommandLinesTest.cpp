@@ -1,6 +1,7 @@
+#include "agent/publish/NotificationNames.h"
+#include "agent_sim/AgentRooms.h"
 #include "agent_sim/CommandInterpreter.h"
 #include "agent_sim/CommandWords.h"
-#include "agent_sim/NotificationNames.h"
 
 #include <QSet>
 

@@ -1,7 +1,7 @@
 #include "agent_sim/FileFaults.h"
 
-#include "TestFolder.h"
-#include "agent_sim/HostCacheWriter.h"
+#include "agent/publish/HostCacheWriter.h"
+#include "fakes/TestFolder.h"
 
 namespace korvale::sim {
 namespace {

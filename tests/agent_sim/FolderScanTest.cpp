@@ -1,7 +1,7 @@
 #include "agent_sim/FolderScan.h"
 
-#include "TestFolder.h"
 #include "agent_sim/TestString.h"
+#include "fakes/TestFolder.h"
 #include "fakes/WaitUntil.h"
 
 #include <QMap>

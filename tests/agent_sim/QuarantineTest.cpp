@@ -1,7 +1,7 @@
 #include "agent_sim/Quarantine.h"
 
-#include "TestFolder.h"
-#include "agent_sim/AgentModel.h"
+#include "agent/publish/HostCacheLists.h"
+#include "fakes/TestFolder.h"
 
 namespace korvale::sim {
 namespace {
@@ -19,7 +19,7 @@ protected:
     }
 
     TestFolder m_files;
-    AgentModel m_model;
+    HostCacheLists m_model;
     Quarantine m_quarantine{m_model, m_files.path(QStringLiteral("q"))};
 };
 

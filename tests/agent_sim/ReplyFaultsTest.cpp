@@ -1,6 +1,6 @@
 #include "agent_sim/ReplyFaults.h"
 
-#include "agent_sim/Envelope.h"
+#include "agent/bus/Envelope.h"
 
 #include <QJsonDocument>
 

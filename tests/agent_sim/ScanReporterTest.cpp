@@ -1,8 +1,8 @@
 #include "agent_sim/ScanReporter.h"
 
-#include "TestFolder.h"
-#include "agent_sim/AgentModel.h"
+#include "agent/publish/HostCacheLists.h"
 #include "agent_sim/TestString.h"
+#include "fakes/TestFolder.h"
 #include "fakes/WaitUntil.h"
 
 #include <QCryptographicHash>
@@ -40,7 +40,7 @@ protected:
 
     TestFolder m_files;
     FolderScan m_scan;
-    AgentModel m_model;
+    HostCacheLists m_model;
     ScanReporter m_reporter{m_scan, m_model};
     QStringList m_analysed;
     QString m_summary;

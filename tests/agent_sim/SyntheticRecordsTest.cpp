@@ -1,15 +1,15 @@
 #include "agent_sim/SyntheticRecords.h"
 
-#include "TestFolder.h"
-#include "agent_sim/AgentModel.h"
-#include "agent_sim/HostCacheWriter.h"
+#include "agent/publish/HostCacheLists.h"
+#include "agent/publish/HostCacheWriter.h"
+#include "fakes/TestFolder.h"
 
 namespace korvale::sim {
 namespace {
 
 QByteArray listOf(int count, const QString& kind, const QString& file) {
     const TestFolder folder;
-    AgentModel model;
+    HostCacheLists model;
     HostCacheWriter writer(folder.path());
     EXPECT_TRUE(addSyntheticRecords(model, count, kind));
     EXPECT_TRUE(model.publish(writer));
@@ -44,7 +44,7 @@ TEST(SyntheticRecords, SomeFilesShareAnIdentifier) {
 }
 
 TEST(SyntheticRecords, AnUnknownKindIsRefused) {
-    AgentModel model;
+    HostCacheLists model;
     EXPECT_FALSE(addSyntheticRecords(model, 1, QStringLiteral("nonsense")));
 }
 

@@ -1,6 +1,6 @@
 #include "agent_sim/Agent.h"
 
-#include "agent_sim/HostCacheNames.h"
+#include "agent/publish/HostCacheNames.h"
 
 namespace korvale::sim {
 namespace {
@@ -17,8 +17,10 @@ Agent::Agent(Folders folders, QObject* parent)
       m_quarantine(m_model, m_folders.quarantine),
       m_scanReporter(m_scan, m_model),
       m_answers(m_settings, *this),
-      m_port(m_answers, m_requests, m_faults),
-      m_bus(m_port) {
+      m_handler(m_answers, m_requests, m_faults),
+      m_port(m_handler),
+      m_object({&m_port}),
+      m_bus(m_object) {
     connect(&m_scanReporter, &ScanReporter::analysing, this, [this](const QString& path) {
         reportProblem(writeAndPost(QStringLiteral("analyzer_status.log"),
                                    {{QStringLiteral("CurrentFile"), path}},
@@ -26,7 +28,7 @@ Agent::Agent(Folders folders, QObject* parent)
     });
     connect(&m_scanReporter, &ScanReporter::batchReady, this, [this] { reportProblem(changed()); });
     connect(&m_scanReporter, &ScanReporter::ended, this, &Agent::scanEnded);
-    connect(&m_port, &RequestPort::requested, this, [this](const QString& command) {
+    connect(&m_handler, &SimRequests::requested, this, [this](const QString& command) {
         Q_EMIT note(QStringLiteral("request ") +
                     QString::fromUtf8(quotedJson(command)).mid(1).chopped(1));
     });

@@ -1,16 +1,19 @@
 #pragma once
 
-#include "agent_sim/AgentBus.h"
-#include "agent_sim/AgentModel.h"
+#include "agent/bus/AgentBus.h"
+#include "agent/bus/AgentObject.h"
+#include "agent/bus/RequestPort.h"
+#include "agent/publish/HostCacheLists.h"
+#include "agent/publish/HostCacheWriter.h"
+#include "agent/publish/UpdaterStatusWriter.h"
+#include "agent_sim/AgentRooms.h"
 #include "agent_sim/Answers.h"
 #include "agent_sim/FolderScan.h"
-#include "agent_sim/HostCacheWriter.h"
 #include "agent_sim/Quarantine.h"
 #include "agent_sim/ReplyFaults.h"
 #include "agent_sim/RequestLog.h"
-#include "agent_sim/RequestPort.h"
 #include "agent_sim/ScanReporter.h"
-#include "agent_sim/UpdaterStatusWriter.h"
+#include "agent_sim/SimRequests.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -33,7 +36,7 @@ public:
     explicit Agent(Folders folders, QObject* parent = nullptr);
 
     AgentSettings& settings() { return m_settings; }
-    AgentModel& model() { return m_model; }
+    HostCacheLists& model() { return m_model; }
     HostCacheWriter& hostCache() { return m_hostCache; }
     UpdaterStatusWriter& updaterStatus() { return m_updaterStatus; }
     Quarantine& quarantine() { return m_quarantine; }
@@ -72,7 +75,7 @@ private:
 
     Folders m_folders;
     AgentSettings m_settings;
-    AgentModel m_model;
+    HostCacheLists m_model;
     HostCacheWriter m_hostCache;
     UpdaterStatusWriter m_updaterStatus;
     Quarantine m_quarantine;
@@ -81,7 +84,9 @@ private:
     FolderScan m_scan;
     ScanReporter m_scanReporter;
     Answers m_answers;
+    SimRequests m_handler;
     RequestPort m_port;
+    AgentObject m_object;
     AgentBus m_bus;
     QElapsedTimer m_sincePublish;
     bool m_collecting = false;

@@ -1,6 +1,6 @@
 #include "agent_sim/AgentPaths.h"
 
-#include "agent_sim/BuildSettings.h"
+#include "agent/publish/BuildSettings.h"
 
 #include <QFile>
 
@@ -8,7 +8,8 @@ namespace korvale::sim {
 namespace {
 
 QString supportFolder(QLatin1String below) {
-    return QFile::decodeName(qgetenv("KORVALE_ROOT")) + build::kSupportDir.toString() + below;
+    return QFile::decodeName(qgetenv("KORVALE_ROOT")) + agent::build::kSupportDir.toString() +
+           below;
 }
 
 } // namespace

@@ -1,8 +1,13 @@
 #include "agent_sim/FileFaults.h"
 
-#include "agent_sim/HostCacheWriter.h"
+#include "agent/publish/HostCacheWriter.h"
+
+#include <QFile>
 
 #include <array>
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
 
 namespace korvale::sim {
 namespace {
@@ -31,16 +36,54 @@ constexpr char kDuplicate[] =
 constexpr char kInvalidUtf8[] = "{\"MessageMask\":1,\"CurrentFile\":\"/bad/\xff\xfe\"}";
 constexpr qsizetype kNesting = 200'000;
 /// More than a reader is expected to take in.
-constexpr std::int64_t kTooLarge = (std::int64_t{256} << 20) + 1;
+constexpr qint64 kTooLarge = (qint64{256} << 20) + 1;
+constexpr mode_t kReadableByAll = 0644;
+constexpr mode_t kFolderOfAll = 0755;
 
 struct Kind {
     QLatin1String name;
-    bool (*place)(HostCacheWriter& writer, const QString& file);
+    QString (*place)(HostCacheWriter& writer, const QString& file); ///< empty, or what failed
 };
 
+QString written(HostCacheWriter& writer, const QString& file, const QByteArray& content) {
+    return writer.write(file, content) ? QString() : writer.error();
+}
+
 template <const auto& Content>
-bool placeText(HostCacheWriter& writer, const QString& file) {
-    return writer.write(file, QByteArray(Content));
+QString placeText(HostCacheWriter& writer, const QString& file) {
+    return written(writer, file, QByteArray(Content));
+}
+
+/// Takes away what is there, and has `make` put something else in its place.
+template <typename Make>
+QString placeInstead(HostCacheWriter& writer, const QString& file, const Make& make) {
+    if (!writer.remove(file)) {
+        return writer.error();
+    }
+    const QString path = writer.folder() + u'/' + file;
+    return make(QFile::encodeName(path).constData())
+               ? QString()
+               : path + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errno));
+}
+
+QString placeFifo(HostCacheWriter& writer, const QString& file) {
+    return placeInstead(writer, file,
+                        [](const char* path) { return ::mkfifo(path, kReadableByAll) == 0; });
+}
+
+QString placeFolder(HostCacheWriter& writer, const QString& file) {
+    return placeInstead(writer, file,
+                        [](const char* path) { return ::mkdir(path, kFolderOfAll) == 0; });
+}
+
+/// A file of holes.
+QString placeSparse(HostCacheWriter& writer, const QString& file) {
+    const QString problem = written(writer, file, QByteArray());
+    if (!problem.isEmpty()) {
+        return problem;
+    }
+    const QString path = writer.folder() + u'/' + file;
+    return QFile::resize(path, kTooLarge) ? QString() : QStringLiteral("cannot resize ") + path;
 }
 
 constexpr std::array kKinds{
@@ -52,30 +95,27 @@ constexpr std::array kKinds{
     Kind{QLatin1String("invalid-utf8"), &placeText<kInvalidUtf8>},
     Kind{QLatin1String("list"),
          [](HostCacheWriter& writer, const QString& file) {
-             return writer.write(file, QByteArray(R"([{"State":1,"ID":"x"},1,"text"])"));
+             return written(writer, file, QByteArray(R"([{"State":1,"ID":"x"},1,"text"])"));
          }},
     Kind{QLatin1String("deep"),
          [](HostCacheWriter& writer, const QString& file) {
-             return writer.write(file, QByteArray(kNesting, '[') + QByteArray(kNesting, ']'));
+             return written(writer, file, QByteArray(kNesting, '[') + QByteArray(kNesting, ']'));
          }},
     Kind{QLatin1String("empty"),
          [](HostCacheWriter& writer, const QString& file) {
-             return writer.write(file, QByteArray());
+             return written(writer, file, QByteArray());
          }},
     Kind{QLatin1String("empty-object"),
          [](HostCacheWriter& writer, const QString& file) {
-             return writer.write(file, QByteArray("{}"));
+             return written(writer, file, QByteArray("{}"));
          }},
-    Kind{QLatin1String("fifo"),
-         [](HostCacheWriter& writer, const QString& file) { return writer.placeFifo(file); }},
-    Kind{QLatin1String("folder"),
-         [](HostCacheWriter& writer, const QString& file) { return writer.placeFolder(file); }},
-    Kind{QLatin1String("too-large"),
-         [](HostCacheWriter& writer, const QString& file) {
-             return writer.placeSparse(file, kTooLarge);
-         }},
+    Kind{QLatin1String("fifo"), &placeFifo},
+    Kind{QLatin1String("folder"), &placeFolder},
+    Kind{QLatin1String("too-large"), &placeSparse},
     Kind{QLatin1String("absent"),
-         [](HostCacheWriter& writer, const QString& file) { return writer.remove(file); }},
+         [](HostCacheWriter& writer, const QString& file) {
+             return writer.remove(file) ? QString() : writer.error();
+         }},
 };
 
 } // namespace
@@ -83,7 +123,7 @@ constexpr std::array kKinds{
 QString placeFaultyFile(HostCacheWriter& writer, const QString& name, const QString& kind) {
     for (const Kind& known : kKinds) {
         if (known.name == kind) {
-            return known.place(writer, name) ? QString() : writer.error();
+            return known.place(writer, name);
         }
     }
     return QStringLiteral("no such kind; there are ") + faultyFileKinds().join(u' ');

@@ -1,6 +1,6 @@
+#include "agent/publish/NotificationNames.h"
 #include "agent_sim/Agent.h"
 #include "agent_sim/CommandHandlers.h"
-#include "agent_sim/NotificationNames.h"
 #include "agent_sim/Words.h"
 
 #include <QJsonDocument>

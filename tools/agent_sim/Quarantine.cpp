@@ -1,6 +1,6 @@
 #include "agent_sim/Quarantine.h"
 
-#include "agent_sim/AgentModel.h"
+#include "agent/publish/HostCacheLists.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,7 +24,7 @@ QString freeName(const QString& folder, const QString& id) {
 
 } // namespace
 
-Quarantine::Quarantine(AgentModel& model, QString folder)
+Quarantine::Quarantine(HostCacheLists& model, QString folder)
     : m_model(model), m_folder(std::move(folder)) {}
 
 QString Quarantine::take(const QString& path) {

@@ -1,17 +1,18 @@
 #pragma once
 
+#include "agent/publish/HostCacheLists.h"
+#include "agent_sim/AgentRooms.h"
+
 #include <QString>
 
 namespace korvale::sim {
-
-class AgentModel;
 
 /// Takes files away: a quarantined file lies in the quarantine folder under its identifier,
 /// readable by its owner alone.
 class Quarantine {
 public:
     /// `model` must outlive this object.
-    Quarantine(AgentModel& model, QString folder);
+    Quarantine(HostCacheLists& model, QString folder);
 
     /// Moves a file that is on the threat list and marks it. An empty text, or why it stays.
     QString take(const QString& path);
@@ -21,7 +22,7 @@ public:
     [[nodiscard]] const QString& folder() const { return m_folder; }
 
 private:
-    AgentModel& m_model;
+    HostCacheLists& m_model;
     QString m_folder;
 };
 

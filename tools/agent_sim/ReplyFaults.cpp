@@ -1,6 +1,7 @@
 #include "agent_sim/ReplyFaults.h"
 
-#include "agent_sim/Envelope.h"
+#include "agent/bus/Envelope.h"
+#include "agent_sim/AgentRooms.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
 #include "agent_sim/ScanReporter.h"
 
-#include "agent_sim/AgentModel.h"
+#include "agent/publish/HostCacheLists.h"
 
 namespace korvale::sim {
 namespace {
@@ -13,7 +13,7 @@ constexpr qsizetype kDigestLength = 64;
 
 } // namespace
 
-ScanReporter::ScanReporter(FolderScan& scan, AgentModel& model, QObject* parent)
+ScanReporter::ScanReporter(FolderScan& scan, HostCacheLists& model, QObject* parent)
     : QObject(parent), m_scan(scan), m_model(model) {
     connect(&scan, &FolderScan::reading, this, &ScanReporter::fileOpened);
     connect(&scan, &FolderScan::scanned, this, &ScanReporter::fileScanned);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "agent/publish/HostCacheLists.h"
+#include "agent_sim/AgentRooms.h"
 #include "agent_sim/FolderScan.h"
 
 #include <QElapsedTimer>
@@ -10,15 +12,13 @@
 
 namespace korvale::sim {
 
-class AgentModel;
-
 /// Turns what a scan finds into the agent's lists, and says when the others should hear of it.
 /// Analyser messages and batches are rate limited.
 class ScanReporter : public QObject {
     Q_OBJECT
 public:
     /// Both must outlive this object.
-    ScanReporter(FolderScan& scan, AgentModel& model, QObject* parent = nullptr);
+    ScanReporter(FolderScan& scan, HostCacheLists& model, QObject* parent = nullptr);
 
     /// SHA-256 digests (hex) of the files that count as abnormal.
     void addAbnormal(const QString& digest) { m_abnormal.insert(digest.toLower()); }
@@ -42,7 +42,7 @@ private:
     [[nodiscard]] int verdict(const ScannedFile& file) const;
 
     FolderScan& m_scan;
-    AgentModel& m_model;
+    HostCacheLists& m_model;
     QSet<QString> m_abnormal;
     QElapsedTimer m_sinceAnalyser;
     QElapsedTimer m_sinceBatch;

@@ -1,6 +1,6 @@
 #include "agent_sim/SyntheticRecords.h"
 
-#include "agent_sim/AgentModel.h"
+#include "agent/publish/HostCacheLists.h"
 
 #include <QCryptographicHash>
 
@@ -34,19 +34,19 @@ QString timeOf(int n) {
         .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
-void addFile(AgentModel& model, int n) {
+void addFile(HostCacheLists& model, int n) {
     // Every fourth file shares the identifier of the one before it.
     const QByteArray content = filePath(n - (n % 4 == 3 ? 1 : 0)).toUtf8();
     const QByteArray id = QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex();
     model.setFile(filePath(n), {nth(kFileStates, n), QString::fromLatin1(id), n % 101});
 }
 
-void addProcess(AgentModel& model, int n) {
+void addProcess(HostCacheLists& model, int n) {
     model.setProcess(QStringLiteral("synthetic-%1").arg(n), nth(kProcessStates, n), programPath(n),
                      10'000 + n, QString::number(1 + n % 9));
 }
 
-void addEvent(AgentModel& model, int n) {
+void addEvent(HostCacheLists& model, int n) {
     if (n % 3 != 0) {
         model.setEventTime(timeOf(n));
         model.addThreatEvent(filePath(n), nth(kFileStates, n), 1 << (n % 5));
@@ -62,7 +62,7 @@ void addEvent(AgentModel& model, int n) {
                     {QStringLiteral("PID"), 10'000 + n}});
 }
 
-void addDevice(AgentModel& model, int n) {
+void addDevice(HostCacheLists& model, int n) {
     model.putDeviceEvent(
         QStringLiteral("synthetic-%1").arg(n),
         {{QStringLiteral("Device Type"), QStringLiteral("USB Drive")},
@@ -76,7 +76,7 @@ void addDevice(AgentModel& model, int n) {
 
 struct Kind {
     QLatin1String name;
-    void (*add)(AgentModel& model, int n);
+    void (*add)(HostCacheLists& model, int n);
 };
 
 constexpr std::array kKinds{
@@ -85,7 +85,7 @@ constexpr std::array kKinds{
     Kind{QLatin1String("events"), &addEvent},
     Kind{QLatin1String("devices"), &addDevice},
     Kind{QLatin1String("all"),
-         [](AgentModel& model, int n) {
+         [](HostCacheLists& model, int n) {
              addFile(model, n);
              addProcess(model, n);
              addEvent(model, n);
@@ -95,7 +95,7 @@ constexpr std::array kKinds{
 
 } // namespace
 
-bool addSyntheticRecords(AgentModel& model, int count, const QString& kind) {
+bool addSyntheticRecords(HostCacheLists& model, int count, const QString& kind) {
     for (const Kind& known : kKinds) {
         if (known.name == kind) {
             for (int n = 0; n < count; ++n) {

@@ -1,4 +1,4 @@
-#include "agent_sim/HostCacheWriter.h"
+#include "agent/publish/HostCacheWriter.h"
 
 #include <QDir>
 #include <QFile>
@@ -6,14 +6,15 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace korvale::sim {
+namespace korvale::agent {
 namespace {
 
+constexpr mode_t kOwnerOnly = 0600;
 constexpr mode_t kReadableByAll = 0644;
 
 bool writeAll(int file, const QByteArray& content) {
@@ -59,24 +60,11 @@ bool HostCacheWriter::prepare(const QString& name) {
     return true;
 }
 
-bool HostCacheWriter::moveIntoPlace(const QByteArray& temporary, const QString& name) {
-    const QString target = m_folder + u'/' + name;
-    const QByteArray targetName = QFile::encodeName(target);
-    ::rmdir(targetName.constData()); // only a folder placed by placeFolder() gives way here
-    if (std::rename(temporary.constData(), targetName.constData()) != 0) {
-        fail(QStringLiteral("cannot rename to"), target);
-        ::unlink(temporary.constData());
-        return false;
-    }
-    return true;
-}
-
-bool HostCacheWriter::write(const QString& name, const QByteArray& content) {
-    if (!prepare(name)) {
-        return false;
-    }
-    QByteArray temporary = QFile::encodeName(m_folder + QStringLiteral("/.") + name) + ".XXXXXX";
-    const int file = ::mkstemp(temporary.data());
+bool HostCacheWriter::fill(const QByteArray& temporary, const QString& name,
+                           const QByteArray& content) {
+    ::unlink(temporary.constData()); // left by a writer that was killed
+    const int file = ::open(temporary.constData(),
+                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly);
     if (file < 0) {
         return fail(QStringLiteral("cannot write in"), m_folder);
     }
@@ -85,47 +73,30 @@ bool HostCacheWriter::write(const QString& name, const QByteArray& content) {
         fail(QStringLiteral("cannot write"), name);
     }
     ::close(file);
-    if (!written) {
-        ::unlink(temporary.constData());
+    return written;
+}
+
+bool HostCacheWriter::write(const QString& name, const QByteArray& content) {
+    if (!prepare(name)) {
         return false;
     }
-    return moveIntoPlace(temporary, name);
+    const QByteArray temporary = QFile::encodeName(m_folder + QStringLiteral("/.") + name) + ".new";
+    const QString target = m_folder + u'/' + name;
+    const QByteArray targetName = QFile::encodeName(target);
+    bool done = fill(temporary, name, content);
+    if (done) {
+        ::rmdir(targetName.constData()); // an empty folder in its place gives way
+        done = std::rename(temporary.constData(), targetName.constData()) == 0 ||
+               fail(QStringLiteral("cannot rename to"), target);
+    }
+    if (!done) {
+        ::unlink(temporary.constData());
+    }
+    return done;
 }
 
 bool HostCacheWriter::write(const QString& name, const QJsonObject& object) {
     return write(name, QJsonDocument(object).toJson(QJsonDocument::Compact));
-}
-
-bool HostCacheWriter::placeFifo(const QString& name) {
-    if (!prepare(name)) {
-        return false;
-    }
-    const QByteArray temporary = QFile::encodeName(m_folder + QStringLiteral("/.fifo.") + name);
-    if (::mkfifo(temporary.constData(), kReadableByAll) != 0) {
-        return fail(QStringLiteral("cannot make the FIFO"), name);
-    }
-    return moveIntoPlace(temporary, name);
-}
-
-bool HostCacheWriter::placeFolder(const QString& name) {
-    if (!remove(name)) {
-        return false;
-    }
-    if (!QDir(m_folder).mkdir(name)) {
-        return fail(QStringLiteral("cannot create the folder"), name);
-    }
-    return true;
-}
-
-bool HostCacheWriter::placeSparse(const QString& name, std::int64_t size) {
-    if (!write(name, QByteArray())) {
-        return false;
-    }
-    const QString path = m_folder + u'/' + name;
-    if (::truncate(QFile::encodeName(path).constData(), size) != 0) {
-        return fail(QStringLiteral("cannot resize"), path);
-    }
-    return true;
 }
 
 bool HostCacheWriter::remove(const QString& name) {
@@ -142,4 +113,4 @@ bool HostCacheWriter::remove(const QString& name) {
     return true;
 }
 
-} // namespace korvale::sim
+} // namespace korvale::agent

@@ -1,10 +1,10 @@
-#include "agent_sim/Envelope.h"
+#include "agent/bus/Envelope.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QJsonDocument>
 
-namespace korvale::sim {
+namespace korvale::agent {
 namespace {
 
 const QString& dataKey() {
@@ -34,4 +34,4 @@ std::optional<QByteArray> envelopeData(const QDBusMessage& message) {
     return data.toByteArray();
 }
 
-} // namespace korvale::sim
+} // namespace korvale::agent

@@ -1,10 +1,10 @@
-#include "agent_sim/HostCacheWriter.h"
+#include "agent/publish/HostCacheWriter.h"
 
-#include "TestFolder.h"
+#include "fakes/TestFolder.h"
 
 #include <sys/stat.h>
 
-namespace korvale::sim {
+namespace korvale::agent {
 namespace {
 
 TEST(HostCacheWriter, CreatesItsFolderAndWritesCompactJson) {
@@ -36,22 +36,31 @@ TEST(HostCacheWriter, AReaderOfTheOldFileKeepsTheOldContent) {
     EXPECT_EQ(reader.readAll(), "old");
 }
 
-TEST(HostCacheWriter, AFileTakesThePlaceOfAFifoAndOfAFolder) {
+TEST(HostCacheWriter, AFileTakesThePlaceOfAFifoAndOfAnEmptyFolder) {
     const TestFolder folder;
     HostCacheWriter writer(folder.path());
     const QString name = QStringLiteral("x.log");
-    ASSERT_TRUE(writer.placeFifo(name));
-    struct stat status {};
-    ASSERT_EQ(::stat(QFile::encodeName(folder.path(name)).constData(), &status), 0);
-    EXPECT_TRUE(S_ISFIFO(status.st_mode));
-    ASSERT_TRUE(writer.write(name, QByteArray("file")));
-    ASSERT_TRUE(writer.placeFolder(name));
-    EXPECT_TRUE(QFileInfo(folder.path(name)).isDir());
+    ASSERT_EQ(::mkfifo(QFile::encodeName(folder.path(name)).constData(), 0600), 0);
     ASSERT_TRUE(writer.write(name, QByteArray("file")));
     EXPECT_EQ(folder.read(name), "file");
     ASSERT_TRUE(writer.remove(name));
+    ASSERT_TRUE(QDir(folder.path()).mkdir(name));
+    ASSERT_TRUE(writer.write(name, QByteArray("again")));
+    EXPECT_EQ(folder.read(name), "again");
+    ASSERT_TRUE(writer.remove(name));
     EXPECT_TRUE(writer.remove(name)) << "a file that is not there is as wanted";
     EXPECT_EQ(folder.names(), QStringList());
+}
+
+TEST(HostCacheWriter, WhatAKilledWriterLeftIsReplacedAndNeverFollowed) {
+    const TestFolder folder;
+    folder.write(QStringLiteral("other"), "untouched");
+    ASSERT_TRUE(QFile::link(folder.path(QStringLiteral("other")),
+                            folder.path(QStringLiteral(".x.log.new"))));
+    HostCacheWriter writer(folder.path());
+    ASSERT_TRUE(writer.write(QStringLiteral("x.log"), QByteArray("new")));
+    EXPECT_EQ(folder.read(QStringLiteral("other")), "untouched");
+    EXPECT_EQ(folder.names(), QStringList({QStringLiteral("other"), QStringLiteral("x.log")}));
 }
 
 TEST(HostCacheWriter, NamesThatLeadOutOfTheFolderAreRefused) {
@@ -73,4 +82,4 @@ TEST(HostCacheWriter, AFolderThatCannotBeMadeIsReported) {
 }
 
 } // namespace
-} // namespace korvale::sim
+} // namespace korvale::agent

@@ -7,7 +7,7 @@
 #include <array>
 #include <optional>
 
-namespace korvale::sim {
+namespace korvale::agent {
 
 using UpdaterKey = std::array<unsigned char, 32>;
 
@@ -35,4 +35,4 @@ private:
     QString m_lastName;
 };
 
-} // namespace korvale::sim
+} // namespace korvale::agent

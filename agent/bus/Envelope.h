@@ -10,11 +10,11 @@ class QDBusMessage;
 
 /// The dictionary that carries every request, reply and message: one entry, "<DATA>", a byte string
 /// with a compact JSON object in UTF-8.
-namespace korvale::sim {
+namespace korvale::agent {
 
 [[nodiscard]] QVariantMap envelope(const QByteArray& data);
 [[nodiscard]] QVariantMap envelope(const QJsonObject& object);
 /// The bytes of the only argument of `message`; nothing when it is no such dictionary.
 [[nodiscard]] std::optional<QByteArray> envelopeData(const QDBusMessage& message);
 
-} // namespace korvale::sim
+} // namespace korvale::agent

@@ -1,7 +1,7 @@
-#include "agent_sim/UpdaterStatusWriter.h"
+#include "agent/publish/UpdaterStatusWriter.h"
 
-#include "agent_sim/BuildSettings.h"
-#include "agent_sim/HostCacheWriter.h"
+#include "agent/publish/BuildSettings.h"
+#include "agent/publish/HostCacheWriter.h"
 
 #include <QDateTime>
 #include <QRandomGenerator>
@@ -10,7 +10,7 @@
 #include <memory>
 #include <openssl/evp.h>
 
-namespace korvale::sim {
+namespace korvale::agent {
 namespace {
 
 constexpr int kNoiseBefore = 2;
@@ -99,4 +99,4 @@ std::optional<QString> UpdaterStatusWriter::write(const QString& text, const QDa
     return chosen;
 }
 
-} // namespace korvale::sim
+} // namespace korvale::agent

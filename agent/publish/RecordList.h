@@ -8,7 +8,7 @@
 #include <map>
 #include <optional>
 
-namespace korvale::sim {
+namespace korvale::agent {
 
 /// Records by key, in the order in which they were added: the content of one list file. (A
 /// QJsonObject would sort them by key.)
@@ -22,6 +22,8 @@ public:
     void putAsNewest(const QString& key, QJsonObject record);
     /// False when there is none.
     bool remove(const QString& key);
+    /// Forgets the oldest records beyond that number.
+    void keepNewest(qsizetype most);
     void clear();
     [[nodiscard]] std::optional<QJsonObject> find(const QString& key) const;
     [[nodiscard]] qsizetype size() const { return m_places.size(); }
@@ -42,4 +44,4 @@ private:
 /// `text` as a JSON text, quotes included.
 [[nodiscard]] QByteArray quotedJson(const QString& text);
 
-} // namespace korvale::sim
+} // namespace korvale::agent

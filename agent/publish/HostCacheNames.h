@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace korvale::sim {
+namespace korvale::agent {
 
 /// Bits of "MessageMask" in "header.log".
 namespace bit {
@@ -25,4 +25,4 @@ inline constexpr std::uint32_t kDeviceEvents = 2048;
 /// "file_process_events.log" has no bit of its own and rides on the process bit.
 [[nodiscard]] std::uint32_t maskBitOfFile(const QString& name);
 
-} // namespace korvale::sim
+} // namespace korvale::agent

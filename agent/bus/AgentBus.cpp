@@ -1,38 +1,35 @@
-#include "agent_sim/AgentBus.h"
+#include "agent/bus/AgentBus.h"
 
-#include "agent_sim/Envelope.h"
-#include "agent_sim/NotificationNames.h"
+#include "agent/bus/Envelope.h"
+#include "agent/publish/NotificationNames.h"
 
-#include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusReply>
 
-#include <chrono>
-
-namespace korvale::sim {
+namespace korvale::agent {
 namespace {
 
-constexpr std::chrono::milliseconds kRetryPeriod{200};
-
 QString connectionName() {
-    return QStringLiteral("korvale-agent-sim");
-}
-
-QDBusConnection connection() {
-    return QDBusConnection(connectionName());
+    return QStringLiteral("korvale-agent");
 }
 
 } // namespace
 
-AgentBus::AgentBus(QDBusVirtualObject& port, QObject* parent) : QObject(parent), m_port(port) {
-    m_retry.setInterval(kRetryPeriod);
+AgentBus::AgentBus(QDBusVirtualObject& object, std::chrono::milliseconds retryPeriod,
+                   QObject* parent)
+    : QObject(parent), m_object(object) {
+    m_retry.setInterval(retryPeriod);
     connect(&m_retry, &QTimer::timeout, this, &AgentBus::attempt);
 }
 
 AgentBus::~AgentBus() {
     QDBusConnection::disconnectFromBus(connectionName());
+}
+
+QDBusConnection AgentBus::connection() {
+    return QDBusConnection(connectionName());
 }
 
 void AgentBus::takeName() {
@@ -73,7 +70,7 @@ bool AgentBus::connectToBus() {
                 QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
                 SLOT(disconnected()));
     // The object is there before the name is: a request can follow the name at once.
-    m_connected = bus.registerVirtualObject(kObjectPath.toString(), &m_port);
+    m_connected = bus.registerVirtualObject(kObjectPath.toString(), &m_object);
     return m_connected;
 }
 
@@ -123,4 +120,4 @@ bool AgentBus::sendMessage(const QByteArray& data) {
     return m_connected && connection().send(message);
 }
 
-} // namespace korvale::sim
+} // namespace korvale::agent

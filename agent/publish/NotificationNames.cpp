@@ -1,9 +1,9 @@
-#include "agent_sim/NotificationNames.h"
+#include "agent/publish/NotificationNames.h"
 
 #include <algorithm>
 #include <array>
 
-namespace korvale::sim {
+namespace korvale::agent {
 namespace {
 
 constexpr std::array<QStringView, 20> kNames{
@@ -49,4 +49,4 @@ SignalName signalName(const QString& notification) {
     return {notification.left(dot), notification.mid(dot + 1)};
 }
 
-} // namespace korvale::sim
+} // namespace korvale::agent

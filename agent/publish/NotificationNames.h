@@ -5,7 +5,7 @@
 
 #include <span>
 
-namespace korvale::sim {
+namespace korvale::agent {
 
 inline constexpr QStringView kServiceName = u"com.korvale.agent_server";
 inline constexpr QStringView kObjectPath = u"/com/korvale/agent_server";
@@ -22,4 +22,4 @@ struct SignalName {
 };
 [[nodiscard]] SignalName signalName(const QString& notification);
 
-} // namespace korvale::sim
+} // namespace korvale::agent

@@ -1,8 +1,8 @@
-#include "agent_sim/HostCacheNames.h"
+#include "agent/publish/HostCacheNames.h"
 
 #include <array>
 
-namespace korvale::sim {
+namespace korvale::agent {
 namespace {
 
 struct FileBit {
@@ -37,4 +37,4 @@ std::uint32_t maskBitOfFile(const QString& name) {
     return 0;
 }
 
-} // namespace korvale::sim
+} // namespace korvale::agent

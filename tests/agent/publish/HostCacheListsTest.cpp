@@ -1,13 +1,13 @@
-#include "agent_sim/AgentModel.h"
+#include "agent/publish/HostCacheLists.h"
 
-#include "TestFolder.h"
-#include "agent_sim/HostCacheNames.h"
-#include "agent_sim/HostCacheWriter.h"
+#include "agent/publish/HostCacheNames.h"
+#include "agent/publish/HostCacheWriter.h"
+#include "fakes/TestFolder.h"
 
-namespace korvale::sim {
+namespace korvale::agent {
 namespace {
 
-class AgentModelTest : public testing::Test {
+class HostCacheListsTest : public testing::Test {
 protected:
     void publish() {
         HostCacheWriter writer(m_folder.path());
@@ -20,10 +20,10 @@ protected:
     }
 
     TestFolder m_folder;
-    AgentModel m_model;
+    HostCacheLists m_model;
 };
 
-TEST_F(AgentModelTest, TheMaskNamesExactlyWhatChanged) {
+TEST_F(HostCacheListsTest, TheMaskNamesExactlyWhatChanged) {
     m_model.setFile(QStringLiteral("/a"), {1, QStringLiteral("id"), 5});
     m_model.addAnalysed(3);
     publish();
@@ -42,13 +42,13 @@ TEST_F(AgentModelTest, TheMaskNamesExactlyWhatChanged) {
     EXPECT_EQ(mask(), 0);
 }
 
-TEST_F(AgentModelTest, AMaskThatIsGivenReplacesTheTrueOne) {
+TEST_F(HostCacheListsTest, AMaskThatIsGivenReplacesTheTrueOne) {
     HostCacheWriter writer(m_folder.path());
     ASSERT_TRUE(m_model.publish(writer, 0xffffffffU));
     EXPECT_EQ(m_folder.read(QStringLiteral("header.log")), R"({"MessageMask":4294967295})");
 }
 
-TEST_F(AgentModelTest, FileRecordsHaveStateIdentifierAndScore) {
+TEST_F(HostCacheListsTest, FileRecordsHaveStateIdentifierAndScore) {
     m_model.setFile(QStringLiteral("/z"), {9, QStringLiteral("two"), QStringLiteral("high")});
     m_model.setFile(QStringLiteral("/a \"quoted\""), {1, QStringLiteral("one"), 5});
     publish();
@@ -61,7 +61,7 @@ TEST_F(AgentModelTest, FileRecordsHaveStateIdentifierAndScore) {
               QStringList{QStringLiteral("/a \"quoted\"")});
 }
 
-TEST_F(AgentModelTest, AnExploitLeavesAProcessRecordAndTheFirstEvent) {
+TEST_F(HostCacheListsTest, AnExploitLeavesAProcessRecordAndTheFirstEvent) {
     m_model.setEventTime(QStringLiteral("now"));
     m_model.addThreatEvent(QStringLiteral("/t"), 1, threat_event::kDetected);
     m_model.addExploit(
@@ -77,7 +77,7 @@ TEST_F(AgentModelTest, AnExploitLeavesAProcessRecordAndTheFirstEvent) {
               R"("/t":{"Category":"Threat","Event":1,"Path":"/t","State":1,"When":"now"}})");
 }
 
-TEST_F(AgentModelTest, ADeviceEventLacksWhatIsNotKnown) {
+TEST_F(HostCacheListsTest, ADeviceEventLacksWhatIsNotKnown) {
     m_model.setEventTime(QStringLiteral("now"));
     m_model.addDeviceEvent({QStringLiteral("USB Drive"),
                             QStringLiteral("FullAccess"),
@@ -90,7 +90,7 @@ TEST_F(AgentModelTest, ADeviceEventLacksWhatIsNotKnown) {
               R"("Vendor ID":"0781","When":"now"}})");
 }
 
-TEST_F(AgentModelTest, TheScannerStateIsOneWhenIdle) {
+TEST_F(HostCacheListsTest, TheScannerStateIsOneWhenIdle) {
     m_model.setScanning(true);
     publish();
     EXPECT_EQ(m_folder.read(QStringLiteral("scanner_state.log")), R"({"ScannerState":2})");
@@ -99,7 +99,17 @@ TEST_F(AgentModelTest, TheScannerStateIsOneWhenIdle) {
     EXPECT_EQ(m_folder.read(QStringLiteral("scanner_state.log")), R"({"ScannerState":1})");
 }
 
-TEST_F(AgentModelTest, WhatCouldNotBeWrittenStaysChanged) {
+TEST_F(HostCacheListsTest, TheOldestEventsMakeRoomForNewOnes) {
+    m_model.setEventLimit(2);
+    for (const char* path : {"/a", "/b", "/a", "/c"}) {
+        m_model.addThreatEvent(QLatin1String(path), 1, threat_event::kDetected);
+    }
+    publish();
+    EXPECT_EQ(m_folder.readJson(QStringLiteral("file_process_events.log")).keys(),
+              QStringList({QStringLiteral("/a"), QStringLiteral("/c")}));
+}
+
+TEST_F(HostCacheListsTest, WhatCouldNotBeWrittenStaysChanged) {
     m_folder.write(QStringLiteral("file"), "x");
     HostCacheWriter writer(m_folder.path(QStringLiteral("file")));
     m_model.setAnalysed(1);
@@ -133,4 +143,4 @@ TEST(RecordList, KeepsTheOrderOfAdding) {
 }
 
 } // namespace
-} // namespace korvale::sim
+} // namespace korvale::agent

@@ -1,18 +1,24 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QDBusVirtualObject>
 #include <QObject>
 #include <QTimer>
 
-namespace korvale::sim {
+#include <chrono>
+
+namespace korvale::agent {
 
 /// The agent's place on the system bus: the name, the object, the signals. A bus that is missing,
 /// goes away or comes back is followed without help.
 class AgentBus : public QObject {
     Q_OBJECT
 public:
-    /// `port` must outlive this object.
-    explicit AgentBus(QDBusVirtualObject& port, QObject* parent = nullptr);
+    /// `object` must outlive this object. While there is no bus or the name is taken, it is tried
+    /// again after each `retryPeriod`.
+    explicit AgentBus(QDBusVirtualObject& object,
+                      std::chrono::milliseconds retryPeriod = std::chrono::milliseconds(200),
+                      QObject* parent = nullptr);
     ~AgentBus() override;
 
     /// Asks for the name, again and again until it is owned (see `nameOwned`).
@@ -25,6 +31,8 @@ public:
     bool post(const QString& notification);
     /// Sends the unsolicited message with these bytes under "<DATA>". False when there is no bus.
     bool sendMessage(const QByteArray& data);
+    /// The connection to the bus; not connected while there is none.
+    [[nodiscard]] static QDBusConnection connection();
 
 Q_SIGNALS:
     void nameOwned();
@@ -41,7 +49,7 @@ private:
     bool requestName();
     void report(const QString& sentence);
 
-    QDBusVirtualObject& m_port;
+    QDBusVirtualObject& m_object;
     QTimer m_retry;
     QString m_lastProblem;
     bool m_connected = false;
@@ -49,4 +57,4 @@ private:
     bool m_ownsName = false;
 };
 
-} // namespace korvale::sim
+} // namespace korvale::agent

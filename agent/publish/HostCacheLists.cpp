@@ -1,9 +1,12 @@
-#include "agent_sim/AgentModel.h"
+#include "agent/publish/HostCacheLists.h"
 
-#include "agent_sim/HostCacheNames.h"
-#include "agent_sim/HostCacheWriter.h"
+#include "agent/publish/HostCacheNames.h"
+#include "agent/publish/HostCacheWriter.h"
 
-namespace korvale::sim {
+#include <algorithm>
+#include <utility>
+
+namespace korvale::agent {
 namespace {
 
 constexpr int kScannerIdle = 1;
@@ -20,13 +23,13 @@ QJsonObject exploitRecord(const Exploit& exploit, const QString& when) {
 
 } // namespace
 
-QString AgentModel::when() const {
+QString HostCacheLists::when() const {
     return m_eventTime.isEmpty()
                ? QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
                : m_eventTime;
 }
 
-void AgentModel::setFile(const QString& path, const FileThreat& threat) {
+void HostCacheLists::setFile(const QString& path, const FileThreat& threat) {
     if (threat.state == 0) {
         m_files.remove(path);
     } else {
@@ -37,7 +40,7 @@ void AgentModel::setFile(const QString& path, const FileThreat& threat) {
     m_changed |= bit::kFileStates;
 }
 
-std::optional<FileThreat> AgentModel::file(const QString& path) const {
+std::optional<FileThreat> HostCacheLists::file(const QString& path) const {
     const std::optional<QJsonObject> record = m_files.find(path);
     if (!record) {
         return std::nullopt;
@@ -47,8 +50,8 @@ std::optional<FileThreat> AgentModel::file(const QString& path) const {
                       record->value(QStringLiteral("Score"))};
 }
 
-void AgentModel::setProcess(const QString& key, int state, const QString& path,
-                            const QJsonValue& pid, const QString& count) {
+void HostCacheLists::setProcess(const QString& key, int state, const QString& path,
+                                const QJsonValue& pid, const QString& count) {
     m_processes.put(key, {{QStringLiteral("State"), state},
                           {QStringLiteral("Path"), path},
                           {QStringLiteral("PID"), pid},
@@ -56,12 +59,13 @@ void AgentModel::setProcess(const QString& key, int state, const QString& path,
     m_changed |= bit::kProcesses;
 }
 
-void AgentModel::putEvent(const QString& key, const QJsonObject& record) {
+void HostCacheLists::putEvent(const QString& key, const QJsonObject& record) {
     m_events.putAsNewest(key, record);
+    m_events.keepNewest(m_eventLimit);
     m_changed |= bit::kProcesses;
 }
 
-void AgentModel::addThreatEvent(const QString& path, int state, int event) {
+void HostCacheLists::addThreatEvent(const QString& path, int state, int event) {
     // The list is an object: one path has one record, its latest event.
     putEvent(path, {{QStringLiteral("When"), when()},
                     {QStringLiteral("Category"), QStringLiteral("Threat")},
@@ -70,22 +74,22 @@ void AgentModel::addThreatEvent(const QString& path, int state, int event) {
                     {QStringLiteral("Event"), event}});
 }
 
-void AgentModel::addExploitEvent(const Exploit& exploit) {
+void HostCacheLists::addExploitEvent(const Exploit& exploit) {
     putEvent(QStringLiteral("exploit-%1").arg(m_nextExploit++), exploitRecord(exploit, when()));
 }
 
-void AgentModel::addExploit(const Exploit& exploit) {
+void HostCacheLists::addExploit(const Exploit& exploit) {
     setProcess(QString::number(exploit.pid), exploit.state, exploit.path, exploit.pid,
                exploit.count);
     addExploitEvent(exploit);
 }
 
-void AgentModel::putDeviceEvent(const QString& key, const QJsonObject& record) {
+void HostCacheLists::putDeviceEvent(const QString& key, const QJsonObject& record) {
     m_devices.put(key, record);
     m_changed |= bit::kDeviceEvents;
 }
 
-void AgentModel::addDeviceEvent(const DeviceEvent& event) {
+void HostCacheLists::addDeviceEvent(const DeviceEvent& event) {
     QJsonObject record{{QStringLiteral("Device Type"), event.type},
                        {QStringLiteral("When"), when()},
                        {QStringLiteral("Action"), event.action}};
@@ -100,21 +104,21 @@ void AgentModel::addDeviceEvent(const DeviceEvent& event) {
     putDeviceEvent(QStringLiteral("device-%1").arg(m_nextDevice++), record);
 }
 
-void AgentModel::setScanning(bool scanning) {
+void HostCacheLists::setScanning(bool scanning) {
     m_scanning = scanning;
     m_changed |= bit::kScannerState;
 }
 
-void AgentModel::addAnalysed(qint64 files) {
+void HostCacheLists::addAnalysed(qint64 files) {
     setAnalysed(m_analysed + files);
 }
 
-void AgentModel::setAnalysed(qint64 files) {
+void HostCacheLists::setAnalysed(qint64 files) {
     m_analysed = files;
     m_changed |= bit::kAnalysisCount;
 }
 
-void AgentModel::clearLists() {
+void HostCacheLists::clearLists() {
     m_files.clear();
     m_processes.clear();
     m_events.clear();
@@ -122,38 +126,47 @@ void AgentModel::clearLists() {
     m_changed |= bit::kFileStates | bit::kProcesses | bit::kDeviceEvents;
 }
 
-bool AgentModel::publish(HostCacheWriter& writer, std::optional<std::uint32_t> mask) {
+HostCacheBatch HostCacheLists::takeBatch(std::optional<std::uint32_t> mask) {
     using Order = RecordList::Order;
-    const auto write = [&](const QString& name, const auto& content) {
-        return (maskBitOfFile(name) & m_changed) == 0 || writer.write(name, content());
+    HostCacheBatch batch;
+    const auto add = [&](const QString& name, const auto& content) {
+        if ((maskBitOfFile(name) & m_changed) != 0) {
+            batch.files.push_back({name, content()});
+        }
     };
     const auto number = [](const QString& member, qint64 value) {
         return '{' + quotedJson(member) + ':' + QByteArray::number(value) + '}';
     };
     const auto processes = [&] { return m_processes.toJson(Order::OldestFirst); };
+    add(QStringLiteral("file_states.log"), [&] { return m_files.toJson(Order::OldestFirst); });
+    add(QStringLiteral("scanner_state.log"), [&] {
+        return number(QStringLiteral("ScannerState"), m_scanning ? kScannerBusy : kScannerIdle);
+    });
+    add(QStringLiteral("analysis_count.log"),
+        [&] { return number(QStringLiteral("AnalyzedCount"), m_analysed); });
+    add(QStringLiteral("external_device_control_events.log"),
+        [&] { return m_devices.toJson(Order::OldestFirst); });
+    add(QStringLiteral("process_states.log"), processes);
+    add(QStringLiteral("process_state.log"), processes);
+    // The newest event first: the exploit at hand is the one that the first record names.
+    add(QStringLiteral("file_process_events.log"),
+        [&] { return m_events.toJson(Order::NewestFirst); });
+    batch.files.push_back({QStringLiteral("header.log"),
+                           number(QStringLiteral("MessageMask"), mask.value_or(m_changed))});
+    batch.bits = std::exchange(m_changed, 0);
+    return batch;
+}
+
+bool HostCacheLists::publish(HostCacheWriter& writer, std::optional<std::uint32_t> mask) {
+    const HostCacheBatch batch = takeBatch(mask);
     const bool written =
-        write(QStringLiteral("file_states.log"),
-              [&] { return m_files.toJson(Order::OldestFirst); }) &&
-        write(QStringLiteral("scanner_state.log"),
-              [&] {
-                  return number(QStringLiteral("ScannerState"),
-                                m_scanning ? kScannerBusy : kScannerIdle);
-              }) &&
-        write(QStringLiteral("analysis_count.log"),
-              [&] { return number(QStringLiteral("AnalyzedCount"), m_analysed); }) &&
-        write(QStringLiteral("external_device_control_events.log"),
-              [&] { return m_devices.toJson(Order::OldestFirst); }) &&
-        write(QStringLiteral("process_states.log"), processes) &&
-        write(QStringLiteral("process_state.log"), processes) &&
-        // The newest event first: the exploit at hand is the one that the first record names.
-        write(QStringLiteral("file_process_events.log"),
-              [&] { return m_events.toJson(Order::NewestFirst); }) &&
-        writer.write(QStringLiteral("header.log"),
-                     number(QStringLiteral("MessageMask"), mask.value_or(m_changed)));
-    if (written) {
-        m_changed = 0;
+        std::all_of(batch.files.begin(), batch.files.end(), [&](const HostCacheBatch::File& file) {
+            return writer.write(file.name, file.content);
+        });
+    if (!written) {
+        markChanged(batch.bits);
     }
     return written;
 }
 
-} // namespace korvale::sim
+} // namespace korvale::agent

@@ -1,14 +1,16 @@
 #pragma once
 
-#include "agent_sim/RecordList.h"
+#include "agent/publish/HostCacheBatch.h"
+#include "agent/publish/RecordList.h"
 
 #include <QDateTime>
 #include <QJsonValue>
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 
-namespace korvale::sim {
+namespace korvale::agent {
 
 class HostCacheWriter;
 
@@ -48,9 +50,9 @@ struct DeviceEvent {
     QString serial;
 };
 
-/// What the agent knows, and which of its host-cache files are older than that. Nothing is written
-/// before `publish`.
-class AgentModel {
+/// The content of the host-cache lists, and which of the files are older than that. Nothing is
+/// written before `publish` or `takeBatch`. One thread only.
+class HostCacheLists {
 public:
     /// State 0 takes the file off the list.
     void setFile(const QString& path, const FileThreat& threat);
@@ -72,11 +74,16 @@ public:
     [[nodiscard]] qint64 analysed() const { return m_analysed; }
     /// Bits of the files whose content changed since the last `publish`.
     [[nodiscard]] std::uint32_t changed() const { return m_changed; }
-    /// For files that are written at once by their own command.
     void markChanged(std::uint32_t bits) { m_changed |= bits; }
 
-    /// Writes the changed files, then "header.log" with their mask (or with `mask`, where given).
+    /// The changed files, then "header.log" with their mask (or with `mask`, where given). They
+    /// count as unchanged from now on; `markChanged(batch.bits)` takes that back.
+    [[nodiscard]] HostCacheBatch takeBatch(std::optional<std::uint32_t> mask = std::nullopt);
+    /// Writes that batch. What could not be written stays changed.
     bool publish(HostCacheWriter& writer, std::optional<std::uint32_t> mask = std::nullopt);
+
+    /// Beyond that many the oldest events are forgotten.
+    void setEventLimit(qsizetype events) { m_eventLimit = events; }
 
     /// Time stamp of new events; now when not set.
     void setEventTime(const QString& when) { m_eventTime = when; }
@@ -92,8 +99,9 @@ private:
     qint64 m_analysed = 0;
     qint64 m_nextExploit = 1;
     qint64 m_nextDevice = 1;
+    qsizetype m_eventLimit = std::numeric_limits<qsizetype>::max();
     std::uint32_t m_changed = 0;
     bool m_scanning = false;
 };
 
-} // namespace korvale::sim
+} // namespace korvale::agent

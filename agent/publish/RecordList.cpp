@@ -1,9 +1,9 @@
-#include "agent_sim/RecordList.h"
+#include "agent/publish/RecordList.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 
-namespace korvale::sim {
+namespace korvale::agent {
 namespace {
 
 void appendMember(QByteArray& json, const QString& key, const QJsonObject& value) {
@@ -45,6 +45,13 @@ bool RecordList::remove(const QString& key) {
     return true;
 }
 
+void RecordList::keepNewest(qsizetype most) {
+    while (size() > most) {
+        m_places.remove(m_records.begin()->second.key);
+        m_records.erase(m_records.begin());
+    }
+}
+
 void RecordList::clear() {
     m_records.clear();
     m_places.clear();
@@ -72,4 +79,4 @@ QByteArray RecordList::toJson(Order order) const {
     return json + '}';
 }
 
-} // namespace korvale::sim
+} // namespace korvale::agent

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace korvale::sim {
+namespace korvale {
 
 /// A folder for one test.
 class TestFolder {
@@ -43,4 +43,4 @@ private:
     QTemporaryDir m_folder;
 };
 
-} // namespace korvale::sim
+} // namespace korvale

@@ -1,11 +1,11 @@
-#include "agent_sim/UpdaterStatusWriter.h"
+#include "agent/publish/UpdaterStatusWriter.h"
 
-#include "TestFolder.h"
-#include "agent_sim/BuildSettings.h"
+#include "agent/publish/BuildSettings.h"
+#include "fakes/TestFolder.h"
 
 #include <openssl/evp.h>
 
-namespace korvale::sim {
+namespace korvale::agent {
 namespace {
 
 const unsigned char* bytes(const QByteArray& data) {
@@ -106,4 +106,4 @@ TEST(UpdaterStatusWriter, TakesAGivenNameInsideItsFolder) {
 }
 
 } // namespace
-} // namespace korvale::sim
+} // namespace korvale::agent
