@@ -1,8 +1,10 @@
 #include "platform/BusProbe.h"
 
+#include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QList>
 #include <QSocketNotifier>
+#include <QThread>
 
 #include <algorithm>
 #include <array>
@@ -29,26 +31,27 @@ std::optional<QByteArray> socketName(const QByteArray& entry) {
     return std::nullopt;
 }
 
-/// A connected, non-blocking socket, or -1.
-int connectedSocket(const QByteArray& name) {
+constexpr int knockEveryMs = 100;
+
+/// Connects without waiting; 0, or the reason (errno) why not.
+int connectTo(int socket, const QByteArray& name) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (static_cast<std::size_t>(name.size()) >= sizeof address.sun_path) {
-        return -1;
+        return ENAMETOOLONG;
     }
     std::copy(name.begin(), name.end(), std::begin(address.sun_path));
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (socket < 0) {
-        return -1;
-    }
     const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) +
                                                static_cast<std::size_t>(name.size()));
     const void* const generic = &address;
-    if (::connect(socket, static_cast<const sockaddr*>(generic), length) != 0) {
-        ::close(socket);
-        return -1;
+    return ::connect(socket, static_cast<const sockaddr*>(generic), length) == 0 ? 0 : errno;
+}
+
+/// Waits until `socket` can be read, whatever signals come.
+void waitReadable(int socket, QDeadlineTimer deadline) {
+    pollfd waiting{socket, POLLIN, 0};
+    while (::poll(&waiting, 1, static_cast<int>(deadline.remainingTime())) < 0 && errno == EINTR) {
     }
-    return socket;
 }
 
 } // namespace
@@ -72,10 +75,7 @@ BusProbe::BusProbe(const QByteArray& address, QObject* parent) : QObject(parent)
 }
 
 BusProbe::~BusProbe() {
-    m_notifier.reset();
-    if (m_socket >= 0) {
-        ::close(m_socket);
-    }
+    closeSocket();
 }
 
 void BusProbe::ask(const QByteArray& address) {
@@ -84,35 +84,81 @@ void BusProbe::ask(const QByteArray& address) {
         m_state = address.contains(':') ? State::Answered : State::Absent;
         return;
     }
-    const std::optional<QByteArray> name = socketName(address);
-    m_socket = name ? connectedSocket(*name) : -1;
+    if (const std::optional<QByteArray> name = socketName(address)) {
+        m_name = *name;
+        reach();
+    }
+}
+
+void BusProbe::reach() {
+    m_state = State::Absent;
+    m_socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (m_socket < 0) {
-        // A full queue of clients is a bus that hangs, but there is nothing to listen on.
         return;
     }
+    const int failure = connectTo(m_socket, m_name);
+    if (failure == 0) {
+        greet();
+        return;
+    }
+    closeSocket();
+    if (failure == EAGAIN) {
+        // A full queue of clients: a bus that hangs, and that the toolkit would wait for in vain.
+        m_state = State::Asking;
+    }
+}
+
+void BusProbe::greet() {
     // The credentials byte, then the first line of the authentication protocol.
     const QByteArray hello =
         QByteArray(1, '\0') + "AUTH EXTERNAL " + QByteArray::number(::getuid()).toHex() + "\r\n";
     if (::send(m_socket, hello.constData(), static_cast<std::size_t>(hello.size()), MSG_NOSIGNAL) ==
         hello.size()) {
         m_state = State::Asking;
+    } else {
+        closeSocket();
     }
 }
 
 BusProbe::State BusProbe::waitBriefly(int milliseconds) {
-    if (m_state == State::Asking) {
-        pollfd waiting{m_socket, POLLIN, 0};
-        if (::poll(&waiting, 1, milliseconds) > 0) {
-            readAnswer();
-        }
+    const QDeadlineTimer deadline(milliseconds);
+    while (isOutside() && !deadline.hasExpired()) {
+        QThread::msleep(std::min<qint64>(knockEveryMs, deadline.remainingTime()));
+        reach();
+    }
+    if (m_state == State::Asking && m_socket >= 0) {
+        waitReadable(m_socket, deadline);
+        readAnswer();
     }
     return m_state;
 }
 
 void BusProbe::watch() {
-    if (m_state != State::Asking || m_notifier) {
+    if (m_state != State::Asking || m_notifier || m_knock.isActive()) {
         return;
     }
+    if (m_socket >= 0) {
+        listen();
+        return;
+    }
+    connect(&m_knock, &QTimer::timeout, this, &BusProbe::knockAgain);
+    m_knock.start(knockEveryMs);
+}
+
+void BusProbe::knockAgain() {
+    reach();
+    if (isOutside()) {
+        return;
+    }
+    m_knock.stop();
+    if (m_state == State::Asking) {
+        listen();
+    } else {
+        Q_EMIT answered();
+    }
+}
+
+void BusProbe::listen() {
     m_notifier = std::make_unique<QSocketNotifier>(m_socket, QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &BusProbe::readAnswer);
 }
@@ -124,12 +170,18 @@ void BusProbe::readAnswer() {
         return;
     }
     m_state = length > 0 ? State::Answered : State::Absent;
-    if (m_notifier) {
-        m_notifier->setEnabled(false);
-    }
-    ::close(m_socket);
-    m_socket = -1;
+    closeSocket();
     Q_EMIT answered();
+}
+
+void BusProbe::closeSocket() {
+    if (m_notifier) {
+        m_notifier->setEnabled(false); // and not destroyed, as it may be what is calling
+    }
+    if (m_socket >= 0) {
+        ::close(m_socket);
+        m_socket = -1;
+    }
 }
 
 QByteArray sessionBusAddress() {

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 
@@ -18,7 +19,7 @@ class BusProbe : public QObject {
     Q_OBJECT
 public:
     enum class State {
-        Asking,   ///< connected; nothing heard yet
+        Asking,   ///< nothing heard yet, be it that the bus takes no more clients for the moment
         Answered, ///< the bus spoke (or its transport cannot be asked): greeting it will not hang
         Absent,   ///< nothing listens there: greeting it fails at once
     };
@@ -40,10 +41,18 @@ Q_SIGNALS:
 
 private:
     void ask(const QByteArray& address);
+    void reach();
+    void greet();
+    void knockAgain();
+    void listen();
     void readAnswer();
+    void closeSocket();
+    [[nodiscard]] bool isOutside() const { return m_state == State::Asking && m_socket < 0; }
 
     State m_state = State::Absent;
-    int m_socket = -1;
+    QByteArray m_name; ///< of the socket asked, as the kernel wants it
+    int m_socket = -1; ///< none while the bus's queue of clients is full
+    QTimer m_knock;    ///< until it no longer is
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 

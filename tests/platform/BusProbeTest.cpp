@@ -1,17 +1,25 @@
 #include "platform/BusProbe.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QEventLoop>
 #include <QTemporaryDir>
 #include <QTimer>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <pthread.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <thread>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace korvale {
 namespace {
@@ -46,6 +54,33 @@ public:
         return {text.data(), std::max<ssize_t>(length, 0)};
     }
     void hangUp() { close(accept(m_listener, nullptr, nullptr)); }
+    /// Clients nobody takes in, until no more can come.
+    void fillQueue() {
+        const QByteArray name = path();
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::copy(name.begin(), name.end(), std::begin(address.sun_path));
+        const void* const generic = &address;
+        int waiting = 0;
+        do {
+            m_waiting.push_back(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+            waiting =
+                connect(m_waiting.back(), static_cast<const sockaddr*>(generic), sizeof address);
+        } while (waiting == 0);
+        EXPECT_EQ(errno, EAGAIN);
+    }
+    /// Takes in, and sends away, everyone who waits.
+    void emptyQueue() {
+        for (const int client : m_waiting) {
+            close(client);
+        }
+        for (std::size_t i = 0; i + 1 < m_waiting.size(); ++i) { // the last one did not get in
+            hangUp();
+        }
+        m_waiting.clear();
+    }
+    /// Shuts the door behind those who are in: whoever connects finds nobody.
+    void stopListening() { close(std::exchange(m_listener, -1)); }
 
 private:
     [[nodiscard]] QByteArray path() const {
@@ -54,6 +89,7 @@ private:
     QTemporaryDir m_folder;
     int m_listener;
     int m_client = -1;
+    std::vector<int> m_waiting;
 };
 
 TEST(BusProbe, NothingListeningIsAbsent) {
@@ -99,6 +135,85 @@ TEST(BusProbe, ABusThatHangsUpIsAbsent) {
     BusProbe probe(bus.address());
     bus.hangUp();
     EXPECT_EQ(probe.waitBriefly(10'000), BusProbe::State::Absent);
+}
+
+TEST(BusProbe, ABusWhoseQueueOfClientsIsFullIsOneThatHangs) {
+    SilentBus bus;
+    bus.fillQueue();
+    BusProbe probe(bus.address());
+    EXPECT_EQ(probe.state(), BusProbe::State::Asking) << "the toolkit would wait for it in vain";
+    EXPECT_EQ(probe.waitBriefly(10), BusProbe::State::Asking);
+    bus.emptyQueue();
+}
+
+TEST(BusProbe, AFullQueueOfClientsThatEmptiesIsReported) {
+    SilentBus bus;
+    bus.fillQueue();
+    BusProbe probe(bus.address());
+    QEventLoop loop;
+    QObject::connect(&probe, &BusProbe::answered, &loop, &QEventLoop::quit);
+    std::thread awake;
+    QTimer::singleShot(0, &loop, [&] {
+        bus.emptyQueue();
+        awake = std::thread([&bus] { bus.speak(); }); // to the next who knocks
+    });
+    probe.watch();
+    loop.exec();
+    awake.join();
+    EXPECT_EQ(probe.state(), BusProbe::State::Answered);
+}
+
+TEST(BusProbe, ABusThatEndsWithAFullQueueIsAbsent) {
+    SilentBus bus;
+    bus.fillQueue();
+    BusProbe probe(bus.address());
+    QEventLoop loop;
+    QObject::connect(&probe, &BusProbe::answered, &loop, &QEventLoop::quit);
+    QTimer::singleShot(0, &loop, [&] { bus.stopListening(); });
+    probe.watch();
+    loop.exec();
+    EXPECT_EQ(probe.state(), BusProbe::State::Absent);
+}
+
+int openDescriptors() {
+    return static_cast<int>(QDir(QStringLiteral("/proc/self/fd")).count());
+}
+
+TEST(BusProbe, NoDescriptorIsLeftBehind) {
+    SilentBus bus;
+    const int before = openDescriptors();
+    { const BusProbe asking(bus.address()); }
+    bus.hangUp();
+    bus.fillQueue();
+    const int full = openDescriptors();
+    { const BusProbe outside(bus.address()); }
+    EXPECT_EQ(openDescriptors(), full);
+    bus.emptyQueue();
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+extern "C" {
+static void interrupted(int /*signal*/) {}
+}
+
+TEST(BusProbe, ASignalIsNoAnswer) {
+    SilentBus bus;
+    BusProbe probe(bus.address());
+    struct sigaction interrupting {};
+    struct sigaction before {};
+    interrupting.sa_handler = interrupted; // without SA_RESTART: poll ends with EINTR
+    sigaction(SIGUSR1, &interrupting, &before);
+    const pthread_t waiting = pthread_self();
+    std::thread disturber([&] {
+        for (int i = 0; i < 20; ++i) {
+            pthread_kill(waiting, SIGUSR1);
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        bus.speak();
+    });
+    EXPECT_EQ(probe.waitBriefly(20'000), BusProbe::State::Answered);
+    disturber.join();
+    sigaction(SIGUSR1, &before, nullptr);
 }
 
 TEST(BusProbe, TheFirstReachableEntryOfAListIsAsked) {
