@@ -31,22 +31,33 @@ std::optional<std::uint32_t> fourHexDigits(std::span<const char> text) {
     return value;
 }
 
-/// The code point behind "\u", taken off the front of `rest` (one or two escapes long).
+constexpr std::uint32_t replacementCharacter = 0xFFFD;
+
+bool isHighSurrogate(std::uint32_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+bool isLowSurrogate(std::uint32_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+/// The code point behind "\u", taken off the front of `rest` (one or two escapes long). Half a
+/// surrogate pair is valid JSON and no character: writers spell bytes that are no text that way.
 std::optional<std::uint32_t> takeCodePoint(std::span<char>& rest) {
     const auto first = fourHexDigits(rest);
-    if (!first || (*first >= 0xDC00 && *first <= 0xDFFF)) {
+    if (!first) {
         return std::nullopt;
     }
     rest = rest.subspan(4);
-    if (*first < 0xD800 || *first > 0xDBFF) {
-        return first;
+    if (!isHighSurrogate(*first)) {
+        return isLowSurrogate(*first) ? replacementCharacter : first;
     }
-    if (rest.size() < 6 || rest[0] != '\\' || rest[1] != 'u') {
-        return std::nullopt;
+    if (rest.size() < 2 || rest[0] != '\\' || rest[1] != 'u') {
+        return replacementCharacter;
     }
     const auto second = fourHexDigits(rest.subspan(2));
-    if (!second || *second < 0xDC00 || *second > 0xDFFF) {
-        return std::nullopt;
+    if (!second || !isLowSurrogate(*second)) {
+        return replacementCharacter; // what follows stands for itself
     }
     rest = rest.subspan(6);
     return 0x10000 + ((*first - 0xD800) << 10) + (*second - 0xDC00);

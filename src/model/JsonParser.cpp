@@ -180,10 +180,12 @@ private:
 
     /// One of 64 bits: names with different bits differ, so that few objects need a closer look.
     [[nodiscard]] std::uint64_t markOf(JsonNode name) const {
-        // A text is followed by a quote at least, so there are two bytes.
-        const char* text = m_bytes + name.offset;
-        const auto sum = name.extent + 7U * static_cast<unsigned char>(text[0]) +
-                         static_cast<unsigned char>(text[1]);
+        // A short name's escapes leave bytes behind it that are no part of it.
+        const std::uint32_t middle = name.extent / 2;
+        const auto byte = [&](std::uint32_t at) {
+            return static_cast<unsigned char>(m_bytes[name.offset + at]);
+        };
+        const auto sum = name.extent == 0 ? 0U : name.extent + 7U * byte(0) + byte(middle);
         return std::uint64_t{1} << (sum & 63U);
     }
 

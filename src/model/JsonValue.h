@@ -32,7 +32,7 @@ public:
 
     /// Strict RFC 8259 in UTF-8 with an object or a list on top, nested at most 512 deep; anything
     /// else is no value. Of two members with one name the last counts, the earlier is as if absent.
-    /// Numbers of any size are valid.
+    /// Numbers of any size are valid. Half a surrogate pair, escaped, reads as U+FFFD.
     [[nodiscard]] static std::optional<JsonValue> parse(QByteArrayView utf8);
 
     [[nodiscard]] Kind kind() const { return m_document ? node().kind : Kind::Null; }

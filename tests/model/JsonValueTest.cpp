@@ -50,12 +50,12 @@ INSTANTIATE_TEST_SUITE_P(Numbers, InvalidJson,
                                          "[1a]"));
 INSTANTIATE_TEST_SUITE_P(Texts, InvalidJson,
                          testing::Values("[\"a]", "[\"a\\\"]", "[\"\\x\"]", "[\"\\\"]",
-                                         "[\"\\u12\"]", "[\"\\u12G4\"]", "[\"\\uD800\"]",
-                                         "[\"\\uDC00\"]", "[\"\\uD800\\u0041\"]", "[\"\\uD800x\"]",
-                                         "[\"\\uDC00\\uD800\"]", "[\"\\uD800\\uD800\"]",
-                                         "[\"a\nb\"]", "[\"a\tb\"]", std::string("[\"a\0b\"]", 7),
-                                         "[\"\\U0041\"]", "[\"\\'\"]", "[\"a\"\"b\"]", "[\"a\"b]",
-                                         "[b\"a\"]", "[\\\"a\"]", "[\"a\"\\]", "{\"\\q\":1}"));
+                                         "[\"\\u12\"]", "[\"\\u12G4\"]", "[\"\\uD800\\u12\"]",
+                                         "[\"\\uD800\\uDC0\"]", "[\"\\uD800\\x\"]",
+                                         "[\"\\uD800\\\"]", "[\"a\nb\"]", "[\"a\tb\"]",
+                                         std::string("[\"a\0b\"]", 7), "[\"\\U0041\"]", "[\"\\'\"]",
+                                         "[\"a\"\"b\"]", "[\"a\"b]", "[b\"a\"]", "[\\\"a\"]",
+                                         "[\"a\"\\]", "{\"\\q\":1}"));
 INSTANTIATE_TEST_SUITE_P(Encoding, InvalidJson,
                          testing::Values("\xEF\xBB\xBF[1]", "[\"\xFF\"]", "[\"\xC3\"]",
                                          "[\"\xC0\xAF\"]", "[\"\xED\xA0\x80\"]",
@@ -110,6 +110,16 @@ TEST(JsonValue, NamesAreComparedWithoutTheirEscapes) {
     EXPECT_EQ(value["/p"].utf8(), "3");
 }
 
+TEST(JsonValue, ShortNamesAreRecognisedWhateverTheirSpelling) {
+    EXPECT_EQ(parse(R"({"a":1,"\u0061":2})")->size(), 1U);
+    EXPECT_EQ((*parse(R"({"\u0061":1,"a":2})"))["a"].utf8(), "2");
+    EXPECT_EQ(parse(R"({"\/":1,"/":2,"\u002f":3})")->size(), 1U);
+    EXPECT_EQ(parse("{\"\":1,\"\" :2}")->size(), 1U);
+    EXPECT_EQ(parse("{\"a\" :1,\"a\"\n:2,\"a\":3}")->size(), 1U);
+    EXPECT_EQ(parse(R"({"\u00e9":1,"é":2})")->size(), 1U);
+    EXPECT_EQ(parse(R"({"":1,"\u0000":2,"a":3,"aa":4})")->size(), 4U);
+}
+
 TEST(JsonValue, LastOfEqualNamesCountsAmongManyMembersToo) {
     std::string text = "{";
     for (int i = 0; i < 1000; ++i) {
@@ -132,6 +142,25 @@ TEST(JsonValue, EscapesBecomeTheirCharacters) {
         texts.emplace_back(element.utf8());
     }
     EXPECT_THAT(texts, ElementsAre("\"\\/\b\f\n\r\t", "é€😀", std::string("x\0y", 3), "é"));
+}
+
+TEST(JsonValue, HalfASurrogatePairIsTheReplacementCharacter) {
+    const JsonValue value = *parse(R"(["\udce9","\uD800","a\uDC00b","\uD800x","\uD800\u0041",
+                                       "\uDC00\uD800","\uD800\uD800","\uD800\uD83D\uDE00",
+                                       "\uD83D\uDE00\uDE00","\uD800\n\uDC00"])");
+    std::vector<std::string> texts;
+    for (const JsonValue& element : value.elements()) {
+        texts.emplace_back(element.utf8());
+    }
+    EXPECT_THAT(texts,
+                ElementsAre("\uFFFD", "\uFFFD", "a\uFFFDb", "\uFFFDx", "\uFFFDA", "\uFFFD\uFFFD",
+                            "\uFFFD\uFFFD", "\uFFFD😀", "😀\uFFFD", "\uFFFD\n\uFFFD"));
+}
+
+TEST(JsonValue, NamesThatDifferInTheirHalfSurrogatesOnlyAreOne) {
+    const JsonValue value = *parse(R"({"/\udce9":1,"/\ud800":2,"/\ufffd":3})");
+    EXPECT_EQ(value.size(), 1U);
+    EXPECT_EQ(value["/\uFFFD"].utf8(), "3");
 }
 
 TEST(JsonValue, MissingMembersAndOtherTypesReadAsNull) {

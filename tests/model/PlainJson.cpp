@@ -10,6 +10,18 @@ namespace {
 
 struct Wrong {};
 
+/// U+FFFD in place of each surrogate that is not half of a pair.
+QString withoutHalves(QString utf16) {
+    for (qsizetype i = 0; i < utf16.size(); ++i) {
+        if (utf16[i].isHighSurrogate() && i + 1 < utf16.size() && utf16[i + 1].isLowSurrogate()) {
+            ++i;
+        } else if (utf16[i].isSurrogate()) {
+            utf16[i] = QChar::ReplacementCharacter;
+        }
+    }
+    return utf16;
+}
+
 class Reader {
 public:
     explicit Reader(std::string_view text) : m_text(text) {}
@@ -171,29 +183,13 @@ private:
             if (known != std::string::npos) {
                 result += QLatin1Char("\"\\/\b\f\n\r\t"[known]);
             } else if (name == 'u') {
-                escapedCharacter(result);
+                result += QChar(hexDigits());
             } else {
                 throw Wrong();
             }
         }
         flush();
-        return result.toStdString();
-    }
-
-    void escapedCharacter(QString& result) {
-        const char16_t first = hexDigits();
-        if (QChar::isLowSurrogate(first)) {
-            throw Wrong();
-        }
-        result += QChar(first);
-        if (QChar::isHighSurrogate(first)) {
-            expect("\\u");
-            const char16_t second = hexDigits();
-            if (!QChar::isLowSurrogate(second)) {
-                throw Wrong();
-            }
-            result += QChar(second);
-        }
+        return withoutHalves(result).toStdString();
     }
 
     std::string digits() {
