@@ -1,12 +1,47 @@
 #include "platform/LogBacklog.h"
 
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <string>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace korvale {
+namespace {
+
+/// Many lines in two blocks of memory, which go back to the system as a whole.
+struct Lines {
+    struct Place {
+        LogLevel level;
+        std::size_t size;
+    };
+    std::vector<Place> places;
+    std::string texts; ///< each ends in a NUL
+};
+
+} // namespace
+
+struct LogBacklog::Work {
+    Work(Write writeOne, std::size_t mostBytes) : write(std::move(writeOne)), capacity(mostBytes) {}
+
+    const Write write;
+    const std::size_t capacity;
+    std::mutex mutex; ///< of all below
+    Lines lines;
+    std::size_t lost = 0; ///< lines that found no room since the last that did
+    bool isWriting = false;
+    std::condition_variable done; ///< nothing is written any more
+    std::atomic<std::size_t> written = 0;
+
+    void writeAll();
+    void writeEach(const Lines& taken);
+    Lines takeLines();
+};
 
 LogBacklog::LogBacklog(Write write, std::size_t capacity)
-    : m_write(std::move(write)), m_capacity(capacity) {}
+    : m_work(std::make_shared<Work>(std::move(write), capacity)) {}
 
 LogBacklog::~LogBacklog() {
     finish();
@@ -18,21 +53,40 @@ void LogBacklog::finish() {
     }
 }
 
+bool LogBacklog::finishUnlessStuck(std::chrono::milliseconds patience) {
+    if (!m_thread.joinable()) {
+        return isEmpty(); // none was needed, or it is left behind already
+    }
+    std::unique_lock lock(m_work->mutex);
+    std::size_t before = m_work->written;
+    while (!m_work->done.wait_for(lock, patience, [this] { return !m_work->isWriting; })) {
+        const std::size_t now = m_work->written;
+        if (std::exchange(before, now) == now) {
+            m_thread.detach();
+            return false;
+        }
+    }
+    lock.unlock();
+    finish();
+    return true;
+}
+
 bool LogBacklog::isEmpty() const {
-    const std::lock_guard lock(m_mutex);
-    return !m_isWriting;
+    const std::lock_guard lock(m_work->mutex);
+    return !m_work->isWriting;
 }
 
 void LogBacklog::add(LogLevel level, const QByteArray& line) {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(m_work->mutex);
     const auto size = static_cast<std::size_t>(line.size());
-    if (m_lines.texts.size() + size >= m_capacity) {
-        ++m_lost;
+    Lines& lines = m_work->lines;
+    if (lines.texts.size() + size >= m_work->capacity) {
+        ++m_work->lost;
     } else {
-        m_lines.places.push_back({level, size});
-        m_lines.texts.append(line.constData(), size + 1);
+        lines.places.push_back({level, size});
+        lines.texts.append(line.constData(), size + 1);
     }
-    if (!m_isWriting) {
+    if (!m_work->isWriting) {
         startWriting();
     }
 }
@@ -40,39 +94,42 @@ void LogBacklog::add(LogLevel level, const QByteArray& line) {
 void LogBacklog::startWriting() {
     finish(); // the thread before has nothing left to do
     try {
-        m_thread = std::thread([this] { writeAll(); });
-        m_isWriting = true;
+        m_work->isWriting = true;
+        m_thread = std::thread([work = m_work] { work->writeAll(); });
     } catch (const std::system_error&) {
-        write(takeLines()); // no thread to be had: whoever logs waits
+        m_work->isWriting = false;
+        m_work->writeEach(m_work->takeLines()); // no thread to be had: whoever logs waits
     }
 }
 
-void LogBacklog::writeAll() {
-    std::unique_lock lock(m_mutex);
-    while (m_lost > 0 || !m_lines.places.empty()) {
-        const Lines lines = takeLines();
+void LogBacklog::Work::writeAll() {
+    std::unique_lock lock(mutex);
+    while (lost > 0 || !lines.places.empty()) {
+        const Lines taken = takeLines();
         lock.unlock();
-        write(lines);
+        writeEach(taken);
         lock.lock();
     }
-    m_isWriting = false;
+    isWriting = false;
+    done.notify_all();
 }
 
-void LogBacklog::write(const Lines& lines) const {
-    const char* text = lines.texts.data();
-    for (const auto& [level, size] : lines.places) {
-        m_write(level, QByteArray::fromRawData(text, static_cast<qsizetype>(size)));
+void LogBacklog::Work::writeEach(const Lines& taken) {
+    const char* text = taken.texts.data();
+    for (const auto& [level, size] : taken.places) {
+        write(level, QByteArray::fromRawData(text, static_cast<qsizetype>(size)));
         text += size + 1;
+        ++written;
     }
 }
 
-LogBacklog::Lines LogBacklog::takeLines() {
-    if (const std::size_t lost = std::exchange(m_lost, 0); lost > 0) {
-        const std::string line = "WARN \"" + std::to_string(lost) + " lines were lost\"";
-        m_lines.places.push_back({LogLevel::Warn, line.size()});
-        m_lines.texts.append(line.c_str(), line.size() + 1);
+Lines LogBacklog::Work::takeLines() {
+    if (const std::size_t count = std::exchange(lost, 0); count > 0) {
+        const std::string line = "WARN \"" + std::to_string(count) + " lines were lost\"";
+        lines.places.push_back({LogLevel::Warn, line.size()});
+        lines.texts.append(line.c_str(), line.size() + 1);
     }
-    return std::exchange(m_lines, {});
+    return std::exchange(lines, {});
 }
 
 } // namespace korvale

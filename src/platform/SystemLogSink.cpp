@@ -12,6 +12,19 @@ namespace {
 constexpr int fewLines = 500;
 constexpr std::chrono::seconds burstTime{1};
 
+/// At the end: how long one line may keep the system's log.
+constexpr std::chrono::milliseconds patience{500};
+
+constexpr std::array priorities{LOG_ERR, LOG_WARNING, LOG_INFO, LOG_DEBUG};
+
+int priorityOf(LogLevel level) {
+    return priorities[static_cast<std::size_t>(level)];
+}
+
+void toSystemLog(LogLevel level, const QByteArray& line) {
+    ::syslog(priorityOf(level), "%s", line.constData());
+}
+
 } // namespace
 
 bool isJournalStream(const QByteArray& journalStream, int descriptor) {
@@ -25,8 +38,10 @@ bool isJournalStream(const QByteArray& journalStream, int descriptor) {
 
 SystemLogSink::SystemLogSink(std::size_t capacity)
     : m_stderrIsJournal(isJournalStream(qgetenv("JOURNAL_STREAM"), STDERR_FILENO)),
-      m_backlog([this](LogLevel level, const QByteArray& line) { writeNow(level, line); },
-                capacity) {
+      m_forStandardError(
+          [this](LogLevel level, const QByteArray& line) { toStandardError(level, line); },
+          capacity),
+      m_forSystemLog(toSystemLog, capacity) {
     if (!m_stderrIsJournal) {
         ::openlog("korvale-ui", LOG_PID, LOG_USER);
     }
@@ -34,9 +49,6 @@ SystemLogSink::SystemLogSink(std::size_t capacity)
 
 SystemLogSink::~SystemLogSink() {
     finishWriting();
-    if (!m_stderrIsJournal) {
-        ::closelog();
-    }
 }
 
 void SystemLogSink::finish() {
@@ -45,26 +57,28 @@ void SystemLogSink::finish() {
 
 void SystemLogSink::finishWriting() {
     m_standardError.hurry();
-    m_backlog.finish();
+    // closelog(3), which nothing needs, would wait for a thread that is left behind.
+    m_forSystemLog.finishUnlessStuck(patience);
+    m_forStandardError.finish();
 }
 
 void SystemLogSink::write(LogLevel level, const QByteArray& line) {
     const std::lock_guard lock(m_mutex);
-    const bool isNoTrouble = !isOneOfMany() && m_backlog.isEmpty() &&
+    if (!m_stderrIsJournal) {
+        m_forSystemLog.add(level, line);
+    }
+    const bool isNoTrouble = !isOneOfMany() && m_forStandardError.isEmpty() &&
                              StandardError::takes(static_cast<std::size_t>(line.size()));
     if (isNoTrouble) {
-        writeNow(level, line);
+        toStandardError(level, line);
     } else {
-        m_backlog.add(level, line);
+        m_forStandardError.add(level, line);
     }
 }
 
-void SystemLogSink::writeNow(LogLevel level, const QByteArray& line) {
-    static constexpr std::array priorities{LOG_ERR, LOG_WARNING, LOG_INFO, LOG_DEBUG};
-    if (!m_stderrIsJournal) {
-        ::syslog(priorities[static_cast<std::size_t>(level)], "%s", line.constData());
-    }
-    m_standardError.writeLine(line);
+void SystemLogSink::toStandardError(LogLevel level, const QByteArray& line) {
+    m_standardError.writeLine(
+        m_stderrIsJournal ? '<' + QByteArray::number(priorityOf(level)) + '>' + line : line);
 }
 
 bool SystemLogSink::isOneOfMany() {

@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <chrono>
 #include <cstdarg>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
+#include <mutex>
+#include <sstream>
 #include <string>
 #include <sys/stat.h>
 #include <syslog.h>
@@ -24,6 +28,10 @@ struct SystemLog {
 };
 SystemLog systemLog;
 
+/// While it is locked, syslog(3) waits, as it does for a journal that hangs.
+std::mutex hanging;
+std::atomic<int> callers = 0; ///< of syslog(3), now
+
 } // namespace
 
 extern "C" {
@@ -32,11 +40,14 @@ void openlog(const char* identifier, int /*options*/, int /*facility*/) {
 }
 void closelog() {}
 void syslog(int priority, const char* format, ...) {
+    ++callers;
+    const std::lock_guard goesOn(hanging);
     va_list arguments;
     va_start(arguments, format);
     ASSERT_STREQ(format, "%s");
     systemLog.lines.emplace_back(priority, va_arg(arguments, const char*));
     va_end(arguments);
+    --callers;
 }
 }
 
@@ -70,6 +81,7 @@ TEST_F(SystemLogSinkTest, LevelsBecomeTheSystemLogsPriorities) {
     sink.write(LogLevel::Warn, "WARN \"b\"");
     sink.write(LogLevel::Info, "INFO \"c\"");
     sink.write(LogLevel::Debug, "DEBUG \"d\"");
+    sink.finish();
     EXPECT_EQ(systemLog.identifier, "korvale-ui");
     EXPECT_THAT(systemLog.lines,
                 ElementsAre(Pair(LOG_ERR, "ERROR \"a\""), Pair(LOG_WARNING, "WARN \"b\""),
@@ -82,17 +94,23 @@ TEST_F(SystemLogSinkTest, PerCentSignsInALineAreNoFormat) {
     testing::internal::CaptureStderr();
     SystemLogSink sink;
     sink.write(LogLevel::Info, "INFO \"%s%n\"");
+    sink.finish();
     EXPECT_THAT(systemLog.lines, ElementsAre(Pair(LOG_INFO, "INFO \"%s%n\"")));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "INFO \"%s%n\"\n");
 }
 
-TEST_F(SystemLogSinkTest, WhereStandardErrorIsTheJournalALineIsWrittenOnce) {
+TEST_F(SystemLogSinkTest, WhereStandardErrorIsTheJournalALineIsWrittenOnceWithItsPriority) {
     testing::internal::CaptureStderr();
     qputenv("JOURNAL_STREAM", streamOf(STDERR_FILENO));
     SystemLogSink sink;
-    sink.write(LogLevel::Info, "INFO \"once\"");
+    sink.write(LogLevel::Error, "ERROR \"a\"");
+    sink.write(LogLevel::Warn, "WARN \"b\"");
+    sink.write(LogLevel::Info, "INFO \"c\"");
+    sink.write(LogLevel::Debug, "DEBUG \"d\"");
+    sink.finish();
     EXPECT_THAT(systemLog.lines, IsEmpty());
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "INFO \"once\"\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "<3>ERROR \"a\"\n<4>WARN \"b\"\n<6>INFO \"c\"\n<7>DEBUG \"d\"\n");
 }
 
 TEST_F(SystemLogSinkTest, AnInheritedJournalStreamOfAnotherFileDoesNotCount) {
@@ -102,6 +120,7 @@ TEST_F(SystemLogSinkTest, AnInheritedJournalStreamOfAnotherFileDoesNotCount) {
     close(other);
     SystemLogSink sink;
     sink.write(LogLevel::Info, "INFO \"both\"");
+    sink.finish();
     EXPECT_THAT(systemLog.lines, ElementsAre(Pair(LOG_INFO, "INFO \"both\"")));
     testing::internal::GetCapturedStderr();
 }
@@ -111,6 +130,78 @@ TEST_F(SystemLogSinkTest, UnusableJournalStreamsDoNotCount) {
         EXPECT_FALSE(isJournalStream(value, STDERR_FILENO)) << value;
     }
     EXPECT_FALSE(isJournalStream(streamOf(STDERR_FILENO), -1));
+}
+
+/// Holds the system's log until let go.
+class HangingSystemLog {
+public:
+    HangingSystemLog() : m_lock(hanging) {}
+    ~HangingSystemLog() {
+        goOn();
+        while (callers > 0) { // also one that the sink has left behind
+            std::this_thread::yield();
+        }
+    }
+    HangingSystemLog(const HangingSystemLog&) = delete;
+    HangingSystemLog& operator=(const HangingSystemLog&) = delete;
+    void goOn() {
+        if (m_lock) {
+            m_lock.unlock();
+        }
+    }
+
+private:
+    std::unique_lock<std::mutex> m_lock;
+};
+
+TEST_F(SystemLogSinkTest, ASystemLogThatHangsHoldsUpNobodyAndMissesNothing) {
+    testing::internal::CaptureStderr();
+    {
+        HangingSystemLog log;
+        SystemLogSink sink;
+        sink.write(LogLevel::Info, "INFO \"a\"");
+        sink.write(LogLevel::Info, "INFO \"b\"");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "INFO \"a\"\nINFO \"b\"\n");
+        log.goOn();
+        sink.finish();
+    }
+    EXPECT_THAT(systemLog.lines,
+                ElementsAre(Pair(LOG_INFO, "INFO \"a\""), Pair(LOG_INFO, "INFO \"b\"")));
+}
+
+TEST_F(SystemLogSinkTest, ASystemLogThatNeverGoesOnDoesNotKeepTheProgramFromEnding) {
+    testing::internal::CaptureStderr();
+    HangingSystemLog log;
+    const auto start = std::chrono::steady_clock::now();
+    {
+        SystemLogSink sink;
+        sink.write(LogLevel::Info, "INFO \"a\"");
+        sink.finish();
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "INFO \"a\"\n");
+}
+
+TEST_F(SystemLogSinkTest, LinesOfTwoThreadsDoNotMix) {
+    testing::internal::CaptureStderr();
+    {
+        SystemLogSink sink;
+        const auto writeMany = [&sink](char letter) {
+            for (int i = 0; i < 2'000; ++i) {
+                sink.write(LogLevel::Info, QByteArray(200, letter));
+            }
+        };
+        std::thread other(writeMany, 'b');
+        writeMany('a');
+        other.join();
+    }
+    std::istringstream lines(testing::internal::GetCapturedStderr());
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        ASSERT_EQ(line, std::string(200, line.front()));
+    }
+    EXPECT_EQ(count, 4'000);
+    EXPECT_EQ(systemLog.lines.size(), 4'000U);
 }
 
 QByteArray numberedLine(int number) {
