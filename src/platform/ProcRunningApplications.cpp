@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <climits>
 #include <dirent.h>
@@ -38,17 +39,56 @@ QByteArray sessionOf(const std::string& folder) {
     return end < 0 ? QByteArray() : rest.left(end);
 }
 
-/// The executable's path without the tail of one that was deleted; empty when it is not ours to
-/// know, or the process has none.
-std::string executableOf(const std::string& folder) {
+/// What tells an application from others, and the file whose name it may have.
+struct Program {
+    std::string key; ///< the executable's path; of one that is not ours to know, no path
+    std::string name;
+};
+
+/// The name that the process in `folder` has in /proc.
+std::optional<Program> hiddenProgram(const std::string& folder) {
+    const auto name = readSmallFile((folder + "/comm").c_str(), largestProcFile);
+    const std::string text = name ? name->trimmed().toStdString() : std::string();
+    return text.empty() ? std::nullopt : std::optional(Program{text, text});
+}
+
+/// The program of the process in `folder`; none of a process that has none (a thread of the kernel)
+/// or is gone. A deleted executable's path goes without the tail that says so. What has more rights
+/// than the user (by set-user-ID or capabilities) hides its executable.
+std::optional<Program> programOf(const std::string& folder) {
     static constexpr std::string_view deleted = " (deleted)";
     std::array<char, PATH_MAX> target{};
     const ssize_t length = ::readlink((folder + "/exe").c_str(), target.data(), target.size());
-    std::string path(target.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    if (length < 0) {
+        return errno == ENOENT ? std::nullopt : hiddenProgram(folder);
+    }
+    std::string path(target.data(), static_cast<std::size_t>(length));
     if (path.ends_with(deleted)) {
         path.resize(path.size() - deleted.size());
     }
-    return path;
+    std::string name = path.substr(path.rfind('/') + 1);
+    return Program{std::move(path), std::move(name)};
+}
+
+/// The process in `folder`, which runs with root's rights, was started by `user`.
+bool wasStartedBy(uid_t user, const std::string& folder) {
+    static constexpr const char* line = "\nUid:\t";
+    const auto status = readSmallFile((folder + "/status").c_str(), largestProcFile);
+    const qsizetype at = status ? status->indexOf(line) : -1;
+    if (at < 0) {
+        return false;
+    }
+    uid_t real = 0;
+    const char* first = status->constData() + at + qstrlen(line);
+    const auto [last, error] = std::from_chars(first, status->constData() + status->size(), real);
+    return error == std::errc() && real == user;
+}
+
+bool isUsers(const ProcRunningApplications::Place& place, const std::string& folder) {
+    struct stat status {};
+    return ::stat(folder.c_str(), &status) == 0 &&
+           (status.st_uid == place.user ||
+            (status.st_uid == place.root && wasStartedBy(place.user, folder)));
 }
 
 /// Start time in clock ticks since boot (field 22 of stat); a process that is gone is the youngest.
@@ -71,6 +111,7 @@ unsigned long long startTime(const std::string& folder) {
 /// The process that stands for an application so far. When it started is only asked for where
 /// another process shares its executable.
 struct Oldest {
+    std::string name;
     pid_t pid;
     std::optional<unsigned long long> start;
 };
@@ -78,7 +119,7 @@ struct Oldest {
 } // namespace
 
 ProcRunningApplications::Place ProcRunningApplications::thisProcess() {
-    Place place{"/proc", ::getuid(), qgetenv("XDG_SESSION_ID")};
+    Place place{.user = ::getuid(), .session = qgetenv("XDG_SESSION_ID")};
     if (const QByteArray session = sessionOf("/proc/self"); !session.isEmpty()) {
         place.session = session;
     }
@@ -94,19 +135,19 @@ std::vector<RunningApplication> ProcRunningApplications::list() const {
     const auto pathOf = [this](pid_t pid) { return m_place.proc + '/' + std::to_string(pid); };
     while (const dirent* entry = folder ? ::readdir(folder.get()) : nullptr) {
         const std::optional<pid_t> pid = pidOf(entry->d_name);
-        struct stat status {};
-        if (!pid || ::stat(pathOf(*pid).c_str(), &status) != 0 || status.st_uid != m_place.user) {
+        if (!pid || !isUsers(m_place, pathOf(*pid))) {
             continue;
         }
         const std::string process = pathOf(*pid);
-        const std::string executable = executableOf(process);
+        const std::optional<Program> program = programOf(process);
         const QByteArray session = sessionOf(process);
         const bool elsewhere =
             !session.isEmpty() && !m_place.session.isEmpty() && session != m_place.session;
-        if (executable.empty() || elsewhere) {
+        if (!program || elsewhere) {
             continue;
         }
-        const auto [known, isNew] = oldest.emplace(executable, Oldest{*pid, std::nullopt});
+        const auto [known, isNew] =
+            oldest.emplace(program->key, Oldest{program->name, *pid, std::nullopt});
         if (isNew) {
             continue;
         }
@@ -116,15 +157,14 @@ std::vector<RunningApplication> ProcRunningApplications::list() const {
         }
         const unsigned long long start = startTime(process);
         if (std::pair(start, *pid) < std::pair(*former.start, former.pid)) {
-            former = {*pid, start};
+            former = {former.name, *pid, start};
         }
     }
     const DesktopEntryIndex names(m_entries);
     std::vector<RunningApplication> applications;
     for (const auto& [executable, process] : oldest) {
-        const std::string file = executable.substr(executable.rfind('/') + 1);
-        applications.push_back(
-            {names.nameOf(executable).value_or(QString::fromStdString(file)), process.pid});
+        const auto entry = executable.starts_with('/') ? names.nameOf(executable) : std::nullopt;
+        applications.push_back({entry.value_or(QString::fromStdString(process.name)), process.pid});
     }
     std::sort(applications.begin(), applications.end(),
               [](const auto& a, const auto& b) { return a.pid < b.pid; });

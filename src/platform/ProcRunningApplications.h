@@ -11,13 +11,15 @@ namespace korvale {
 
 /// The running applications as /proc tells them. A process is left out only when systemd's control
 /// groups say that it belongs to another login session; what the user's service manager started
-/// belongs to every session of the user.
+/// belongs to every session of the user. What runs with more rights than the user hides its
+/// executable; it goes by the name it has in /proc.
 class ProcRunningApplications final : public RunningApplications {
 public:
     struct Place {
         std::string proc = "/proc";
         uid_t user;         ///< whose processes
         QByteArray session; ///< login session's number; empty: unknown, nothing is left out
+        uid_t root = 0;     ///< whose rights a set-user-ID program runs with
     };
 
     /// This process's user and session.
