@@ -20,8 +20,4 @@ struct DesktopEntry {
 [[nodiscard]] std::optional<DesktopEntry>
 parseDesktopEntry(const QByteArray& content, const std::vector<QByteArray>& languages);
 
-/// The user's languages as keys, from LANGUAGE and the locale for messages: "de_AT@euro" gives
-/// de_AT@euro, de_AT, de@euro, de. None in the locales C and POSIX.
-[[nodiscard]] std::vector<QByteArray> desktopEntryLanguages();
-
 } // namespace korvale

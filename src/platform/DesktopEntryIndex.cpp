@@ -1,6 +1,7 @@
 #include "platform/DesktopEntryIndex.h"
 
 #include "platform/SmallFile.h"
+#include "platform/UserLanguages.h"
 
 #include <QList>
 
@@ -74,7 +75,7 @@ DesktopEntryIndex::Sources DesktopEntryIndex::environment() {
     if (dataDirs.isEmpty()) {
         dataDirs = "/usr/local/share:/usr/share";
     }
-    return {folders(dataHome + ':' + dataDirs), folders(qgetenv("PATH")), desktopEntryLanguages()};
+    return {folders(dataHome + ':' + dataDirs), folders(qgetenv("PATH")), userLanguages()};
 }
 
 DesktopEntryIndex::DesktopEntryIndex(const Sources& sources) {

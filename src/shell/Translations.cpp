@@ -1,7 +1,9 @@
 #include "shell/Translations.h"
 
+#include "platform/UserLanguages.h"
+
 #include <QCoreApplication>
-#include <QLocale>
+#include <QLibraryInfo>
 #include <QResource>
 
 #include <algorithm>
@@ -17,24 +19,28 @@ namespace {
 
 constexpr std::array translatedLanguages{u"de", u"en", u"es", u"fr", u"ja"};
 
-QString primarySubtag(const QString& language) {
-    return language.section(u'-', 0, 0);
+/// "de" of "de_AT@euro".
+QString primarySubtag(const QByteArray& language) {
+    const auto* const end = std::find_if_not(language.begin(), language.end(),
+                                             [](char c) { return c >= 'a' && c <= 'z'; });
+    return QString::fromLatin1(language.first(end - language.begin()));
 }
 
 } // namespace
 
-Translations::Translations() : Translations(QLocale::system().uiLanguages()) {}
+Translations::Translations() : Translations(userLanguages()) {}
 
-Translations::Translations(const QStringList& languages) {
+Translations::Translations(const std::vector<QByteArray>& languages) {
     registerTexts();
     install(QStringLiteral("en"));
-    for (const QString& language : languages) {
+    for (const QByteArray& language : languages) {
         const QString wanted = primarySubtag(language);
         const bool isThere =
             std::any_of(translatedLanguages.begin(), translatedLanguages.end(),
                         [&wanted](const char16_t* known) { return wanted == QStringView(known); });
         if (isThere) {
             if (wanted != QLatin1String("en")) {
+                installToolkits(wanted);
                 install(wanted);
             }
             return;
@@ -47,9 +53,23 @@ void Translations::install(const QString& language) {
     const QResource texts(QStringLiteral(":/texts/") + language + QStringLiteral(".qm"));
     auto translator = std::make_unique<QTranslator>();
     if (texts.isValid() && translator->load(texts.data(), static_cast<int>(texts.size()))) {
-        QCoreApplication::installTranslator(translator.get());
-        m_translators.push_back(std::move(translator));
+        add(std::move(translator));
     }
+}
+
+/// Buttons and dialogs of the toolkit's own. Where its catalogues are not installed these are
+/// English.
+void Translations::installToolkits(const QString& language) {
+    auto translator = std::make_unique<QTranslator>();
+    if (translator->load(QStringLiteral("qtbase_") + language,
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        add(std::move(translator));
+    }
+}
+
+void Translations::add(std::unique_ptr<QTranslator> translator) {
+    QCoreApplication::installTranslator(translator.get());
+    m_translators.push_back(std::move(translator));
 }
 
 } // namespace korvale

@@ -1,5 +1,6 @@
 #include "platform/DesktopEntryIndex.h"
 #include "platform/ProcRunningApplications.h"
+#include "platform/UserLanguages.h"
 
 #include <QDir>
 #include <QFile>
@@ -72,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(
         EntryCase{"Garbage", QByteArray("\0=\n[Desktop\n=x\nExec", 19), std::nullopt}),
     [](const auto& instance) { return instance.param.name; });
 
-class DesktopEntryLanguages : public testing::Test {
+class UserLanguages : public testing::Test {
 protected:
     void SetUp() override { TearDown(); }
     void TearDown() override {
@@ -82,23 +83,23 @@ protected:
     }
 };
 
-TEST_F(DesktopEntryLanguages, ComeFromTheLocaleMostSpecificFirst) {
+TEST_F(UserLanguages, ComeFromTheLocaleMostSpecificFirst) {
     qputenv("LANG", "fr_FR.UTF-8");
     qputenv("LC_ALL", "de_AT.UTF-8@euro");
-    EXPECT_THAT(desktopEntryLanguages(), ElementsAre("de_AT@euro", "de_AT", "de@euro", "de"));
+    EXPECT_THAT(userLanguages(), ElementsAre("de_AT@euro", "de_AT", "de@euro", "de"));
 }
 
-TEST_F(DesktopEntryLanguages, WantedLanguagesComeBeforeTheLocales) {
+TEST_F(UserLanguages, WantedLanguagesComeBeforeTheLocales) {
     qputenv("LANG", "de_DE.UTF-8");
     qputenv("LANGUAGE", "ja:fr");
-    EXPECT_THAT(desktopEntryLanguages(), ElementsAre("ja", "fr", "de_DE", "de"));
+    EXPECT_THAT(userLanguages(), ElementsAre("ja", "fr", "de_DE", "de"));
 }
 
-TEST_F(DesktopEntryLanguages, TheCLocaleHasNone) {
+TEST_F(UserLanguages, TheCLocaleHasNone) {
     qputenv("LANGUAGE", "ja");
     for (const char* locale : {"", "C", "POSIX", "C.UTF-8"}) {
         qputenv("LANG", locale);
-        EXPECT_THAT(desktopEntryLanguages(), IsEmpty()) << locale;
+        EXPECT_THAT(userLanguages(), IsEmpty()) << locale;
     }
 }
 
@@ -140,7 +141,7 @@ protected:
                                   path(QStringLiteral("bin")).toStdString()};
         entries.languages = {"de"};
         const ProcRunningApplications running(
-            {path(QStringLiteral("proc")).toStdString(), m_user, session}, entries);
+            {path(QStringLiteral("proc")).toStdString(), m_user, session, m_root}, entries);
         std::vector<std::pair<std::string, int>> result;
         for (const RunningApplication& application : running.list()) {
             result.emplace_back(application.localizedName.toStdString(), application.pid);
@@ -150,6 +151,7 @@ protected:
 
     QTemporaryDir m_folder;
     uid_t m_user = getuid();
+    uid_t m_root = 0;
 };
 
 TEST_F(RunningApplicationsTest, AreNamedByTheirExecutableWithoutADesktopEntry) {
@@ -234,6 +236,30 @@ TEST_F(RunningApplicationsTest, OtherUsersAreLeftOut) {
     process(1, program(QStringLiteral("bin/app")));
     ++m_user;
     EXPECT_THAT(list(), IsEmpty());
+}
+
+/// readlink(2) fails for another reason than that there is none.
+TEST_F(RunningApplicationsTest, AnUnreadableExecutableLeavesTheNameInProc) {
+    for (const int pid : {7, 8}) {
+        const QString folder = QStringLiteral("proc/%1/").arg(pid);
+        write(folder + QStringLiteral("exe"), "not a link");
+        write(folder + QStringLiteral("comm"), "KorvaleBASTION\n");
+    }
+    write(QStringLiteral("proc/9/exe"), "not a link");
+    EXPECT_THAT(list(), ElementsAre(Pair("KorvaleBASTION", 7)));
+}
+
+TEST_F(RunningApplicationsTest, WhatRunsAsRootIsTheUsersWhoStartedIt) {
+    m_root = getuid();
+    m_user = 4711;
+    write(QStringLiteral("proc/7/status"), "Name:\tx\nUid:\t4711\t0\t0\t0\n");
+    write(QStringLiteral("proc/8/status"), "Name:\tx\nUid:\t0\t0\t0\t0\n");
+    write(QStringLiteral("proc/9/status"), "Name:\tUid:\t4711");
+    for (const int pid : {7, 8, 9}) {
+        write(QStringLiteral("proc/%1/exe").arg(pid), "not a link");
+        write(QStringLiteral("proc/%1/comm").arg(pid), "program" + QByteArray::number(pid));
+    }
+    EXPECT_THAT(list(), ElementsAre(Pair("program7", 7)));
 }
 
 TEST_F(RunningApplicationsTest, WhatIsNoProcessOrEndsMeanwhileIsLeftOut) {

@@ -3,6 +3,7 @@
 
 #include "shell/Translations.h"
 
+#include <QCoreApplication>
 #include <QDirIterator>
 #include <QFile>
 #include <QXmlStreamReader>
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
+#include <vector>
 
 namespace korvale {
 namespace {
@@ -197,7 +199,7 @@ TEST(Texts, MenuItemsAreUniqueInEveryLanguage) {
 }
 
 struct Locale {
-    QStringList languages;
+    std::vector<QByteArray> languages;
     const char* unsafe;
 };
 class Locales : public testing::TestWithParam<Locale> {};
@@ -207,26 +209,52 @@ TEST_P(Locales, ChooseTheLanguage) {
     EXPECT_EQ(localizedText("Unsafe"), QString::fromUtf8(GetParam().unsafe));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, Locales,
-    testing::Values(Locale{{QStringLiteral("en-US")}, "Unsafe"},
-                    Locale{{QStringLiteral("de")}, "Unsicher"},
-                    Locale{{QStringLiteral("de-AT"), QStringLiteral("de")}, "Unsicher"},
-                    Locale{{QStringLiteral("fr-FR")}, "Dangereux"},
-                    Locale{{QStringLiteral("es-MX")}, "No seguro"},
-                    Locale{{QStringLiteral("ja-JP")}, "危険"},
-                    Locale{{QStringLiteral("pt-BR")}, "Unsafe"}, Locale{{}, "Unsafe"},
-                    Locale{{QStringLiteral("C")}, "Unsafe"},
-                    Locale{{QStringLiteral("pt-BR"), QStringLiteral("fr-FR")}, "Dangereux"},
-                    Locale{{QStringLiteral("en-GB"), QStringLiteral("de")}, "Unsafe"}));
+INSTANTIATE_TEST_SUITE_P(All, Locales,
+                         testing::Values(Locale{{"en-US"}, "Unsafe"}, Locale{{"de"}, "Unsicher"},
+                                         Locale{{"de-AT", "de"}, "Unsicher"},
+                                         Locale{{"fr-FR"}, "Dangereux"},
+                                         Locale{{"es-MX"}, "No seguro"}, Locale{{"ja-JP"}, "危険"},
+                                         Locale{{"pt-BR"}, "Unsafe"}, Locale{{}, "Unsafe"},
+                                         Locale{{"de_AT@euro"}, "Unsicher"},
+                                         Locale{{"C"}, "Unsafe"}, Locale{{"den"}, "Unsafe"},
+                                         Locale{{"pt-BR", "fr-FR"}, "Dangereux"},
+                                         Locale{{"en-GB", "de"}, "Unsafe"}));
 
 TEST(Translations, AMissingKeyIsItsOwnText) {
-    const Translations translations({QStringLiteral("de")});
+    const Translations translations({"de"});
     EXPECT_EQ(localizedText("NoSuchKey_%@&"), QStringLiteral("NoSuchKey_%@&"));
 }
 
+TEST(Translations, SpeakForTheToolkitToo) {
+    const auto cancel = [](const QByteArray& language) {
+        const Translations translations({language});
+        return QCoreApplication::translate("QPlatformTheme", "Cancel");
+    };
+    EXPECT_EQ(cancel("en"), QStringLiteral("Cancel"));
+    EXPECT_EQ(cancel("de"), QStringLiteral("Abbrechen"));
+    EXPECT_EQ(cancel("es"), QStringLiteral("Cancelar"));
+    EXPECT_EQ(cancel("fr"), QStringLiteral("Annuler"));
+    EXPECT_EQ(cancel("ja"), QStringLiteral("キャンセル"));
+}
+
+TEST(Translations, FollowTheEnvironmentAsGettextDoes) {
+    const auto unsafe = [](const char* all, const char* wanted) {
+        qputenv("LC_ALL", all);
+        qputenv("LANGUAGE", wanted);
+        const Translations translations;
+        qunsetenv("LC_ALL");
+        qunsetenv("LANGUAGE");
+        return localizedText("Unsafe");
+    };
+    EXPECT_EQ(unsafe("de_DE.UTF-8", ""), QStringLiteral("Unsicher"));
+    EXPECT_EQ(unsafe("en_US.UTF-8", "de"), QStringLiteral("Unsicher"));
+    EXPECT_EQ(unsafe("de_DE.UTF-8", "pt:fr"), QStringLiteral("Dangereux"));
+    EXPECT_EQ(unsafe("C", "de"), QStringLiteral("Unsafe"));
+    EXPECT_EQ(unsafe("POSIX", "de"), QStringLiteral("Unsafe"));
+}
+
 TEST(Translations, AreInstalledOnlyWhileTheyLive) {
-    { const Translations translations({QStringLiteral("de")}); }
+    { const Translations translations({"de"}); }
     EXPECT_EQ(localizedText("Unsafe"), QStringLiteral("Unsafe"));
     EXPECT_EQ(localizedText("ProductEP"), QStringLiteral("ProductEP"));
 }
