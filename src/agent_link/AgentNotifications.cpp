@@ -94,9 +94,8 @@ void AgentNotifications::addObservers(SystemBus& bus) {
         const bool heard =
             connection.connect(QString::fromLatin1(serviceName), QString::fromLatin1(servicePath),
                                interface, QString(), this, SLOT(onSignal(QDBusMessage)));
-        if (!heard && logs(LogLevel::Warn)) {
-            OSLoggingLogMessage(LogLevel::Warn, "The notifications of %@ cannot be heard.",
-                                {interface});
+        if (!heard) {
+            logLine(LogLevel::Warn, "The notifications of %@ cannot be heard.", interface);
         }
     }
 }

@@ -70,8 +70,8 @@ void ServiceChannel::subscribe() {
     // Without a sender here, which would cost a round trip; the slot looks at it.
     heard &= bus.connect(QString(), busPath(), busName(), QStringLiteral("NameOwnerChanged"),
                          {service}, QString(), this, SLOT(onNameOwnerChanged(QDBusMessage)));
-    if (!heard && logs(LogLevel::Warn)) {
-        OSLoggingLogMessage(LogLevel::Warn, "The agent service's messages cannot be heard.");
+    if (!heard) {
+        logLine(LogLevel::Warn, "The agent service's messages cannot be heard.");
     }
 
     QDBusMessage question = QDBusMessage::createMethodCall(busName(), busPath(), busName(),
@@ -170,10 +170,7 @@ void ServiceChannel::onNameOwnerChanged(const QDBusMessage& message) {
 }
 
 void ServiceChannel::logConnectionEvent(const char* description) {
-    if (logs(LogLevel::Info)) {
-        OSLoggingLogMessage(LogLevel::Info, "client received event: %s",
-                            {QString::fromLatin1(description)});
-    }
+    logLine(LogLevel::Info, "client received event: %s", description);
 }
 
 } // namespace korvale

@@ -24,11 +24,9 @@ QVariantMap envelopeOf(ServiceCommand command, const QString& value = {}) {
 /// Any thread: in automation mode the main thread sleeps meanwhile.
 void logStatusReply(const ServiceCommandRow& row, const ServiceReply& reply) {
     if (reply.isOk()) {
-        if (logs(LogLevel::Info)) {
-            OSLoggingLogMessage(LogLevel::Info, row.successLine, {*reply.text("RESP")});
-        }
-    } else if (logs(LogLevel::Error)) {
-        OSLoggingLogMessage(LogLevel::Error, row.failureLine);
+        logLine(LogLevel::Info, row.successLine, [&reply] { return *reply.text("RESP"); });
+    } else {
+        logLine(LogLevel::Error, row.failureLine);
     }
 }
 

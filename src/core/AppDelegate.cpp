@@ -169,17 +169,13 @@ void AppDelegate::activate(const QString& activationToken) {
 }
 
 void AppDelegate::exitApp() {
-    if (logs(LogLevel::Info)) {
-        OSLoggingLogMessage(LogLevel::Info, "exitApp.");
-    }
+    logLine(LogLevel::Info, "exitApp.");
     m_context.terminate();
 }
 
 void AppDelegate::applicationWillTerminate() {
-    if (logs(LogLevel::Info)) {
-        OSLoggingLogMessage(LogLevel::Info, "%s() Bastion KorvaleUI Exit",
-                            {QStringLiteral("-[AppDelegate applicationWillTerminate:]")});
-    }
+    logLine(LogLevel::Info, "%s() Bastion KorvaleUI Exit",
+            "-[AppDelegate applicationWillTerminate:]");
     OSLoggingShutdown();
 }
 

@@ -59,9 +59,7 @@ bool StatusPoll::displayUpdaterStatus() {
     if (!path) {
         return false;
     }
-    if (logs(LogLevel::Info)) {
-        OSLoggingLogMessage(LogLevel::Info, "Displaying (%@)", {*path});
-    }
+    logLine(LogLevel::Info, "Displaying (%@)", *path);
     if (const std::optional<QString> encrypted = readStatusFile(*path)) {
         // A message that cannot be decrypted replaces the earlier one, too: with nothing.
         m_state.updateStatus =

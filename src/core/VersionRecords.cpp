@@ -7,20 +7,16 @@
 namespace korvale {
 
 void UtilLogVersionNumber() {
-    if (logs(LogLevel::Info)) {
-        OSLoggingLogMessage(LogLevel::Info, "%s() Korvale Bastion %s version = %s",
-                            {QStringLiteral("UtilLogVersionNumber"),
-                             bufferText(bundleIdentity().name),
-                             bufferText(bundleIdentity().version)});
-    }
+    logLine(
+        LogLevel::Info, "%s() Korvale Bastion %s version = %s", "UtilLogVersionNumber",
+        [] { return bufferText(bundleIdentity().name); },
+        [] { return bufferText(bundleIdentity().version); });
 }
 
 void UtilLogOSVersionNumber() {
-    if (logs(LogLevel::Info)) {
-        // The wording is the whole product's, whatever the system.
-        OSLoggingLogMessage(LogLevel::Info, "%s() System macOS version %@",
-                            {QStringLiteral("UtilLogOSVersionNumber"), operatingSystemName()});
-    }
+    // The wording is the whole product's, whatever the system.
+    logLine(LogLevel::Info, "%s() System macOS version %@", "UtilLogOSVersionNumber",
+            operatingSystemName);
 }
 
 } // namespace korvale

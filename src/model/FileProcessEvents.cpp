@@ -18,12 +18,6 @@ namespace {
 constexpr std::size_t mostNewRows = 1000;
 constexpr std::array eventColumns{RowKey::When, RowKey::Category, RowKey::Event, RowKey::Details};
 
-void logDebug(const char* line) {
-    if (logs(LogLevel::Debug)) {
-        OSLoggingLogMessage(LogLevel::Debug, line);
-    }
-}
-
 /// A text of the row that is part of the event's identity too.
 struct EventText {
     QString text;
@@ -119,10 +113,10 @@ private:
     }
 
     bool isNew(std::initializer_list<QByteArrayView> identity) {
-        logDebug("another round...");
+        logLine(LogLevel::Debug, "another round...");
         const bool added = m_remembered.insert(identity);
         if (added) {
-            logDebug("Event!!");
+            logLine(LogLevel::Debug, "Event!!");
         }
         return added;
     }

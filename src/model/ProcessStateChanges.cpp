@@ -28,10 +28,9 @@ QString specificMessage(const JsonValue& record, const QString& typeName) {
 }
 
 void logRecord(const JsonMember& record) {
-    if (logs(LogLevel::Info)) {
-        OSLoggingLogMessage(LogLevel::Info, "Processing {%@}, state(p)=%@",
-                            {valueText(record.name), valueText(record.value["State"])});
-    }
+    logLine(
+        LogLevel::Info, "Processing {%@}, state(p)=%@", [&] { return valueText(record.name); },
+        [&] { return valueText(record.value["State"]); });
 }
 
 } // namespace

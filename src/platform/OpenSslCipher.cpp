@@ -30,10 +30,8 @@ std::optional<OpenSslCipher> load() {
         resolve(library, "EVP_CipherFinal_ex", cipher.finish)) {
         return cipher;
     }
-    if (logs(LogLevel::Warn)) {
-        OSLoggingLogMessage(LogLevel::Warn, "Updater messages cannot be read: %@",
-                            {library.errorString()});
-    }
+    logLine(LogLevel::Warn, "Updater messages cannot be read: %@",
+            [&library] { return library.errorString(); });
     return std::nullopt;
 }
 

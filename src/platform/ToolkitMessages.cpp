@@ -24,9 +24,7 @@ LogLevel levelOf(QtMsgType type) {
 
 void logMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
     const LogLevel level = levelOf(type);
-    if (logs(level)) {
-        OSLoggingLogMessage(level, "%@", {message});
-    }
+    logLine(level, "%@", message);
     if (type == QtFatalMsg) {
         finishLog(); // the toolkit aborts
     }

@@ -16,9 +16,7 @@ FolderScanChooser::~FolderScanChooser() {
 }
 
 void FolderScanChooser::scanSpecificFolder() {
-    if (logs(LogLevel::Debug)) {
-        OSLoggingLogMessage(LogLevel::Debug, "specificFolder.");
-    }
+    logLine(LogLevel::Debug, "specificFolder.");
     if (!m_dialog) {
         // Deletes itself when closed; until then this object owns it.
         m_dialog = new QFileDialog(nullptr, localizedText("ChooseFolderTitle"));

@@ -11,6 +11,7 @@ namespace korvale {
 namespace {
 
 std::atomic<LogSink*> chosenSink{nullptr};
+static_assert(KORVALE_LOG_LEVEL >= 0 && KORVALE_LOG_LEVEL <= 3, "there are four log levels");
 std::atomic<LogLevel> processLogLevel{static_cast<LogLevel>(KORVALE_LOG_LEVEL)};
 
 constexpr std::array levelWords{"ERROR", "WARN", "INFO", "DEBUG"};

@@ -67,6 +67,18 @@ TEST(Logging, WritesWhateverTheLevelSinceCallersAskFirst) {
     EXPECT_THAT(sink.lines(), ElementsAre("DEBUG \"not filtered\""));
 }
 
+TEST(Logging, ArgumentsOfASuppressedLineAreNotEvenComputed) {
+    RecordingLogSink sink;
+    int computed = 0;
+    const auto number = [&computed] { return QString::number(++computed); };
+    setLogLevel(LogLevel::Warn);
+    logLine(LogLevel::Info, "%@", number);
+    logLine(LogLevel::Warn, "%@ %s %i %u", number, "text", -1, 2U);
+    setLogLevel(LogLevel::Info);
+    EXPECT_EQ(computed, 1);
+    EXPECT_THAT(sink.lines(), ElementsAre("WARN \"1 text -1 2\""));
+}
+
 TEST(Logging, ErrorsAreWrittenAtEveryLevel) {
     for (const LogLevel level :
          {LogLevel::Error, LogLevel::Warn, LogLevel::Info, LogLevel::Debug}) {
