@@ -38,6 +38,11 @@ void onExit() {
     }
 }
 
+bool isIgnored(int signal) {
+    struct sigaction action {};
+    return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 void setHandler(int signal, void (*handler)(int)) {
     struct sigaction action {};
     action.sa_handler = handler;
@@ -60,14 +65,18 @@ static void korvaleTerminationHandler(int /*signal*/) {
 TerminationSignals::TerminationSignals() : m_event(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     signalEvent = m_event;
     for (const int signal : terminationSignals) {
-        // Also where the parent ignored it, as shells do with SIGINT for what runs behind.
-        setHandler(signal, korvaleTerminationHandler);
+        // Whoever had it ignored (nohup, a shell for what runs behind) meant it.
+        if (!isIgnored(signal)) {
+            setHandler(signal, korvaleTerminationHandler);
+        }
     }
 }
 
 TerminationSignals::~TerminationSignals() {
     for (const int signal : terminationSignals) {
-        setHandler(signal, SIG_DFL);
+        if (!isIgnored(signal)) {
+            setHandler(signal, SIG_DFL);
+        }
     }
     m_notifier.reset();
     signalEvent = -1;

@@ -12,7 +12,8 @@ QT_END_NAMESPACE
 namespace korvale {
 
 /// SIGTERM, SIGINT and SIGHUP as an event of the main thread, from the first moment on: a signal
-/// that comes before watch() is reported by it. One instance at a time.
+/// that comes before watch() is reported by it. One that the parent had ignored stays ignored. One
+/// instance at a time.
 class TerminationSignals : public QObject {
     Q_OBJECT
 public:
