@@ -23,6 +23,12 @@ constexpr std::array oneShotOptions{
     Option{folderScanOption, OneShotCommand::FolderScan},
 };
 
+bool isKnown(const QByteArray& option) {
+    return option == "-a" || option == "--help" || option == "--version" ||
+           std::any_of(oneShotOptions.begin(), oneShotOptions.end(),
+                       [&option](const Option& one) { return option == one.text; });
+}
+
 bool isFolder(const QByteArray& path) {
     struct stat status {};
     return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -56,6 +62,18 @@ bool CommandLine::asksFor(const char* option) const {
         }
     }
     return false;
+}
+
+std::vector<QByteArray> CommandLine::unknownOptions() const {
+    std::vector<QByteArray> unknown;
+    for (std::size_t i = 1; i < m_arguments.size(); ++i) {
+        const QByteArray& argument = m_arguments[i];
+        const bool isPath = m_arguments[i - 1] == folderScanOption;
+        if (argument.startsWith('-') && !isPath && !isKnown(argument)) {
+            unknown.push_back(argument);
+        }
+    }
+    return unknown;
 }
 
 std::optional<OneShot> oneShotCommand(const CommandLine& commandLine) {

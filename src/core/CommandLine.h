@@ -23,6 +23,8 @@ public:
     [[nodiscard]] bool isAutomation() const;
     /// "--help" and "--version"; as the path of a folder scan they mean a folder.
     [[nodiscard]] bool asksFor(const char* option) const;
+    /// What begins with "-" and has no meaning here, the path of a folder scan aside.
+    [[nodiscard]] std::vector<QByteArray> unknownOptions() const;
 
 private:
     std::vector<QByteArray> m_arguments;

@@ -12,14 +12,21 @@ namespace {
 
 constexpr qint64 largestFile = 1 << 20;
 
-/// Null unless the file holds a JSON object.
-JsonValue readObject(const QString& path) {
-    const std::optional<QByteArray> content = readSmallFile(path, largestFile);
-    const std::optional<JsonValue> value = content ? JsonValue::parse(*content) : std::nullopt;
-    return value && value->isObject() ? *value : JsonValue();
-}
-
 } // namespace
+
+const char* stateText(InfoFile state) {
+    switch (state) {
+    case InfoFile::Used:
+        return "is used";
+    case InfoFile::Absent:
+        return "is missing";
+    case InfoFile::Unreadable:
+        return "cannot be read";
+    case InfoFile::NoObject:
+        break;
+    }
+    return "holds no JSON object";
+}
 
 QString InfoDictionary::packagedPath() {
     // Not QCoreApplication's path: the dictionary is needed before there is an application object.
@@ -33,16 +40,22 @@ QString InfoDictionary::administratorsPath() {
 
 InfoDictionary InfoDictionary::load(const QString& packagedPath,
                                     const QString& administratorsPath) {
-    JsonValue packaged = readObject(packagedPath);
-    JsonValue administrators = readObject(administratorsPath);
-    const bool ignoresAdministratorsFile =
-        administrators.isNull() && QFileInfo::exists(administratorsPath);
-    return {std::move(packaged), std::move(administrators), ignoresAdministratorsFile};
+    return {read(packagedPath), read(administratorsPath)};
+}
+
+InfoDictionary::Source InfoDictionary::read(const QString& path) {
+    const std::optional<QByteArray> content = readSmallFile(path, largestFile);
+    if (!content) {
+        return {QFileInfo::exists(path) ? InfoFile::Unreadable : InfoFile::Absent, {}};
+    }
+    const std::optional<JsonValue> value = JsonValue::parse(*content);
+    return value && value->isObject() ? Source{InfoFile::Used, *value}
+                                      : Source{InfoFile::NoObject, {}};
 }
 
 JsonValue InfoDictionary::operator[](std::string_view key) const {
-    const JsonValue override = m_administrators[key];
-    return override.isNull() ? m_packaged[key] : override;
+    const JsonValue override = m_administrators.content[key];
+    return override.isNull() ? m_packaged.content[key] : override;
 }
 
 bool InfoDictionary::allowsCheckForPolicyUpdate() const {

@@ -8,6 +8,12 @@
 
 namespace korvale {
 
+/// What there is of one of the two files.
+enum class InfoFile { Used, Absent, Unreadable, NoObject };
+
+/// "is missing", "cannot be read" and so on, for a log line.
+[[nodiscard]] const char* stateText(InfoFile state);
+
 /// The application's information dictionary: the packaged one, of which an administrator's file may
 /// replace single keys. Immutable.
 class InfoDictionary {
@@ -30,21 +36,24 @@ public:
     /// "Use Vexa App Icon": false when absent.
     [[nodiscard]] bool usesVexaAppIcon() const;
 
-    /// False when the packaged file is missing or holds no JSON object: a broken installation.
-    [[nodiscard]] bool isInstalled() const { return !m_packaged.isNull(); }
+    /// False when the packaged file cannot be used: a broken installation.
+    [[nodiscard]] bool isInstalled() const { return packagedFile() == InfoFile::Used; }
 
-    /// The administrator's file is there and holds no JSON object.
-    [[nodiscard]] bool ignoresAdministratorsFile() const { return m_ignoresAdministratorsFile; }
+    [[nodiscard]] InfoFile packagedFile() const { return m_packaged.state; }
+    [[nodiscard]] InfoFile administratorsFile() const { return m_administrators.state; }
 
 private:
-    InfoDictionary(JsonValue packaged, JsonValue administrators, bool ignoresAdministratorsFile)
-        : m_packaged(std::move(packaged)),
-          m_administrators(std::move(administrators)),
-          m_ignoresAdministratorsFile(ignoresAdministratorsFile) {}
+    struct Source {
+        InfoFile state;
+        JsonValue content; ///< null unless the state is Used
+    };
 
-    JsonValue m_packaged;
-    JsonValue m_administrators;
-    bool m_ignoresAdministratorsFile;
+    InfoDictionary(Source packaged, Source administrators)
+        : m_packaged(std::move(packaged)), m_administrators(std::move(administrators)) {}
+    [[nodiscard]] static Source read(const QString& path);
+
+    Source m_packaged;
+    Source m_administrators;
 };
 
 } // namespace korvale

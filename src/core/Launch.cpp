@@ -25,8 +25,12 @@
 namespace korvale {
 namespace {
 
-void print(const QByteArray& text) {
-    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+/// The exit status: whoever asked may have no place for the answer.
+int print(const QByteArray& text) {
+    const auto size = static_cast<std::size_t>(text.size());
+    const bool isWritten =
+        std::fwrite(text.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0;
+    return isWritten ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 QByteArray versionText() {
@@ -40,7 +44,7 @@ class Application {
 public:
     Application(int& argc, char** argv) {
         if (processValues().automationMode) {
-            allowNoDisplay();
+            allowNoDisplay(argc, argv);
         }
         QCoreApplication::setApplicationName(QStringLiteral("korvale-ui"));
         QGuiApplication::setApplicationDisplayName(bufferText(bundleIdentity().name));
@@ -68,6 +72,7 @@ int runApplication(int argc, char** argv, const CommandLine& commandLine,
                    const InfoDictionary& info, TerminationSignals& signalsOfTheSystem) {
     UserSession session; // asks the session bus while the toolkit starts
     const Application application(argc, argv);
+    logUnknownOptions(CommandLine(argc, argv)); // the toolkit has taken its own away
     const Translations translations;
     AppDelegate delegate({commandLine, info, [&] { signalsOfTheSystem.sleepOneSecond(); },
                           [&] { session.terminate(); }});
@@ -104,15 +109,13 @@ int runKorvaleUI(int argc, char** argv) {
     replaceClosedStandardStreams();
     const CommandLine commandLine(argc, argv);
     if (commandLine.asksFor("--help")) {
-        print(helpText());
-        return EXIT_SUCCESS;
+        return print(helpText());
     }
     const InfoDictionary info =
         InfoDictionary::load(InfoDictionary::packagedPath(), InfoDictionary::administratorsPath());
     OSLoggingStartup(info, QString::fromLocal8Bit(program_invocation_short_name));
     if (commandLine.asksFor("--version")) {
-        print(versionText());
-        return EXIT_SUCCESS;
+        return print(versionText());
     }
     TerminationSignals signalsOfTheSystem;
     ignoreBrokenPipes();
@@ -120,9 +123,8 @@ int runKorvaleUI(int argc, char** argv) {
     setLogSink(&log);
     logToolkitMessages();
     if (!info.isInstalled()) {
-        OSLoggingLogMessage(LogLevel::Error,
-                            "The installation is broken: %@ is missing or holds no JSON object.",
-                            {InfoDictionary::packagedPath()});
+        logLine(LogLevel::Error, "The installation is broken: %@ %s.", InfoDictionary::packagedPath,
+                stateText(info.packagedFile()));
     }
     const int status = info.isInstalled() ? start(argc, argv, commandLine, info, signalsOfTheSystem)
                                           : EXIT_FAILURE;

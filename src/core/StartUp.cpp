@@ -6,41 +6,37 @@
 #include "core/base/Logging.h"
 
 namespace korvale {
-namespace {
 
-void logLine(LogLevel level, const char* format, std::initializer_list<QString> arguments = {}) {
-    if (logs(level)) {
-        OSLoggingLogMessage(level, format, arguments);
+void logStartUp(const InfoDictionary& info) {
+    static constexpr const char* function = "main";
+    logLine(LogLevel::Info, "%s() Bastion KorveleUI Enter", function);
+    UtilLogVersionNumber();
+    UtilLogOSVersionNumber();
+    logLine(LogLevel::Info, "%s() Bastion KorveleUI Log Level %s", function,
+            logLevelWord(logLevel()));
+    logLine(LogLevel::Info, "%s() Bastion KorveleUI Bundle ID %s", function,
+            [] { return bufferText(bundleIdentity().identifier); });
+    if (qEnvironmentVariableIsSet("KORVALE_ROOT")) {
+        logLine(LogLevel::Warn, "KORVALE_ROOT is set: files are read below %@.",
+                [] { return qEnvironmentVariable("KORVALE_ROOT"); });
+    }
+    const InfoFile administrators = info.administratorsFile();
+    if (administrators != InfoFile::Used && administrators != InfoFile::Absent) {
+        logLine(LogLevel::Warn, "%@ %s and is ignored.", InfoDictionary::administratorsPath,
+                stateText(administrators));
     }
 }
 
-} // namespace
-
-void logStartUp(const InfoDictionary& info) {
-    const QString function = QStringLiteral("main");
-    logLine(LogLevel::Info, "%s() Bastion KorveleUI Enter", {function});
-    UtilLogVersionNumber();
-    UtilLogOSVersionNumber();
-    logLine(LogLevel::Info, "%s() Bastion KorveleUI Log Level %s",
-            {function, QString::fromLatin1(logLevelWord(logLevel()))});
-    logLine(LogLevel::Info, "%s() Bastion KorveleUI Bundle ID %s",
-            {function, bufferText(bundleIdentity().identifier)});
-    if (qEnvironmentVariableIsSet("KORVALE_ROOT")) {
-        logLine(LogLevel::Warn, "KORVALE_ROOT is set: files are read below %@.",
-                {qEnvironmentVariable("KORVALE_ROOT")});
-    }
-    if (info.ignoresAdministratorsFile()) {
-        logLine(LogLevel::Warn, "%@ holds no JSON object and is ignored.",
-                {InfoDictionary::administratorsPath()});
+void logUnknownOptions(const CommandLine& rest) {
+    for (const QByteArray& option : rest.unknownOptions()) {
+        logLine(LogLevel::Warn, "There is no option %@.",
+                [&option] { return QString::fromUtf8(option); });
     }
 }
 
 bool otherInstanceRuns(const RunningApplications& running) {
     for (const RunningApplication& application : running.list()) {
-        if (logs(LogLevel::Info)) {
-            OSLoggingLogMessage(LogLevel::Info, "app(%@), pid(%u)",
-                                {application.localizedName, QString::number(application.pid)});
-        }
+        logLine(LogLevel::Info, "app(%@), pid(%u)", application.localizedName, application.pid);
         if (application.localizedName == QLatin1String("KorvaleBASTION")) {
             return true;
         }

@@ -10,6 +10,9 @@ namespace korvale {
 /// what makes this start unusual.
 void logStartUp(const InfoDictionary& info);
 
+/// Warns of each option that nobody knows. `rest` is what the toolkit has left of the arguments.
+void logUnknownOptions(const CommandLine& rest);
+
 /// Walks the running applications, logging each; true at the first that is named "KorvaleBASTION".
 [[nodiscard]] bool otherInstanceRuns(const RunningApplications& running);
 

@@ -4,8 +4,10 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <cstdlib>
+#include <forward_list>
 
 namespace korvale {
 namespace {
@@ -16,21 +18,45 @@ QString environmentText(const char* name) {
                : QString::fromLatin1(name) + QStringLiteral(" not set");
 }
 
+/// What the toolkit said of displays it could not open; heard by the thread that constructs it.
+QStringList& complaints() {
+    static QStringList kept;
+    return kept;
+}
+
+QString reason() {
+    complaints().removeDuplicates();
+    return complaints().isEmpty() ? QString()
+                                  : QStringLiteral(": ") + complaints().join(QStringLiteral("; "));
+}
+
 void whileStarting(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
     if (type != QtFatalMsg) {
-        return; // the toolkit's own words about displays it could not open
+        complaints() += message;
+        return;
     }
-    if (logs(LogLevel::Error)) {
-        if (message.contains(QLatin1String("platform plugin"))) {
-            OSLoggingLogMessage(LogLevel::Error, "No usable display (%@, %@).",
-                                {environmentText("DISPLAY"), environmentText("WAYLAND_DISPLAY")});
-        } else {
-            OSLoggingLogMessage(LogLevel::Error, "%@", {message});
-        }
+    if (message.contains(QLatin1String("platform plugin"))) {
+        logLine(
+            LogLevel::Error, "No usable display (%@, %@)%@",
+            [] { return environmentText("DISPLAY"); },
+            [] { return environmentText("WAYLAND_DISPLAY"); }, reason);
+    } else {
+        logLine(LogLevel::Error, "%@", message);
     }
     finishLog();
     // Returning would abort; a half-made application cannot be destroyed.
     std::_Exit(EXIT_FAILURE);
+}
+
+/// "-platform xcb" outranks the environment.
+void allowNoDisplayBeside(int argc, char** argv) {
+    static std::forward_list<QByteArray> kept; // the toolkit keeps no copies
+    for (int i = 1; i + 1 < argc; ++i) {
+        if (qstrcmp(argv[i], "-platform") == 0 || qstrcmp(argv[i], "--platform") == 0) {
+            kept.push_front(argv[++i] + QByteArray(";offscreen"));
+            argv[i] = kept.front().data();
+        }
+    }
 }
 
 } // namespace
@@ -39,9 +65,10 @@ DisplayGuard::DisplayGuard() : m_previous(qInstallMessageHandler(whileStarting))
 
 DisplayGuard::~DisplayGuard() {
     qInstallMessageHandler(m_previous);
+    complaints().clear();
 }
 
-void allowNoDisplay() {
+void allowNoDisplay(int argc, char** argv) {
     // The toolkit tries one after the other. What the user asked for comes first.
     QByteArray platforms = qgetenv("QT_QPA_PLATFORM");
     if (platforms.isEmpty()) {
@@ -55,6 +82,7 @@ void allowNoDisplay() {
         platforms += ';';
     }
     qputenv("QT_QPA_PLATFORM", platforms + "offscreen");
+    allowNoDisplayBeside(argc, argv);
 }
 
 } // namespace korvale

@@ -5,7 +5,8 @@
 namespace korvale {
 
 /// While it lives, the toolkit's messages are kept back and its abort for want of a usable display
-/// becomes one log line and exit status 1. To be alive while the QApplication is constructed.
+/// becomes one log line, which says why, and exit status 1. To be alive while the QApplication is
+/// constructed.
 class DisplayGuard {
 public:
     DisplayGuard();
@@ -17,7 +18,8 @@ private:
     QtMessageHandler m_previous;
 };
 
-/// Before the QApplication of a one-shot start: lets the toolkit fall back on having no display.
-void allowNoDisplay();
+/// Before the QApplication of a one-shot start, which then gets these arguments: lets the toolkit
+/// fall back on having no display, whatever platform the environment or an argument asks for.
+void allowNoDisplay(int argc, char** argv);
 
 } // namespace korvale

@@ -41,7 +41,7 @@ TEST_F(InfoDictionaryTest, TheAdministratorReplacesSingleKeys) {
     EXPECT_EQ(valueText(info["CFBundleVersion"]), QStringLiteral("7"));
     EXPECT_TRUE(info["Absent"].isNull());
     EXPECT_TRUE(info.isInstalled());
-    EXPECT_FALSE(info.ignoresAdministratorsFile());
+    EXPECT_EQ(info.administratorsFile(), InfoFile::Used);
 }
 
 TEST_F(InfoDictionaryTest, AnUnusablePackagedFileIsNoInstallation) {
@@ -62,7 +62,7 @@ TEST_F(InfoDictionaryTest, ABrokenAdministratorsFileChangesNothing) {
     for (const char* content : {"", "{\"NoKorvaleUI\": 1", "[1]"}) {
         write("administrators", content);
         const auto info = load("{}");
-        EXPECT_TRUE(info.ignoresAdministratorsFile()) << content;
+        EXPECT_EQ(info.administratorsFile(), InfoFile::NoObject) << content;
         EXPECT_FALSE(info.isNoUIMode());
     }
 }
@@ -70,7 +70,7 @@ TEST_F(InfoDictionaryTest, ABrokenAdministratorsFileChangesNothing) {
 TEST_F(InfoDictionaryTest, AnAdministratorsFifoNeitherCountsNorBlocks) {
     ASSERT_EQ(mkfifo(QFile::encodeName(path("administrators")).constData(), 0600), 0);
     const auto info = load("{}");
-    EXPECT_TRUE(info.ignoresAdministratorsFile());
+    EXPECT_EQ(info.administratorsFile(), InfoFile::Unreadable);
 }
 
 struct FlagCase {

@@ -48,6 +48,24 @@ TEST_F(Program, HelpIsPrintedAndNothingElseHappens) {
     EXPECT_EQ(m_run.log(), QByteArray());
 }
 
+TEST_F(Program, AnAnswerThatFindsNoRoomIsAFailure) {
+    for (const char* question : {"--help", "--version"}) {
+        ProgramRun run;
+        run.process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        EXPECT_EQ(run.run({QString::fromLatin1(question)}), 1) << question;
+    }
+}
+
+TEST_F(Program, AnOptionThatNobodyKnowsIsOneWarningAndTheStartGoesOn) {
+    m_run.offscreen();
+    m_run.start({QStringLiteral("-style"), QStringLiteral("fusion"), QStringLiteral("-updaet"),
+                 QStringLiteral("-a")});
+    EXPECT_TRUE(m_run.waitForLine("WARN \"There is no option -updaet.\""));
+    m_run.send(SIGTERM);
+    EXPECT_EQ(m_run.status(), 0);
+    EXPECT_EQ(m_run.log().count("There is no option"), 1);
+}
+
 TEST_F(Program, TheVersionIsPrintedAndNothingElseHappens) {
     EXPECT_EQ(m_run.run({QStringLiteral("--version"), QStringLiteral("-update")}), 0);
     EXPECT_THAT(m_run.process.readAllStandardOutput().toStdString(),
@@ -86,6 +104,7 @@ struct Display {
     const char* variable;
     const char* value;
     QStringList arguments;
+    const char* reason;
 };
 class UnusableDisplay : public Program, public testing::WithParamInterface<Display> {
 protected:
@@ -96,26 +115,34 @@ TEST_P(UnusableDisplay, EndsANormalStartWithOneClearLine) {
     EXPECT_EQ(m_run.run(GetParam().arguments), 1);
     EXPECT_THAT(m_run.lines().last().toStdString(), StartsWith("ERROR \"No usable display ("));
     EXPECT_EQ(m_run.log().count("ERROR"), 1);
+    EXPECT_THAT(m_run.lines().last().toStdString(), HasSubstr(GetParam().reason));
     EXPECT_FALSE(m_run.log().contains("qt.qpa"));
 }
 
 TEST_P(UnusableDisplay, DoesNotKeepAOneShotStartFromItsWork) {
-    EXPECT_EQ(m_run.run({QStringLiteral("-update")}), 0);
+    EXPECT_EQ(m_run.run(QStringList{QStringLiteral("-update")} + GetParam().arguments), 0);
     EXPECT_EQ(m_run.lines().last(), exitLine);
     EXPECT_EQ(m_run.log().count("ERROR"), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, UnusableDisplay,
-    testing::Values(Display{"None", "NOTHING", "", {}}, Display{"DeadX", "DISPLAY", ":7654", {}},
-                    Display{"NonsenseX", "DISPLAY", "nonsense", {}},
-                    Display{"DeadWayland", "WAYLAND_DISPLAY", "wayland-7654", {}},
-                    Display{"ChosenX", "QT_QPA_PLATFORM", "xcb", {}},
-                    Display{"UnknownPlatform", "QT_QPA_PLATFORM", "none-such", {}},
-                    Display{"ArgumentX",
-                            "DISPLAY",
-                            ":7654",
-                            {QStringLiteral("-platform"), QStringLiteral("xcb")}}),
+    testing::Values(
+        Display{"None", "NOTHING", "", {}, "could not connect to display"},
+        Display{"DeadX", "DISPLAY", ":7654", {}, "could not connect to display :7654"},
+        Display{"NonsenseX", "DISPLAY", "nonsense", {}, "could not connect to display nonsense"},
+        Display{"DeadWayland", "WAYLAND_DISPLAY", "wayland-7654", {}, "wayland"},
+        Display{"ChosenX", "QT_QPA_PLATFORM", "xcb", {}, "could not connect to display"},
+        Display{"UnknownPlatform",
+                "QT_QPA_PLATFORM",
+                "none-such",
+                {},
+                "Could not find the Qt platform plugin \"none-such\""},
+        Display{"ArgumentX",
+                "DISPLAY",
+                ":7654",
+                {QStringLiteral("-platform"), QStringLiteral("xcb")},
+                "could not connect to display :7654"}),
     [](const auto& instance) { return instance.param.name; });
 
 class EndingSignal : public Program, public testing::WithParamInterface<int> {};
@@ -128,6 +155,18 @@ TEST_P(EndingSignal, EndsTheProgramCleanly) {
     EXPECT_EQ(m_run.status(), 0);
     EXPECT_EQ(m_run.lines().last(), exitLine);
     EXPECT_EQ(m_run.log().count("Bastion KorvaleUI Exit"), 1);
+}
+
+TEST_P(EndingSignal, IsIgnoredWhereTheParentHadItIgnored) {
+    m_run.offscreen();
+    m_run.start({QStringLiteral("-c"), QStringLiteral("trap '' %1; exec \"$0\"").arg(GetParam()),
+                 ProgramRun::builtProgram()},
+                QStringLiteral("/bin/sh"));
+    ASSERT_TRUE(m_run.waitForLine("INFO \"main() Bastion KorveleUI Bundle ID com.korvale.ui\""));
+    m_run.send(GetParam());
+    m_run.send(SIGUSR1); // which nobody handles
+    EXPECT_EQ(m_run.status(), -1);
+    EXPECT_FALSE(m_run.log().contains("Bastion KorvaleUI Exit"));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, EndingSignal, testing::Values(SIGTERM, SIGINT, SIGHUP));

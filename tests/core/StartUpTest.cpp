@@ -6,6 +6,7 @@
 #include "fakes/RecordingLogSink.h"
 #include "platform/ToolkitMessages.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -106,6 +107,23 @@ TEST_F(StartUp, AnIgnoredInformationFileIsAWarning) {
     EXPECT_THAT(
         m_sink.lines(),
         ElementsAre("WARN \"/etc/korvale-ui/Info.json holds no JSON object and is ignored.\""));
+}
+
+TEST_F(StartUp, AnInformationFileThatCannotBeReadIsSaidToBeThat) {
+    setLogLevel(LogLevel::Warn);
+    ASSERT_TRUE(QDir().mkpath(m_folder.filePath(QStringLiteral("administrators"))));
+    logStartUp(info("{}"));
+    EXPECT_THAT(m_sink.lines(),
+                ElementsAre("WARN \"/etc/korvale-ui/Info.json cannot be read and is ignored.\""));
+}
+
+TEST_F(StartUp, AnOptionThatNobodyKnowsIsAWarning) {
+    logUnknownOptions(CommandLine({"-program", "-updaet", "--a", "-", "-a", "-update", "file",
+                                   "-background-scan", "-background-scan-stop", "-folder-scan",
+                                   "-no-option-but-a-folder", "--help", "--version"}));
+    EXPECT_THAT(m_sink.lines(),
+                ElementsAre("WARN \"There is no option -updaet.\"",
+                            "WARN \"There is no option --a.\"", "WARN \"There is no option -.\""));
 }
 
 TEST_F(StartUp, TheToolkitsMessagesAreLinesOfTheLog) {
