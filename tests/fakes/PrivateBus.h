@@ -59,6 +59,23 @@ public:
         QFile::remove(socketPath());
     }
 
+    /// To be called before start(): whoever runs the tests may be this service, and all may call
+    /// it.
+    void allowService(const QString& name) const {
+        static const char* const text = R"(<!DOCTYPE busconfig PUBLIC
+ "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <policy context="default">
+    <allow own="@NAME@"/>
+    <allow send_destination="@NAME@"/>
+  </policy>
+</busconfig>
+)";
+        write(m_folder.filePath(QStringLiteral("system.d/") + name + QStringLiteral(".conf")),
+              QByteArray(text).replace("@NAME@", name.toUtf8()));
+    }
+
     [[nodiscard]] qint64 pid() const { return m_daemon.processId(); }
 
 private:
