@@ -1,0 +1,211 @@
+#include "agent/engine/ClamdEngine.h"
+
+#include "agent/base/Log.h"
+#include "agent/base/Utf8.h"
+#include "agent/engine/ClamdAnswer.h"
+#include "agent/engine/ClamdCommand.h"
+#include "agent/engine/ReadableFile.h"
+#include "agent/engine/Signatures.h"
+
+#include <algorithm>
+
+namespace korvale::agent {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr int kTries = 3; ///< for a file that changes under the scan, or whose session was dropped
+constexpr std::chrono::milliseconds kIdle = 5s;
+
+Judgement notScanned(std::string reason) {
+    return {Verdict::NotScanned, {}, std::move(reason), {}};
+}
+
+Judgement noAnswer(std::string reason) {
+    return {Verdict::NoAnswer, {}, std::move(reason), {}};
+}
+
+} // namespace
+
+struct ClamdEngine::Question {
+    int descriptor;
+    FileIdentity identity;
+    TimePoint deadline;
+    const std::stop_token& stop;
+};
+
+ClamdEngine::ClamdEngine(Settings settings)
+    : m_settings(std::move(settings)),
+      m_configuration(readClamdConfiguration(m_settings.configurationFile)),
+      m_socket(m_settings.socket.empty() ? m_configuration.localSocket : m_settings.socket),
+      m_channels{ClamdChannel(m_socket, depth), ClamdChannel(m_socket, depth)} {
+    m_state.maxFileSize = m_configuration.largestFile();
+    m_state.trouble = "not asked yet";
+}
+
+Judgement ClamdEngine::judge(int descriptor, std::chrono::milliseconds deadline,
+                             std::stop_token stop) {
+    const TimePoint end = Clock::now() + deadline;
+    ReadableFile file = ReadableFile::look(descriptor);
+    Judgement judgement = noAnswer("the engine did not answer");
+    for (int attempt = 0; attempt < kTries; ++attempt) {
+        if (!file.trouble.empty()) {
+            return notScanned(file.trouble);
+        }
+        if (file.identity.size == 0) {
+            return {Verdict::Clean, {}, {}, {}};
+        }
+        if (file.identity.size > state().maxFileSize) {
+            return notScanned("larger than the engine reads");
+        }
+        judgement = askOnce({descriptor, file.identity, end, stop});
+        if (!isJudged(judgement.verdict) || stop.stop_requested()) {
+            return judgement;
+        }
+        ReadableFile after = ReadableFile::look(descriptor);
+        if (isBad(judgement.verdict) || after.identity == file.identity) {
+            return judgement;
+        }
+        file = std::move(after); // "OK" was about something that is not there any more
+    }
+    return notScanned("it changes all the time");
+}
+
+Judgement ClamdEngine::askOnce(const Question& question) {
+    if (Clock::now() >= question.deadline) {
+        return noAnswer("there is no time left");
+    }
+    const int deaths = m_suspects.deaths(question.identity);
+    if (deaths >= SuspectFiles::fatal) {
+        return notScanned("the engine died of it twice");
+    }
+    if (!mayAsk(question.deadline)) {
+        return noAnswer("the engine does not answer");
+    }
+    return deaths > 0 ? askAlone(question) : askAmongOthers(question);
+}
+
+Judgement ClamdEngine::askAmongOthers(const Question& question) {
+    for (int attempt = 0; attempt < kTries; ++attempt) {
+        if (!m_gate.enter(question.deadline, question.stop)) {
+            return noAnswer("others wait for the engine");
+        }
+        const ClamdChannel::Answer answer =
+            freestChannel().ask(question.descriptor, question.deadline, question.stop);
+        m_gate.leave();
+        if (answer.outcome == ClamdChannel::Outcome::Lost) {
+            m_suspects.died(question.identity);
+            return askAlone(question);
+        }
+        if (answer.outcome != ClamdChannel::Outcome::Dropped) {
+            return judgementFor(answer);
+        }
+        if (!mayAsk(question.deadline)) {
+            break;
+        }
+    }
+    return noAnswer("the engine does not answer");
+}
+
+Judgement ClamdEngine::askAlone(const Question& question) {
+    // Only if nothing else is in clamd's hands its death says something about this file.
+    if (!m_gate.enterAlone(question.deadline, question.stop)) {
+        return noAnswer("others wait for the engine");
+    }
+    ClamdChannel channel(m_socket, 1);
+    const ClamdChannel::Answer answer =
+        channel.ask(question.descriptor, question.deadline, question.stop);
+    m_gate.leaveAlone();
+    if (answer.outcome == ClamdChannel::Outcome::Lost) {
+        m_suspects.died(question.identity);
+        logWarning("clamd died twice with the same file in hand; it is not asked for it again");
+        return notScanned("the engine died of it twice");
+    }
+    if (answer.outcome == ClamdChannel::Outcome::Answered) {
+        m_suspects.acquit(question.identity);
+    }
+    return judgementFor(answer);
+}
+
+Judgement ClamdEngine::judgementFor(const ClamdChannel::Answer& answer) {
+    switch (answer.outcome) {
+    case ClamdChannel::Outcome::Answered:
+        return judgementOf(answer.text);
+    case ClamdChannel::Outcome::TimedOut:
+    case ClamdChannel::Outcome::Unreachable: {
+        m_breaker.failed(Clock::now());
+        EngineState now = state();
+        now.reachable = false;
+        now.trouble = printable(answer.text);
+        publish(std::move(now));
+        return noAnswer(printable(answer.text));
+    }
+    case ClamdChannel::Outcome::BadFile:
+        return notScanned(answer.text);
+    case ClamdChannel::Outcome::Stopped:
+        return noAnswer("stopped");
+    case ClamdChannel::Outcome::Lost:
+    case ClamdChannel::Outcome::Dropped:
+        break;
+    }
+    return noAnswer("the engine does not answer");
+}
+
+bool ClamdEngine::mayAsk(TimePoint deadline) {
+    if (!m_breaker.isOpen()) {
+        return true;
+    }
+    // A caller with little time must not spend it on finding out that there still is nobody.
+    const bool hasTime = deadline - Clock::now() > m_settings.patience;
+    return hasTime && m_breaker.takeTry(Clock::now()) && refresh().reachable;
+}
+
+ClamdChannel& ClamdEngine::freestChannel() {
+    return *std::min_element(m_channels.begin(), m_channels.end(),
+                             [](const ClamdChannel& one, const ClamdChannel& other) {
+                                 return one.load() < other.load();
+                             });
+}
+
+EngineState ClamdEngine::state() const {
+    const std::lock_guard lock(m_stateMutex);
+    return m_state;
+}
+
+EngineState ClamdEngine::refresh() {
+    const ClamdConfiguration configuration = readClamdConfiguration(m_settings.configurationFile);
+    const SignatureFiles files = lookAtSignatures(configuration.databaseFolder);
+    EngineState now = state();
+    now.maxFileSize = configuration.largestFile();
+    std::string error;
+    // VERSION instead of PING: as short, and it says what is needed besides.
+    const auto version = askClamd(m_socket, "VERSION", m_settings.patience, error);
+    now.reachable = version && version->starts_with("ClamAV ");
+    if (now.reachable) {
+        now.version = validUtf8(*version);
+        const auto official = signatureTimeOf(*version);
+        now.signatureTime = official ? official : files.newest;
+        now.signatureKey = files.key.empty() ? std::string() : now.version + '|' + files.key;
+        now.trouble.clear();
+        m_breaker.answered();
+    } else {
+        now.trouble = version ? "something else than clamd answers" : printable(error);
+        m_breaker.failed(Clock::now());
+    }
+    for (ClamdChannel& channel : m_channels) {
+        channel.closeIfIdle(kIdle);
+    }
+    publish(now);
+    return now;
+}
+
+void ClamdEngine::publish(EngineState state) {
+    const std::lock_guard lock(m_stateMutex);
+    if (!m_state.signatureKey.empty() && state.signatureKey != m_state.signatureKey) {
+        m_suspects.forgetAll(); // other signatures may fare better
+    }
+    m_state = std::move(state);
+}
+
+} // namespace korvale::agent
