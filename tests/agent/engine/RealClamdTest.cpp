@@ -5,8 +5,8 @@
 
 #include <atomic>
 #include <csignal>
-#include <filesystem>
 #include <fcntl.h>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <thread>
 
