@@ -2,9 +2,12 @@
 
 #include "agent/base/FileIdentity.h"
 #include "agent/base/UniqueFd.h"
+#include "agent/quarantine/VaultPlace.h"
+#include "agent/store/Finding.h"
 #include "agent/store/QuarantineRecord.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -31,6 +34,7 @@ struct TakeRequest {
     std::string path;         ///< for the record and for people: where it was
     FileIdentity judged;      ///< what the engine was shown
     std::string sha256;       ///< of what the engine was shown; empty: not known
+    bool evenIfOpen = false;  ///< also while somebody has it open for writing (a person's word)
 };
 
 struct TakeResult {
@@ -54,6 +58,8 @@ enum class RestoreOutcome {
 struct RestoreOptions {
     std::string path;    ///< absolute; empty: where it was
     bool beside = false; ///< when the name is taken: under a name like "name (restored 1)"
+    /// What its finding becomes, in the same transaction; none: it is not touched.
+    std::optional<FindingState> finding;
 };
 
 struct RestoreResult {
@@ -82,17 +88,22 @@ public:
 
     TakeResult take(const TakeRequest& request);
     /// Puts a copy back with owner, mode, times, access lists, attributes and flags. Never replaces
-    /// anything, never follows a link. The record becomes Restored; its finding is not touched.
+    /// anything, never follows a link.
     RestoreResult restore(const std::string& id, const RestoreOptions& options = {});
-    /// Deletes a copy for ever. False and a sentence in `error` when there is none or it fails.
+    /// Deletes a copy for ever; its finding becomes Deleted. False and a sentence in `error` when
+    /// there is none or it fails.
     bool remove(const std::string& id, std::string& error);
     [[nodiscard]] std::vector<QuarantineRecord> list() const; ///< those in the vault
+
+    /// For tests that end or disturb the process at a step.
+    void onStep(std::function<void(VaultStep)> call);
 
 private:
     Vault(UniqueFd folder, Store& store);
 
     mutable std::mutex m_mutex;
     UniqueFd m_folder;
+    VaultPlace m_place;
     Store& m_store;
 };
 
