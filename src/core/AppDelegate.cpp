@@ -19,31 +19,42 @@ AppDelegate::AppDelegate(AppDelegateContext context)
       m_hostCache(m_userDefaults),
       m_statusItem(m_state, m_resources),
       m_statusLine(m_state, m_clock),
-      m_menu(m_state, m_hostCache, m_statusItem, m_linkOpener, menuActions()),
-      m_trayIcon(m_statusItem, m_menu),
       m_notifications(m_state, m_hostCache, m_resources, m_linkOpener),
+      m_channel(m_systemBus, m_notifications),
+      m_commands(m_state, m_channel, m_statusLine, m_statusItem,
+                 {processValues().automationMode, m_context.sleepOneSecond, m_context.terminate}),
+      m_menu(m_state, m_hostCache, m_statusItem, m_commands),
+      m_trayIcon(m_statusItem, m_menu),
+      m_folderScanChooser(m_commands),
       m_fileThreatsTableCtrl(m_selections),
       m_memExploitTableCtrl(m_selections),
       m_eventsTableCtrl(m_selections),
       m_externalDevicesTableCtrl(m_selections),
       m_window(windowContext()),
-      m_channel(m_systemBus, m_notifications),
-      m_commands(m_state, m_channel, m_statusLine, m_statusItem,
-                 {processValues().automationMode, m_context.sleepOneSecond, m_context.terminate}),
       m_messages(m_state, m_hostCache, m_remembered,
                  {m_fileThreatsTableCtrl, m_memExploitTableCtrl, m_eventsTableCtrl,
                   m_externalDevicesTableCtrl},
                  m_statusLine, m_notifications, m_window),
       m_agentNotifications(agentNotificationsParts()),
-      m_statusPoll(m_state, statusPollParts()),
-      m_folderScanChooser([this](const QString& folder) { m_commands.forwardFolderScan(folder); }) {
+      m_statusPoll(m_state, {m_clock, m_hostCache, m_commands, m_statusLine, m_window, m_menu}) {
     m_state.lastAgentReportTime = m_clock.now();
     m_channel.setDriverQuery([this] { m_commands.checkDriverConnection(); });
-    connect(&m_trayIcon, &TrayIcon::activated, this, [this] { activate({}); });
+    connectParts();
     m_statusUpdateTimer.setTimerType(Qt::PreciseTimer);
     m_statusUpdateTimer.setInterval(statusPollPeriod);
     connect(&m_statusUpdateTimer, &QTimer::timeout, this, [this] { m_statusPoll.timerFired(); });
     setSharedController(&m_agentNotifications);
+}
+
+void AppDelegate::connectParts() {
+    connect(&m_trayIcon, &TrayIcon::activated, this, [this] { activate({}); });
+    connect(&m_menu, &StatusItemMenu::showDetails, &m_window, [this] { m_window.showDetails(); });
+    connect(&m_menu, &StatusItemMenu::aboutApp, &m_window, [this] { m_window.aboutApp(); });
+    connect(&m_menu, &StatusItemMenu::scanSpecificFolder, &m_folderScanChooser,
+            &FolderScanChooser::scanSpecificFolder);
+    connect(&m_menu, &StatusItemMenu::exitApp, this, &AppDelegate::exitApp);
+    connect(&m_window, &MainWindowController::becameMain, this,
+            [this] { m_messages.parseTimerAggregatedMessage(); });
 }
 
 AppDelegate::~AppDelegate() {
@@ -69,36 +80,6 @@ AgentNotificationsParts AppDelegate::agentNotificationsParts() {
             .parseTimerAggregatedMessage = [this] { m_messages.parseTimerAggregatedMessage(); }};
 }
 
-StatusPollParts AppDelegate::statusPollParts() {
-    return {
-        .clock = m_clock,
-        .hostCache = m_hostCache,
-        .service = m_commands,
-        .status = m_statusLine,
-        .showDeviceName = [this](const QString& /*name*/) { m_window.showDeviceName(); },
-        .setShowNotificationsChecked = [this](bool isOn) { m_menu.setShowNotificationsMark(isOn); },
-    };
-}
-
-StatusItemMenuActions AppDelegate::menuActions() {
-    StatusItemMenuActions actions;
-    actions.showDetails = [this] { m_window.showDetails(); };
-    actions.checkUpdates = [this] { m_commands.checkUpdates(); };
-    actions.checkPolicyUpdates = [this] { m_commands.checkPolicyUpdates(); };
-    actions.aboutApp = [this] { m_window.aboutApp(); };
-    actions.scanBackground = [this] { m_commands.scanBackground(); };
-    actions.scanSpecificFolder = [this] { m_folderScanChooser.scanSpecificFolder(); };
-    actions.stopScan = [this] { m_commands.stopScan(); };
-    actions.exitApp = [this] { exitApp(); };
-    actions.readLogLevel = [this](int checkedPosition, auto applied) {
-        m_commands.readLogLevel(checkedPosition, std::move(applied));
-    };
-    actions.logging = [this](int position, auto applied) {
-        m_commands.logging(position, std::move(applied));
-    };
-    return actions;
-}
-
 MainWindowContext AppDelegate::windowContext() {
     return {.state = m_state,
             .resources = m_resources,
@@ -107,9 +88,8 @@ MainWindowContext AppDelegate::windowContext() {
             .iconDisplay = m_statusItem,
             .tables = {m_fileThreatsTableCtrl, m_memExploitTableCtrl, m_eventsTableCtrl,
                        m_externalDevicesTableCtrl},
+            .linkOpener = m_linkOpener,
             .statusMenu = m_menu.menu(),
-            .parseTimerAggregatedMessage = [this] { m_messages.parseTimerAggregatedMessage(); },
-            .visitHome = [this] { m_menu.visitHome(); },
             .displayName = QGuiApplication::applicationDisplayName(),
             .shortVersion =
                 cellText(m_context.info["CFBundleShortVersionString"]).value_or(QString()),

@@ -73,9 +73,8 @@ public:
 private:
     [[nodiscard]] static AppState initialState();
     [[nodiscard]] AgentNotificationsParts agentNotificationsParts();
-    [[nodiscard]] StatusPollParts statusPollParts();
-    [[nodiscard]] StatusItemMenuActions menuActions();
     [[nodiscard]] MainWindowContext windowContext();
+    void connectParts();
     void setupStatusItemAndMenu();
     void startTray();
     void startStatusUpdates();
@@ -97,9 +96,15 @@ private:
     HostCache m_hostCache;
     StatusItem m_statusItem;
     StatusLine m_statusLine;
+    UserNotifications m_notifications;
+
+    SystemBus m_systemBus;
+    ServiceChannel m_channel;
+    ServiceCommands m_commands;
+
     StatusItemMenu m_menu;
     TrayIcon m_trayIcon;
-    UserNotifications m_notifications;
+    FolderScanChooser m_folderScanChooser;
 
     FileThreatsTable m_fileThreatsTableCtrl;
     ProcessThreatsTable m_memExploitTableCtrl;
@@ -107,13 +112,9 @@ private:
     ExternalDevicesTable m_externalDevicesTableCtrl;
     MainWindowController m_window;
 
-    SystemBus m_systemBus;
-    ServiceChannel m_channel;
-    ServiceCommands m_commands;
     AggregatedMessages m_messages;
     AgentNotifications m_agentNotifications;
     StatusPoll m_statusPoll;
-    FolderScanChooser m_folderScanChooser;
     QTimer m_statusUpdateTimer; ///< not active in no-UI mode
 };
 

@@ -49,7 +49,7 @@ void StatusPoll::timerFired() {
     }
     if (m_shownDeviceName != m_state.customName) {
         m_shownDeviceName = m_state.customName;
-        m_parts.showDeviceName(m_shownDeviceName);
+        m_parts.deviceName.showDeviceName();
     }
 }
 
@@ -114,7 +114,7 @@ void StatusPoll::applyPolicy(const ServiceReply& reply) {
         m_state.policyShowNotifications = *notifications == u"OK";
         // The user's own choice wins over the policy.
         if (!m_parts.hostCache.hasCurrentUserChangedNotification()) {
-            m_parts.setShowNotificationsChecked(m_state.policyShowNotifications);
+            m_parts.notificationMark.setShowNotificationsMark(m_state.policyShowNotifications);
             m_state.showNotifications = m_state.policyShowNotifications;
         }
     }

@@ -7,7 +7,6 @@
 #include <QString>
 
 #include <chrono>
-#include <functional>
 #include <optional>
 
 namespace korvale {
@@ -25,11 +24,9 @@ struct StatusPollParts {
     const HostCache& hostCache;
     ServiceCommands& service;
     StatusDisplay& status;
-    /// Shows the device's name. Called when it is another than that of the last call; before the
-    /// first call `customName` as it was at construction is shown.
-    std::function<void(const QString&)> showDeviceName;
-    /// Sets the check mark of the menu's "CM_ShowNotifications".
-    std::function<void(bool)> setShowNotificationsChecked;
+    /// Told when the name is another than last time; at first it shows that of the construction.
+    DeviceNameDisplay& deviceName;
+    NotificationMark& notificationMark;
 };
 
 /// Everything that the program learns by asking: each tick looks for an updater message, for the

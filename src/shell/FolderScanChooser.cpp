@@ -1,15 +1,13 @@
 #include "shell/FolderScanChooser.h"
 
+#include "core/base/AgentCommands.h"
 #include "core/base/Logging.h"
 #include "platform/Texts.h"
 
-#include <utility>
-
 namespace korvale {
 
-FolderScanChooser::FolderScanChooser(std::function<void(const QString& folder)> forwardFolderScan,
-                                     QObject* parent)
-    : QObject(parent), m_forwardFolderScan(std::move(forwardFolderScan)) {}
+FolderScanChooser::FolderScanChooser(AgentCommands& commands, QObject* parent)
+    : QObject(parent), m_commands(commands) {}
 
 FolderScanChooser::~FolderScanChooser() {
     delete m_dialog;
@@ -26,7 +24,7 @@ void FolderScanChooser::scanSpecificFolder() {
         connect(m_dialog, &QFileDialog::accepted, this, [this] {
             const QStringList chosen = m_dialog->selectedFiles();
             if (!chosen.isEmpty()) {
-                m_forwardFolderScan(chosen.constFirst());
+                m_commands.forwardFolderScan(chosen.constFirst());
             }
         });
     }

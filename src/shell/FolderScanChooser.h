@@ -3,28 +3,25 @@
 #include <QFileDialog>
 #include <QObject>
 #include <QPointer>
-#include <QString>
-
-#include <functional>
 
 namespace korvale {
+
+class AgentCommands;
 
 /// Lets the user choose one folder to be scanned, without holding up anything. Main thread.
 class FolderScanChooser : public QObject {
     Q_OBJECT
 
 public:
-    /// `forwardFolderScan` gets the chosen folder's path unchanged; not called when the user
-    /// cancels.
-    explicit FolderScanChooser(std::function<void(const QString& folder)> forwardFolderScan,
-                               QObject* parent = nullptr);
+    /// `commands` gets the chosen folder's path unchanged, and nothing when the user cancels.
+    explicit FolderScanChooser(AgentCommands& commands, QObject* parent = nullptr);
     ~FolderScanChooser() override;
 
     /// Opens the chooser, or brings the one that is open to the front.
     void scanSpecificFolder();
 
 private:
-    std::function<void(const QString&)> m_forwardFolderScan;
+    AgentCommands& m_commands;
     QPointer<QFileDialog> m_dialog; ///< while open
 };
 

@@ -1,5 +1,7 @@
 #include "shell/MainWindowController.h"
 
+#include "platform/LinkOpener.h"
+#include "platform/Texts.h"
 #include "shell/AboutCredits.h"
 #include "shell/AboutPanel.h"
 #include "shell/CounterLine.h"
@@ -53,7 +55,7 @@ void MainWindowController::buildWindow() {
     showAppearance();
 
     connect(m_window.get(), &MainWindow::tabSelected, this, &MainWindowController::didSelectTab);
-    connect(m_window.get(), &MainWindow::logoClicked, this, [this] { m_context.visitHome(); });
+    connect(m_window.get(), &MainWindow::logoClicked, this, &MainWindowController::visitHome);
     connect(&m_context.statusLine, &StatusLine::changed, this,
             &MainWindowController::showStatusMessage);
     connect(&m_context.statusItem, &StatusItem::titleBarPictureChanged, this,
@@ -152,12 +154,15 @@ void MainWindowController::focusWindowChanged(QWindow* focusWindow) {
 
 void MainWindowController::appWindowBecameMain() {
     // After the present event, not inside it.
-    QMetaObject::invokeMethod(
-        this, [this] { m_context.parseTimerAggregatedMessage(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &MainWindowController::becameMain, Qt::QueuedConnection);
 }
 
 void MainWindowController::appWindowResignMain() {
     // Called when the key focus goes, not when the main window changes; either way nothing is due.
+}
+
+void MainWindowController::visitHome() {
+    m_context.linkOpener.openLink(localizedText("Url"));
 }
 
 void MainWindowController::aboutApp(const QString& activationToken) {

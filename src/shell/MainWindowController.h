@@ -8,7 +8,6 @@
 #include <QObject>
 #include <QPointer>
 
-#include <functional>
 #include <memory>
 
 QT_BEGIN_NAMESPACE
@@ -19,6 +18,7 @@ QT_END_NAMESPACE
 namespace korvale {
 
 class AboutPanel;
+class LinkOpener;
 class MainWindow;
 class Resources;
 class StatusItem;
@@ -33,10 +33,9 @@ struct MainWindowContext {
     const StatusLine& statusLine;
     IconDisplay& iconDisplay;
     TableControllers tables;
-    QMenu* statusMenu = nullptr;                       ///< offered by the window where no tray is
-    std::function<void()> parseTimerAggregatedMessage; ///< reads the agent's batch
-    std::function<void()> visitHome;                   ///< opens the home page
-    QString displayName;                               ///< of the program, for titles
+    LinkOpener& linkOpener;
+    QMenu* statusMenu = nullptr; ///< offered by the window where no tray is
+    QString displayName;         ///< of the program, for titles
     QString shortVersion;
     QString placementFile; ///< where the window's looks are remembered
 };
@@ -44,7 +43,7 @@ struct MainWindowContext {
 /// Keeps what the details window shows in step with the state. The window itself is built when it
 /// is first shown; until then, and without any user interface, only the state and the colour
 /// change. Main thread.
-class MainWindowController final : public QObject, public CounterDisplay {
+class MainWindowController final : public QObject, public CounterDisplay, public DeviceNameDisplay {
     Q_OBJECT
 
 public:
@@ -66,10 +65,18 @@ public:
     void updateCounters(TabIdentifier tab);
 
     /// Shows the device's present name.
-    void showDeviceName();
+    void showDeviceName() override;
+
+    /// The logo was clicked: opens the home page.
+    void visitHome();
 
     /// The window, nullptr until it is first shown.
     [[nodiscard]] MainWindow* window() const { return m_window.get(); }
+
+Q_SIGNALS:
+    /// The details window became the one that the person looks at: time to read the agent's batch.
+    /// After the toolkit's event, not inside it.
+    void becameMain();
 
 private:
     void buildWindow();

@@ -16,13 +16,8 @@ QString logLevelsName() {
 } // namespace
 
 StatusItemMenu::StatusItemMenu(AppState& state, HostCache& hostCache, StatusItem& statusItem,
-                               LinkOpener& linkOpener, StatusItemMenuActions actions,
-                               std::chrono::milliseconds longestInPanel)
-    : m_state(state),
-      m_hostCache(hostCache),
-      m_statusItem(statusItem),
-      m_linkOpener(linkOpener),
-      m_actions(std::move(actions)) {
+                               AgentCommands& commands, std::chrono::milliseconds longestInPanel)
+    : m_state(state), m_hostCache(hostCache), m_statusItem(statusItem), m_commands(commands) {
     m_openInPanel.setSingleShot(true);
     m_openInPanel.setInterval(longestInPanel);
     connect(&m_openInPanel, &QTimer::timeout, this, &StatusItemMenu::closed);
@@ -45,13 +40,13 @@ void StatusItemMenu::setupStatusItemAndMenu(StatusItemMenuMode mode) {
 }
 
 void StatusItemMenu::buildNormalMenu() {
-    addItem(m_menu, "ShowDetailsMenu", m_actions.showDetails);
+    addItem(m_menu, "ShowDetailsMenu", &StatusItemMenu::showDetails);
     m_menu.addSeparator();
-    addItem(m_menu, "CheckForUpdates", m_actions.checkUpdates);
+    addItem(m_menu, "CheckForUpdates", &AgentCommands::checkUpdates);
     if (m_state.allowCheckForPolicyUpdate) {
-        addItem(m_menu, "CM_CheckForPolicyUpdate", m_actions.checkPolicyUpdates);
+        addItem(m_menu, "CM_CheckForPolicyUpdate", &AgentCommands::checkPolicyUpdates);
     }
-    addItem(m_menu, "About", m_actions.aboutApp);
+    addItem(m_menu, "About", &StatusItemMenu::aboutApp);
     m_menu.addSeparator();
     m_showNotifications = addMarkedItem(m_menu, "CM_ShowNotifications");
     connect(m_showNotifications, &QAction::triggered, this,
@@ -62,13 +57,13 @@ void StatusItemMenu::buildNormalMenu() {
         addDetectionMenu();
     }
     m_menu.addSeparator();
-    addItem(m_menu, "Exit", m_actions.exitApp);
+    addItem(m_menu, "Exit", &StatusItemMenu::exitApp);
 }
 
 void StatusItemMenu::buildNoUIMenu() {
-    addItem(m_menu, "About", m_actions.aboutApp);
+    addItem(m_menu, "About", &StatusItemMenu::aboutApp);
     m_menu.addSeparator();
-    addItem(m_menu, "Exit", m_actions.exitApp);
+    addItem(m_menu, "Exit", &StatusItemMenu::exitApp);
 }
 
 void StatusItemMenu::addLoggingMenu() {
@@ -81,8 +76,8 @@ void StatusItemMenu::addLoggingMenu() {
         const auto index = static_cast<std::size_t>(position);
         m_logLevels[index] = addMarkedItem(*levels, keys[index]);
         connect(m_logLevels[index], &QAction::triggered, this, [this, position] {
-            m_actions.logging(position,
-                              [this](int previous, int level) { applyLogLevel(previous, level); });
+            m_commands.logging(position,
+                               [this](int previous, int level) { applyLogLevel(previous, level); });
         });
     }
     connect(levels, &QMenu::aboutToShow, this, [this, levels] { menuWillOpen(levels); });
@@ -92,18 +87,27 @@ void StatusItemMenu::addLoggingMenu() {
 
 void StatusItemMenu::addDetectionMenu() {
     auto* scans = new QMenu(&m_menu);
-    addItem(*scans, "TM_Background", m_actions.scanBackground);
-    addItem(*scans, "TM_Folder", m_actions.scanSpecificFolder);
-    addItem(*scans, "TM_Stop", m_actions.stopScan);
+    addItem(*scans, "TM_Background", &AgentCommands::scanBackground);
+    addItem(*scans, "TM_Folder", &StatusItemMenu::scanSpecificFolder);
+    addItem(*scans, "TM_Stop", &AgentCommands::stopScan);
     label(*scans->menuAction(), localizedText("TM_Detection"));
     m_menu.addMenu(scans);
 }
 
-void StatusItemMenu::addItem(QMenu& menu, const char* key, const std::function<void()>& action) {
+void StatusItemMenu::addItem(QMenu& menu, const char* key, void (StatusItemMenu::*chosen)()) {
+    connect(addPlainItem(menu, key), &QAction::triggered, this, chosen);
+}
+
+void StatusItemMenu::addItem(QMenu& menu, const char* key, void (AgentCommands::*command)()) {
+    connect(addPlainItem(menu, key), &QAction::triggered, this,
+            [this, command] { (m_commands.*command)(); });
+}
+
+QAction* StatusItemMenu::addPlainItem(QMenu& menu, const char* key) {
     auto* item = new QAction(&menu);
     label(*item, localizedText(key));
-    connect(item, &QAction::triggered, this, [action] { action(); });
     menu.addAction(item);
+    return item;
 }
 
 MarkedAction* StatusItemMenu::addMarkedItem(QMenu& menu, const char* key) {
@@ -166,8 +170,8 @@ void StatusItemMenu::menuWillOpen(QMenu* menu) {
                      [](const MarkedAction* level) { return level != nullptr && level->mark(); });
     const int position =
         checked == m_logLevels.end() ? -1 : static_cast<int>(checked - m_logLevels.begin());
-    m_actions.readLogLevel(position,
-                           [this](int previous, int level) { applyLogLevel(previous, level); });
+    m_commands.readLogLevel(position,
+                            [this](int previous, int level) { applyLogLevel(previous, level); });
 }
 
 void StatusItemMenu::applyLogLevel(int previous, int level) {
@@ -180,10 +184,6 @@ void StatusItemMenu::setLogLevelMark(int position, bool isOn) {
     if (position >= 0 && position < logLevelCount) {
         m_logLevels[static_cast<std::size_t>(position)]->setMark(isOn);
     }
-}
-
-void StatusItemMenu::logoBtnClicked() {
-    m_linkOpener.openLink(localizedText("Url"));
 }
 
 } // namespace korvale

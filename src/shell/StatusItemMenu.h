@@ -1,7 +1,8 @@
 #pragma once
 
+#include "core/base/AgentCommands.h"
 #include "core/base/AppState.h"
-#include "platform/LinkOpener.h"
+#include "core/base/Displays.h"
 #include "shell/MarkedAction.h"
 #include "shell/MenuLabel.h"
 
@@ -10,7 +11,6 @@
 
 #include <array>
 #include <chrono>
-#include <functional>
 #include <utility>
 #include <vector>
 
@@ -18,25 +18,6 @@ namespace korvale {
 
 class HostCache;
 class StatusItem;
-
-/// What the items of the status menu do outside the menu.
-struct StatusItemMenuActions {
-    /// Told that the agent's log level is `level`; `previous` is the position whose mark goes.
-    using LogLevelApplied = std::function<void(int previous, int level)>;
-
-    std::function<void()> showDetails;
-    std::function<void()> checkUpdates;
-    std::function<void()> checkPolicyUpdates;
-    std::function<void()> aboutApp;
-    std::function<void()> scanBackground;
-    std::function<void()> scanSpecificFolder;
-    std::function<void()> stopScan;
-    std::function<void()> exitApp; ///< logs and asks the application to terminate
-    /// Asks the agent for its log level; calls back, later, when it is not `checkedPosition`.
-    std::function<void(int checkedPosition, LogLevelApplied applied)> readLogLevel;
-    /// Asks the agent to take the log level `position`; calls back, later, once it agreed.
-    std::function<void(int position, LogLevelApplied applied)> logging;
-};
 
 /// In which form the menu is built.
 struct StatusItemMenuMode {
@@ -47,14 +28,14 @@ struct StatusItemMenuMode {
 /// The program's only menu, behind the status item and, on a desktop without a tray, behind a
 /// button of the details window. Items stay enabled and have no shortcuts; check marks are the
 /// program's alone. Main thread.
-class StatusItemMenu : public QObject {
+class StatusItemMenu : public QObject, public NotificationMark {
     Q_OBJECT
 
 public:
     /// Some panels tell that they open the menu and never that it closed: `longestInPanel` after
     /// the one they are taken for having told the other.
     StatusItemMenu(AppState& state, HostCache& hostCache, StatusItem& statusItem,
-                   LinkOpener& linkOpener, StatusItemMenuActions actions,
+                   AgentCommands& commands,
                    std::chrono::milliseconds longestInPanel = std::chrono::seconds(5));
 
     /// Once, at launch: builds the menu, creates the status item and gives it its first colour
@@ -65,15 +46,20 @@ public:
     [[nodiscard]] bool isNoUI() const { return m_mode.noUI; }
 
     /// The mark of "CM_ShowNotifications"; does nothing in no-UI mode.
-    void setShowNotificationsMark(bool isOn);
+    void setShowNotificationsMark(bool isOn) override;
 
     void showNotificationsClick();
     void menuWillOpen(QMenu* menu);
-    void logoBtnClicked();
-    void visitHome() { logoBtnClicked(); }
 
     /// Labels are written for whoever draws the menu.
     void setRenderer(MenuRenderer renderer);
+
+Q_SIGNALS:
+    // The items that are no business of the agent's, when chosen.
+    void showDetails();
+    void aboutApp();
+    void scanSpecificFolder();
+    void exitApp();
 
 private:
     static constexpr int logLevelCount = 4;
@@ -82,7 +68,9 @@ private:
     void buildNoUIMenu();
     void addLoggingMenu();
     void addDetectionMenu();
-    void addItem(QMenu& menu, const char* key, const std::function<void()>& action);
+    void addItem(QMenu& menu, const char* key, void (StatusItemMenu::*chosen)());
+    void addItem(QMenu& menu, const char* key, void (AgentCommands::*command)());
+    QAction* addPlainItem(QMenu& menu, const char* key);
     MarkedAction* addMarkedItem(QMenu& menu, const char* key);
     void label(QAction& action, const QString& text);
     void opened();
@@ -94,8 +82,7 @@ private:
     AppState& m_state;
     HostCache& m_hostCache;
     StatusItem& m_statusItem;
-    LinkOpener& m_linkOpener;
-    StatusItemMenuActions m_actions;
+    AgentCommands& m_commands;
     StatusItemMenuMode m_mode;
     MenuRenderer m_renderer = MenuRenderer::Toolkit;
     MarkedMenu m_menu;

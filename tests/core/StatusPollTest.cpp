@@ -21,6 +21,20 @@ namespace {
 
 const QDate today(2024, 5, 17);
 
+/// Writes down the device names shown and the marks set.
+class RecordingMarks final : public DeviceNameDisplay, public NotificationMark {
+public:
+    explicit RecordingMarks(const AppState& state) : m_state(state) {}
+    void showDeviceName() override { deviceNames << m_state.customName; }
+    void setShowNotificationsMark(bool isOn) override { checks.push_back(isOn); }
+
+    QStringList deviceNames;
+    std::vector<bool> checks;
+
+private:
+    const AppState& m_state;
+};
+
 class StatusPollTest : public testing::Test {
 protected:
     StatusPollTest() {
@@ -69,12 +83,11 @@ protected:
     fakes::FakeRequestChannel channel;
     fakes::RecordingDisplays displays{state};
     ServiceCommands service{state, channel, displays, displays};
-    QStringList deviceNames;
-    std::vector<bool> checks;
+    RecordingMarks marks{state};
+    QStringList& deviceNames = marks.deviceNames;
+    std::vector<bool>& checks = marks.checks;
     StatusPoll poll{state,
-                    {clock, hostCache, service, displays,
-                     [this](const QString& name) { deviceNames << name; },
-                     [this](bool checked) { checks.push_back(checked); }},
+                    {clock, hostCache, service, displays, marks, marks},
                     UpdaterStatusFolder(folder.path())};
 };
 

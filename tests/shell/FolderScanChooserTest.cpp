@@ -1,5 +1,6 @@
 #include "shell/FolderScanChooser.h"
 
+#include "fakes/RecordingAgentCommands.h"
 #include "fakes/RecordingLogSink.h"
 
 #include <QApplication>
@@ -30,7 +31,8 @@ protected:
     }
 
     QStringList forwarded;
-    FolderScanChooser chooser{[this](const QString& folder) { forwarded << folder; }};
+    fakes::RecordingAgentCommands commands{forwarded};
+    FolderScanChooser chooser{commands};
 };
 
 TEST_F(FolderScanChooserTest, LetsOneFolderBeChosenWithoutHoldingUpAnything) {
@@ -49,7 +51,7 @@ TEST_F(FolderScanChooserTest, TheChosenFolderIsForwardedUnchanged) {
     dialog.setDirectory(parent.path());
     dialog.selectFile(folder);
     static_cast<QDialog&>(dialog).done(QDialog::Accepted);
-    EXPECT_EQ(forwarded, QStringList(folder));
+    EXPECT_EQ(forwarded, QStringList(QStringLiteral("forwardFolderScan ") + folder));
 }
 
 TEST_F(FolderScanChooserTest, CancellingForwardsNothing) {

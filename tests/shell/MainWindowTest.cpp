@@ -1,3 +1,4 @@
+#include "fakes/FakeTexts.h"
 #include "fakes/RecordingRowBatch.h"
 #include "shell/WindowFixture.h"
 #include "tables/CustHeaderView.h"
@@ -143,13 +144,21 @@ TEST_F(MainWindowTest, F10OpensTheMenuWhereThereIsNoTray) {
 }
 
 TEST_F(MainWindowTest, AClickOrAKeyOnTheLogoVisitsTheHomePage) {
+    const QString home = QStringLiteral("https://korvale.example/");
+    const FakeTexts texts{{"Url", home}};
     shownWindow();
     auto& logo = part<QWidget>("logoImage");
     QTest::mouseClick(&logo, Qt::LeftButton);
-    EXPECT_EQ(homeVisits, 1);
+    EXPECT_EQ(links.opened, QStringList(home));
     logo.setFocus();
     QTest::keyClick(&logo, Qt::Key_Space);
-    EXPECT_EQ(homeVisits, 2);
+    EXPECT_EQ(links.opened, QStringList({home, home}));
+}
+
+TEST_F(MainWindowTest, AnInvalidHomePageOpensNothing) {
+    const FakeTexts texts{{"Url", QStringLiteral("file:///etc/passwd")}};
+    controller().visitHome();
+    EXPECT_TRUE(links.opened.isEmpty());
 }
 
 TEST_F(MainWindowTest, TheLogoShowsThatItHasTheFocus) {

@@ -3,7 +3,7 @@
 #include "fakes/FakeAppearance.h"
 #include "fakes/FakeTexts.h"
 #include "fakes/MemoryUserDefaults.h"
-#include "fakes/RecordingLinkOpener.h"
+#include "fakes/RecordingAgentCommands.h"
 #include "fakes/WaitUntil.h"
 #include "model/HostCache.h"
 #include "shell/Resources.h"
@@ -16,34 +16,22 @@ namespace {
 
 using namespace std::chrono_literals;
 
-using LogLevelApplied = StatusItemMenuActions::LogLevelApplied;
-
 class StatusItemMenuTest : public testing::Test {
 protected:
-    void SetUp() override { resources.initialize(); }
+    void SetUp() override {
+        resources.initialize();
+        record(menu);
+    }
 
-    StatusItemMenuActions recordingActions() {
-        const auto record = [this](const char* name) {
+    /// Writes down what the menu asks of others than the agent.
+    void record(const StatusItemMenu& asking) {
+        const auto say = [this](const char* name) {
             return [this, name] { done << QString::fromLatin1(name); };
         };
-        return {.showDetails = record("showDetails"),
-                .checkUpdates = record("checkUpdates"),
-                .checkPolicyUpdates = record("checkPolicyUpdates"),
-                .aboutApp = record("aboutApp"),
-                .scanBackground = record("scanBackground"),
-                .scanSpecificFolder = record("scanSpecificFolder"),
-                .stopScan = record("stopScan"),
-                .exitApp = record("exitApp"),
-                .readLogLevel =
-                    [this](int checked, LogLevelApplied applied) {
-                        done << QStringLiteral("readLogLevel %1").arg(checked);
-                        answer = std::move(applied);
-                    },
-                .logging =
-                    [this](int position, LogLevelApplied applied) {
-                        done << QStringLiteral("logging %1").arg(position);
-                        answer = std::move(applied);
-                    }};
+        QObject::connect(&asking, &StatusItemMenu::showDetails, say("showDetails"));
+        QObject::connect(&asking, &StatusItemMenu::aboutApp, say("aboutApp"));
+        QObject::connect(&asking, &StatusItemMenu::scanSpecificFolder, say("scanSpecificFolder"));
+        QObject::connect(&asking, &StatusItemMenu::exitApp, say("exitApp"));
     }
 
     /// One line per item; "-" for a separator, "[x] " in front of a checked item, the items of a
@@ -94,10 +82,9 @@ protected:
     StatusItem statusItem{state, resources};
     fakes::MemoryUserDefaults defaults;
     HostCache hostCache{defaults, QStringLiteral("/nonexistent")};
-    fakes::RecordingLinkOpener links;
     QStringList done;
-    LogLevelApplied answer;
-    StatusItemMenu menu{state, hostCache, statusItem, links, recordingActions()};
+    fakes::RecordingAgentCommands commands{done};
+    StatusItemMenu menu{state, hostCache, statusItem, commands};
 };
 
 TEST_F(StatusItemMenuTest, TheNormalFormHasTheUsersItems) {
@@ -214,7 +201,7 @@ TEST_F(StatusItemMenuTest, ThePolicyMovesTheMark) {
 TEST_F(StatusItemMenuTest, EachOpeningOfTheLogLevelsAsksTheAgent) {
     menu.setupStatusItemAndMenu({.advanced = true});
     openLogLevels();
-    answer(-1, 2);
+    commands.answer(-1, 2);
     openLogLevels();
     openLogLevels();
     EXPECT_EQ(done,
@@ -233,11 +220,11 @@ TEST_F(StatusItemMenuTest, OtherMenusAskNothing) {
 TEST_F(StatusItemMenuTest, TheAgentsLevelMovesTheOnlyMark) {
     menu.setupStatusItemAndMenu({.advanced = true});
     openLogLevels();
-    answer(-1, 0);
+    commands.answer(-1, 0);
     EXPECT_EQ(itemsOf(logLevels()).join(u' '),
               QStringLiteral("[x] TM_Error TM_Warning TM_Information TM_All"));
     openLogLevels();
-    answer(0, 2);
+    commands.answer(0, 2);
     EXPECT_EQ(itemsOf(logLevels()).join(u' '),
               QStringLiteral("TM_Error TM_Warning [x] TM_Information TM_All"));
 }
@@ -245,13 +232,13 @@ TEST_F(StatusItemMenuTest, TheAgentsLevelMovesTheOnlyMark) {
 TEST_F(StatusItemMenuTest, ALevelWithoutAnItemChecksNone) {
     menu.setupStatusItemAndMenu({.advanced = true});
     openLogLevels();
-    answer(-1, 1);
+    commands.answer(-1, 1);
     for (const int level : {4, -5, 2147483647}) {
-        answer(1, level);
+        commands.answer(1, level);
         EXPECT_EQ(itemsOf(logLevels()).join(u' '),
                   QStringLiteral("TM_Error TM_Warning TM_Information TM_All"));
     }
-    answer(2147483647, 3);
+    commands.answer(2147483647, 3);
     EXPECT_TRUE(item("TM_All").isChecked());
 }
 
@@ -260,7 +247,7 @@ TEST_F(StatusItemMenuTest, AChosenLevelIsCheckedOnlyOnceTheAgentAgreed) {
     click("TM_Information");
     EXPECT_EQ(done, QStringList(QStringLiteral("logging 2")));
     EXPECT_FALSE(item("TM_Information").isChecked());
-    answer(-1, 2);
+    commands.answer(-1, 2);
     EXPECT_TRUE(item("TM_Information").isChecked());
     click("TM_Information");
     EXPECT_TRUE(item("TM_Information").isChecked()) << "a click never takes the mark away";
@@ -286,7 +273,7 @@ TEST_F(StatusItemMenuTest, AChosenItemClosesTheMenuOfAPanelThatDoesNotSaySo) {
 }
 
 TEST_F(StatusItemMenuTest, AMenuThatAPanelLeavesWithoutAWordIsClosedAfterAWhile) {
-    StatusItemMenu brief{state, hostCache, statusItem, links, recordingActions(), 1ms};
+    StatusItemMenu brief{state, hostCache, statusItem, commands, 1ms};
     brief.setupStatusItemAndMenu({});
     brief.setRenderer(MenuRenderer::Panel);
     Q_EMIT brief.menu()->aboutToShow();
@@ -306,20 +293,6 @@ TEST_F(StatusItemMenuTest, LabelsAreWrittenForWhoeverDrawsThem) {
     menu.setRenderer(MenuRenderer::Toolkit);
     EXPECT_NE(find(*menu.menu(), QStringLiteral("A && B")), nullptr);
     EXPECT_NE(find(*menu.menu(), QStringLiteral("TM_Logging")), nullptr);
-}
-
-TEST_F(StatusItemMenuTest, TheLogoOpensTheHomePage) {
-    const FakeTexts texts{{"Url", QStringLiteral("https://korvale.example/")}};
-    menu.logoBtnClicked();
-    menu.visitHome();
-    EXPECT_EQ(links.opened, QStringList({QStringLiteral("https://korvale.example/"),
-                                         QStringLiteral("https://korvale.example/")}));
-}
-
-TEST_F(StatusItemMenuTest, AnInvalidHomePageOpensNothing) {
-    const FakeTexts texts{{"Url", QStringLiteral("file:///etc/passwd")}};
-    menu.logoBtnClicked();
-    EXPECT_TRUE(links.opened.isEmpty());
 }
 
 } // namespace

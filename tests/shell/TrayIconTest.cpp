@@ -4,7 +4,7 @@
 #include "fakes/FakeBusService.h"
 #include "fakes/FakeTexts.h"
 #include "fakes/MemoryUserDefaults.h"
-#include "fakes/RecordingLinkOpener.h"
+#include "fakes/RecordingAgentCommands.h"
 #include "fakes/WaitUntil.h"
 #include "model/HostCache.h"
 #include "shell/Resources.h"
@@ -58,8 +58,9 @@ protected:
     StatusItem statusItem{state, resources};
     fakes::MemoryUserDefaults defaults;
     HostCache hostCache{defaults, QStringLiteral("/nonexistent")};
-    fakes::RecordingLinkOpener links;
-    StatusItemMenu menu{state, hostCache, statusItem, links, {}};
+    QStringList done;
+    fakes::RecordingAgentCommands commands{done};
+    StatusItemMenu menu{state, hostCache, statusItem, commands};
     TrayIcon icon{statusItem, menu, [this] { return askX11(); }, 1ms, 1ms};
     TrayIcon patientIcon{statusItem, menu, [this] { return askX11(); }, 1h, 1h};
 };

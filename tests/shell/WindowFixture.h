@@ -26,6 +26,8 @@ protected:
         m_controller.reset();
         m_controller = std::make_unique<MainWindowController>(
             context(m_folder.filePath(QStringLiteral("window.json"))));
+        QObject::connect(m_controller.get(), &MainWindowController::becameMain,
+                         [this] { ++batchesRead; });
     }
 
     MainWindowController& controller() { return *m_controller; }

@@ -2,6 +2,7 @@
 
 #include "core/base/AppState.h"
 #include "fakes/FakeAppearance.h"
+#include "fakes/RecordingLinkOpener.h"
 #include "platform/Clock.h"
 #include "shell/MainWindowController.h"
 #include "shell/Resources.h"
@@ -31,7 +32,7 @@ struct WindowParts {
     ExternalDevicesTable externalDevices{selections};
     QMenu statusMenu;
     int batchesRead = 0;
-    int homeVisits = 0;
+    fakes::RecordingLinkOpener links;
 
     [[nodiscard]] MainWindowContext context(const QString& placementFile) {
         return {.state = state,
@@ -40,9 +41,8 @@ struct WindowParts {
                 .statusLine = statusLine,
                 .iconDisplay = statusItem,
                 .tables = {fileThreats, processThreats, events, externalDevices},
+                .linkOpener = links,
                 .statusMenu = &statusMenu,
-                .parseTimerAggregatedMessage = [this] { ++batchesRead; },
-                .visitHome = [this] { ++homeVisits; },
                 .displayName = QStringLiteral("KorvaleUI"),
                 .shortVersion = QStringLiteral("1.0.0"),
                 .placementFile = placementFile};

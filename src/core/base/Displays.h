@@ -29,6 +29,21 @@ public:
     virtual void updateDisplay() = 0;
 };
 
+/// The device's name, where it is shown.
+class DeviceNameDisplay {
+public:
+    virtual ~DeviceNameDisplay() = default;
+    /// Shows the present `customName` of the state.
+    virtual void showDeviceName() = 0;
+};
+
+/// The check mark of the menu's "CM_ShowNotifications".
+class NotificationMark {
+public:
+    virtual ~NotificationMark() = default;
+    virtual void setShowNotificationsMark(bool isOn) = 0;
+};
+
 /// Index of no picture: the notification has none.
 inline constexpr int noImage = -1;
 /// Index of the picture beside news of threats and exploits.
