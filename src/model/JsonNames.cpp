@@ -1,75 +1,85 @@
 #include "model/JsonNames.h"
 
 #include "model/FastHash.h"
+#include "model/IndexTable.h"
 
-#include <bit>
+#include <array>
 #include <utility>
+#include <vector>
 
 namespace korvale {
 
 namespace {
 
 /// Up to here comparing each with each is cheaper than hashing.
-constexpr std::size_t fewNames = 8;
-/// How far ahead of its use a slot of a large table is fetched from memory.
+constexpr std::uint32_t fewNames = 8;
+/// How far ahead of its use an entry of a large table is fetched from memory.
 constexpr std::size_t fetchAhead = 16;
 
-std::uint32_t supersedeFew(JsonDocument& document, std::span<const std::uint32_t> names) {
-    auto left = static_cast<std::uint32_t>(names.size());
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        JsonNode& earlier = document.nodes[names[i]];
-        for (std::size_t j = i + 1; j < names.size(); ++j) {
-            const JsonNode later = document.nodes[names[j]];
-            if (earlier.extent == later.extent && document.view(earlier) == document.view(later)) {
-                earlier.superseded = 1;
-                --left;
-                break;
-            }
+/// Calls `visit` with the node index of each name.
+template <typename Visit>
+void forEachName(const JsonDocument& document, std::uint32_t object, Visit visit) {
+    const std::uint32_t end = document.nodes[object].extent;
+    for (std::uint32_t name = object + 1; name < end; name = document.behind(name + 1)) {
+        visit(name);
+    }
+}
+
+std::uint32_t supersedeFew(JsonDocument& document, std::uint32_t object) {
+    std::array<std::uint32_t, fewNames> kept{};
+    std::uint32_t count = 0;
+    forEachName(document, object, [&](std::uint32_t name) {
+        const JsonNode later = document.nodes[name];
+        std::uint32_t same = 0;
+        while (same < count && document.view(document.nodes[kept[same]]) != document.view(later)) {
+            ++same;
         }
+        if (same < count) {
+            document.nodes[kept[same]].superseded = 1;
+        } else {
+            ++count;
+        }
+        kept[same] = name;
+    });
+    return count;
+}
+
+std::uint32_t supersedeMany(JsonDocument& document, std::uint32_t object) {
+    const std::uint64_t seed = hashSeed();
+    std::vector<std::uint64_t> hashes;
+    hashes.reserve(document.nodes[object].offset);
+    forEachName(document, object, [&](std::uint32_t name) {
+        hashes.push_back(fastHash(document.view(document.nodes[name]), seed));
+    });
+    IndexTable table(hashes.size());
+    std::uint32_t left = 0;
+    std::size_t position = 0;
+    forEachName(document, object, [&](std::uint32_t name) {
+        if (position + fetchAhead < hashes.size()) {
+            table.prefetch(hashes[position + fetchAhead]);
+        }
+        const std::string_view text = document.view(document.nodes[name]);
+        IndexTable::Entry& entry = table.at(hashes[position++], [&](std::uint32_t other) {
+            return document.view(document.nodes[other]) == text;
+        });
+        if (entry.isNew()) {
+            ++left;
+        } else {
+            document.nodes[entry.index()].superseded = 1;
+        }
+        entry.setIndex(name);
+    });
+    if (object == 0) {
+        document.nameHashes = std::move(hashes);
     }
     return left;
 }
 
 } // namespace
 
-std::uint32_t JsonNames::supersede(JsonDocument& document, std::span<const std::uint32_t> names) {
-    return names.size() <= fewNames ? supersedeFew(document, names)
-                                    : supersedeMany(document, names);
-}
-
-std::uint32_t JsonNames::supersedeMany(JsonDocument& document,
-                                       std::span<const std::uint32_t> names) {
-    const std::uint64_t seed = hashSeed();
-    m_hashes.clear();
-    m_hashes.reserve(names.size());
-    for (const std::uint32_t name : names) {
-        m_hashes.push_back(fastHash(document.view(document.nodes[name]), seed));
-    }
-    // A slot holds the position of a name plus one. Half of them stay empty, so probes stay short.
-    m_slots.assign(std::bit_ceil(names.size() * 2), 0);
-    const std::size_t mask = m_slots.size() - 1;
-    auto left = static_cast<std::uint32_t>(names.size());
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (i + fetchAhead < names.size()) {
-            __builtin_prefetch(&m_slots[m_hashes[i + fetchAhead] & mask], 1);
-        }
-        std::size_t slot = m_hashes[i] & mask;
-        for (; m_slots[slot] != 0; slot = (slot + 1) & mask) {
-            const std::size_t other = m_slots[slot] - 1;
-            JsonNode& earlier = document.nodes[names[other]];
-            if (m_hashes[other] == m_hashes[i] &&
-                document.view(earlier) == document.view(document.nodes[names[i]])) {
-                earlier.superseded = 1;
-                --left;
-                break;
-            }
-        }
-        m_slots[slot] = static_cast<std::uint32_t>(i + 1);
-    }
-    if (names.front() == 1) {
-        document.nameHashes = std::move(m_hashes);
-    }
-    return left;
+std::uint32_t supersedeNames(JsonDocument& document, std::uint32_t object) {
+    return document.nodes[object].offset <= fewNames ? supersedeFew(document, object)
+                                                     : supersedeMany(document, object);
 }
 
 } // namespace korvale

@@ -5,7 +5,7 @@
 
 #include <cstring>
 #include <simdjson.h>
-#include <vector>
+#include <span>
 
 namespace korvale {
 
@@ -62,16 +62,13 @@ const char* skipNumber(const char* at) {
 /// that strings are closed and that they hold no control characters.
 class Grammar {
 public:
-    Grammar(char* bytes, std::span<const std::uint32_t> places, JsonDocument& document,
-            std::vector<std::uint32_t>& names, JsonNames& duplicates)
+    Grammar(char* bytes, std::span<const std::uint32_t> places, JsonDocument& document)
         : m_bytes(bytes),
           m_place(places.data()),
           m_end(places.data() + places.size()),
           m_document(document),
           m_first(document.nodes.get()),
           m_next(m_first),
-          m_names(names),
-          m_duplicates(duplicates),
           m_backslash(nextBackslash(0)) {}
 
     bool document() { return (peek() == '{' || peek() == '[') && value(1) && m_place == m_end; }
@@ -121,7 +118,7 @@ private:
     bool object(std::size_t depth) {
         ++m_place;
         const std::uint32_t self = count();
-        const std::size_t firstName = m_names.size();
+        std::uint32_t size = 0;
         add(JsonKind::Object, 0, 0);
         if (peek() == '}') {
             ++m_place;
@@ -133,7 +130,6 @@ private:
         bool repeated = false;
         do {
             const std::uint32_t name = count();
-            m_names.push_back(name);
             if (peek() != '"' || !text() || m_bytes[*m_place++] != ':') {
                 return false;
             }
@@ -143,16 +139,14 @@ private:
             if (!value(depth + 1)) {
                 return false;
             }
+            ++size;
             separator = m_bytes[*m_place++];
         } while (separator == ',');
-        if (separator != '}') {
-            return false;
+        close(self, size);
+        if (repeated && separator == '}') {
+            m_first[self].offset = supersedeNames(m_document, self) & 0x0FFFFFFFU;
         }
-        const auto names = std::span<const std::uint32_t>(m_names).subspan(firstName);
-        close(self, repeated ? m_duplicates.supersede(m_document, names)
-                             : static_cast<std::uint32_t>(names.size()));
-        m_names.resize(firstName);
-        return true;
+        return separator == '}';
     }
 
     bool list(std::size_t depth) {
@@ -180,12 +174,11 @@ private:
 
     /// One of 64 bits: names with different bits differ, so that few objects need a closer look.
     [[nodiscard]] std::uint64_t markOf(JsonNode name) const {
-        // A short name's escapes leave bytes behind it that are no part of it.
-        const std::uint32_t middle = name.extent / 2;
-        const auto byte = [&](std::uint32_t at) {
-            return static_cast<unsigned char>(m_bytes[name.offset + at]);
-        };
-        const auto sum = name.extent == 0 ? 0U : name.extent + 7U * byte(0) + byte(middle);
+        // Of what is behind a name nothing may count: resolved escapes leave bytes there. Behind an
+        // empty one, which had no escapes, there is always its quote.
+        const char* text = m_bytes + name.offset;
+        const auto sum = name.extent + 7U * static_cast<unsigned char>(text[0]) +
+                         static_cast<unsigned char>(text[name.extent / 2]);
         return std::uint64_t{1} << (sum & 63U);
     }
 
@@ -251,9 +244,7 @@ private:
     const std::uint32_t* m_end; ///< holds the text's size, where m_bytes has a NUL
     JsonDocument& m_document;
     JsonNode* m_first;
-    JsonNode* m_next;                    ///< behind the last node so far
-    std::vector<std::uint32_t>& m_names; ///< nodes of the names of all open objects
-    JsonNames& m_duplicates;
+    JsonNode* m_next;        ///< behind the last node so far
     std::size_t m_backslash; ///< the first one that was not resolved yet
 };
 
@@ -261,8 +252,6 @@ private:
 
 struct JsonParser::Workspace {
     std::unique_ptr<simdjson::internal::dom_parser_implementation> scanner;
-    std::vector<std::uint32_t> names;
-    JsonNames duplicates;
 
     /// simdjson needs one place for each byte at worst; untouched ones cost no memory.
     bool makeRoom(std::size_t size) {
@@ -303,13 +292,11 @@ std::shared_ptr<const JsonDocument> JsonParser::parse(std::shared_ptr<char[]> by
         document = std::make_shared<JsonDocument>();
         // Each node takes a place of its own and all but the first a separator or bracket.
         document->nodes = std::make_unique_for_overwrite<JsonNode[]>(places.size() + 1);
-        Grammar grammar(bytes.get(), places, *document, m_workspace->names,
-                        m_workspace->duplicates);
+        Grammar grammar(bytes.get(), places, *document);
         document->bytes = bytes;
         if (!grammar.document()) {
             document.reset();
         }
-        m_workspace->names.clear();
     }
     if (size > keptTextSize) {
         m_workspace.reset();
