@@ -6,6 +6,8 @@
 #include "model/JsonFingerprint.h"
 #include "model/JsonValue.h"
 #include "model/Paths.h"
+#include "model/StateVocabulary.h"
+#include "platform/Texts.h"
 
 #include <QStringList>
 
@@ -52,6 +54,10 @@ public:
 
 private:
     std::string path(std::size_t records) {
+        static const char* const shorts[] = {"", "a", "/", "é", "\\", "\x01", "\uFFFD", "x/"};
+        if (below(m_numbers, 6) == 0) {
+            return pick(m_numbers, shorts);
+        }
         static const char* const parts[] = {"/home/ü", "/TMP", "/a b", "/日本", "/\"q\"",
                                             "/x\ny",   "/",    "/\\",  "",      "/😀"};
         std::string result;
@@ -85,12 +91,30 @@ private:
                                              "123456789012345678901234567890",
                                              "\"\\u0000\"",
                                              "null",
-                                             "0.1e-5"};
-        static const char* const ids[] = {"12", "2", "abc", "", "1", "ä", "0f0f0f0f0f0f0f0f0f0f0f"};
+                                             "0.1e-5",
+                                             "12",
+                                             "2.0",
+                                             "1e1",
+                                             "12345678901234567890123",
+                                             "1.25e3",
+                                             "-0.333",
+                                             "true",
+                                             "false",
+                                             "[[[[[[[[\"\\ud800\"]]]]]]]]"};
+        static const char* const ids[] = {"12",
+                                          "2",
+                                          "abc",
+                                          "",
+                                          "1",
+                                          "ä",
+                                          "0f0f0f0f0f0f0f0f0f0f0f",
+                                          "18446744073709551628",
+                                          "36893488147419103244"};
         switch (below(m_numbers, 4)) {
         case 0:
             return text("ID") + ":" +
-                   (below(m_numbers, 8) == 0 ? "null" : text(pick(m_numbers, ids)));
+                   (below(m_numbers, 3) == 0 ? pick(m_numbers, values)
+                                             : text(pick(m_numbers, ids)));
         case 1:
             return text("Score") + ":" + pick(m_numbers, values);
         default:
@@ -106,14 +130,18 @@ private:
     /// The text as a JSON string, some of its characters escaped without need.
     std::string text(const std::string& utf8) {
         std::string out = "\"";
-        for (const char c : utf8) {
-            const auto byte = static_cast<unsigned char>(c);
-            const bool ascii = byte < 0x80;
-            if (c == '"' || c == '\\' || byte < 0x20 || (ascii && below(m_numbers, 20) == 0)) {
-                static const char* const digits = "0123456789abcdef";
-                out.append("\\u00").append(1, digits[byte >> 4]).append(1, digits[byte & 15U]);
+        for (const char16_t unit : QString::fromStdString(utf8).toStdU16String()) {
+            const bool must = unit == u'"' || unit == u'\\' || unit < 0x20;
+            if (unit == u'/' && below(m_numbers, 8) == 0) {
+                out += "\\/";
+            } else if (unit == 0xFFFD && below(m_numbers, 2) == 0) {
+                out += "\\uDCE9"; // half a pair reads as that character
+            } else if (must || QChar::isSurrogate(unit) || below(m_numbers, 12) == 0) {
+                const QString code = QString::number(unit, 16).rightJustified(4, QLatin1Char('0'));
+                out.append("\\u").append(
+                    (below(m_numbers, 2) == 0 ? code : code.toUpper()).toStdString());
             } else {
-                out += c;
+                out += QString(QChar(unit)).toStdString();
             }
         }
         return out + "\"";
@@ -148,9 +176,16 @@ void expectSameThreats(const FileThreatGroups& fast, const PlainThreats& plain) 
         EXPECT_EQ(fast.rows->text(i, RowKey::FileToolTip), paths.join(QStringLiteral("\n\n")));
         EXPECT_EQ(fast.rows->text(i, RowKey::File), nameOf(row.paths.front()));
         EXPECT_EQ(fast.rows->text(i, RowKey::Found), QString::number(row.paths.size()));
-        EXPECT_EQ(std::to_string(row.state) +
-                      fast.rows->text(i, RowKey::Id).value_or(QString()).toStdString(),
-                  row.key);
+        const auto text = [&](RowKey key) {
+            const auto found = fast.rows->text(i, key);
+            return found ? std::optional(found->toStdString()) : std::nullopt;
+        };
+        EXPECT_EQ(text(RowKey::Category), stateStringFromValue(row.state).toStdString());
+        EXPECT_EQ(text(RowKey::Id), row.id);
+        EXPECT_EQ(text(RowKey::IdToolTip), row.id);
+        EXPECT_EQ(text(RowKey::Score), row.score);
+        EXPECT_EQ(text(RowKey::CategoryToolTip), localizedText("CategoryTooltip").toStdString());
+        EXPECT_EQ(text(RowKey::FoundToolTip), localizedText("FoundTooltip").toStdString());
     }
 }
 

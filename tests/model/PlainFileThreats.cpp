@@ -34,6 +34,10 @@ void count(FileThreatTally& tally, unsigned state) {
     }
 }
 
+std::optional<std::string> shown(const PlainJson* value) {
+    return value ? std::optional(value->shown()) : std::nullopt;
+}
+
 } // namespace
 
 PlainThreats plainFileThreats(const PlainJson& list) {
@@ -47,12 +51,12 @@ PlainThreats plainFileThreats(const PlainJson& list) {
         if ((state & 3U) != 0) {
             ((state & 1U) != 0 ? result.lastUnsafePath : result.lastAbnormalPath) = path;
         }
-        const PlainJson* id = record.find("ID");
-        const std::string key = std::to_string(state) + (id ? id->text : std::string());
+        const auto id = shown(record.find("ID"));
+        const std::string key = std::to_string(state) + id.value_or("");
         auto row = std::find_if(result.rows.begin(), result.rows.end(),
                                 [&](const PlainThreatRow& r) { return r.key == key; });
         if (row == result.rows.end()) {
-            row = result.rows.insert(row, {key, {}, state});
+            row = result.rows.insert(row, {key, {}, state, id, shown(record.find("Score"))});
         }
         row->paths.push_back(path);
     }

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace korvale {
@@ -13,6 +15,8 @@ struct PlainThreatRow {
     std::string key;
     std::vector<std::string> paths;
     unsigned state = 0;
+    std::optional<std::string> id; ///< as shown
+    std::optional<std::string> score;
 };
 
 struct PlainThreats {
@@ -22,8 +26,7 @@ struct PlainThreats {
     std::string lastAbnormalPath;
 };
 
-/// Grouping the plain way, for lists whose states are integers below 2^31 or no numbers, and whose
-/// identifiers are texts or missing.
+/// Grouping the plain way, for lists whose states are numbers below 2^31 or no numbers.
 [[nodiscard]] PlainThreats plainFileThreats(const PlainJson& list);
 
 } // namespace korvale

@@ -4,6 +4,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
 
 namespace korvale {
 namespace {
@@ -83,7 +87,9 @@ private:
             break;
         default:
             value.kind = PlainJson::Kind::Number;
+            value.spelling = m_text.substr(m_at);
             value.text = number();
+            value.spelling.resize(value.spelling.size() - (m_text.size() - m_at));
         }
         skipBlanks();
         return value;
@@ -250,8 +256,52 @@ private:
     std::size_t m_at = 0;
 };
 
-std::string quoted(std::string_view text) {
+std::string withLength(std::string_view text) {
     return std::to_string(text.size()).append(":").append(text);
+}
+
+std::string quoted(const std::string& text) {
+    static const std::map<char, std::string> escapes = {
+        {'"', "\\\""}, {'\\', "\\\\"}, {'\b', "\\b"}, {'\f', "\\f"},
+        {'\n', "\\n"}, {'\r', "\\r"},  {'\t', "\\t"}};
+    std::string result;
+    for (const char c : text) {
+        const auto escape = escapes.find(c);
+        if (escape != escapes.end()) {
+            result += escape->second;
+        } else if (c >= 0 && c < 0x20) {
+            char code[7];
+            std::snprintf(code, sizeof code, "\\u%04x", static_cast<unsigned>(c));
+            result += code;
+        } else {
+            result += c;
+        }
+    }
+    return "\"" + result + "\"";
+}
+
+/// The fewest digits that read back as the same double; integers written out.
+std::string shownNumber(const PlainJson& number) {
+    if (number.text == "0" || number.spelling.find_first_of(".eE") == std::string::npos) {
+        return number.text == "0" ? "0" : number.spelling;
+    }
+    const double value = std::strtod(number.spelling.c_str(), nullptr);
+    const bool underflow = value == 0;
+    if (std::isinf(value) || underflow) {
+        return number.spelling;
+    }
+    char text[40];
+    if (std::fabs(value) < 1e16 && value == std::floor(value)) {
+        std::snprintf(text, sizeof text, "%.0f", value);
+        return text;
+    }
+    for (int digits = 1; digits <= 17; ++digits) {
+        std::snprintf(text, sizeof text, "%.*g", digits, value);
+        if (std::strtod(text, nullptr) == value) {
+            break;
+        }
+    }
+    return text;
 }
 
 } // namespace
@@ -267,19 +317,63 @@ const PlainJson* PlainJson::find(std::string_view name) const {
 
 std::string PlainJson::canonical() const {
     std::string result(1, "nftN\"[{"[static_cast<int>(kind)]);
-    result += quoted(text);
+    result += withLength(text);
     for (const PlainJson& element : elements) {
         result += element.canonical();
     }
     std::vector<std::string> sorted;
     for (const auto& [name, value] : members) {
-        sorted.push_back(quoted(name).append(value.canonical()));
+        sorted.push_back(withLength(name).append(value.canonical()));
     }
     std::sort(sorted.begin(), sorted.end());
     for (const std::string& member : sorted) {
         result += member;
     }
     return result.append("]");
+}
+
+std::string PlainJson::shown() const {
+    switch (kind) {
+    case Kind::Null:
+        return "(null)";
+    case Kind::False:
+        return "0";
+    case Kind::True:
+        return "1";
+    case Kind::Number:
+        return shownNumber(*this);
+    case Kind::Text:
+        return text;
+    default:
+        return compact();
+    }
+}
+
+std::string PlainJson::compact() const {
+    std::string result;
+    switch (kind) {
+    case Kind::Null:
+        return "null";
+    case Kind::False:
+        return "false";
+    case Kind::True:
+        return "true";
+    case Kind::Number:
+        return shownNumber(*this);
+    case Kind::Text:
+        return quoted(text);
+    case Kind::List:
+        for (const PlainJson& element : elements) {
+            result.append(result.empty() ? "" : ",").append(element.compact());
+        }
+        return "[" + result + "]";
+    default:
+        for (const auto& [name, value] : members) {
+            result.append(result.empty() ? "" : ",").append(quoted(name)).append(":");
+            result += value.compact();
+        }
+        return "{" + result + "}";
+    }
 }
 
 std::optional<PlainJson> parsePlainJson(std::string_view text) {
