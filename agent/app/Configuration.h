@@ -25,10 +25,9 @@ struct Configuration {
     std::string state = "/var/lib/korvale-agent";
     std::string quarantine = "/var/lib/korvale-agent/quarantine";
 
-    std::string engineSocket = "/run/clamav/clamd.ctl";
     std::string engineConfiguration = "/etc/clamav/clamd.conf";
-    std::string engineSignatures = "/var/lib/clamav";
-    std::vector<std::string> hashLists{"/etc/korvale-agent/hashes"};
+    std::string engineSocket; ///< empty: as that file says
+    std::vector<std::string> hashLists;
     std::chrono::seconds fileDeadline{120};
 
     std::vector<std::string> background{"/"};

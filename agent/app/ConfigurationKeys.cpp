@@ -41,6 +41,16 @@ string_view path(Configuration& configuration, const toml::node& value) {
     return kTaken;
 }
 
+template <std::string Configuration::*Member>
+string_view optionalPath(Configuration& configuration, const toml::node& value) {
+    const std::optional<std::string> text = value.value_exact<std::string>();
+    if (!text || !(text->empty() || isPath(*text))) {
+        return "a path that begins with /, or empty";
+    }
+    configuration.*Member = *text;
+    return kTaken;
+}
+
 std::optional<std::vector<std::string>> textsOf(const toml::node& value) {
     const toml::array* list = value.as_array();
     if (list == nullptr) {
@@ -157,9 +167,8 @@ constexpr std::array kKeys{
     ConfigurationKey{"folders", "updater_status", &path<&C::updaterStatus>},
     ConfigurationKey{"folders", "state", &path<&C::state>},
     ConfigurationKey{"folders", "quarantine", &path<&C::quarantine>},
-    ConfigurationKey{"engine", "socket", &path<&C::engineSocket>},
     ConfigurationKey{"engine", "configuration", &path<&C::engineConfiguration>},
-    ConfigurationKey{"engine", "signatures", &path<&C::engineSignatures>},
+    ConfigurationKey{"engine", "socket", &optionalPath<&C::engineSocket>},
     ConfigurationKey{"engine", "hash_lists", &paths<&C::hashLists>},
     ConfigurationKey{"engine", "file_deadline", &fileDeadline},
     ConfigurationKey{"engine", "units", &units<&C::engineUnits>},

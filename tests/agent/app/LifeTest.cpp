@@ -50,9 +50,9 @@ TEST_F(LifeTest, SignalsComeThroughTheEventLoop) {
     QObject::connect(&life, &Life::endWanted, &life, [&] { wanted.append(QStringLiteral("end")); });
     QObject::connect(&life, &Life::reloadWanted, &life,
                      [&] { wanted.append(QStringLiteral("reload")); });
-    ::kill(::getpid(), SIGHUP);
+    ::raise(SIGHUP); // to this thread: others of this process were there before
     ASSERT_TRUE(waitUntil([&] { return wanted.size() == 1; }));
-    ::kill(::getpid(), SIGTERM);
+    ::raise(SIGTERM); // to this thread: others of this process were there before
     ASSERT_TRUE(waitUntil([&] { return wanted.size() == 2; }));
     EXPECT_EQ(wanted, QStringList({QStringLiteral("reload"), QStringLiteral("end")}));
 }
