@@ -131,7 +131,7 @@ TEST_F(ThreatCommandsTest, RefusesArgumentsThatAreNotAsDocumented) {
     QJsonObject relative = threats({identifier(0)});
     relative.insert(QStringLiteral("path"), QStringLiteral("evidence"));
     EXPECT_EQ(code(answer("Restore", relative)), bad);
-    for (const QJsonValue selector :
+    for (const QJsonValue& selector :
          {QJsonValue(QString()), QJsonValue(QStringLiteral("%")), QJsonValue(QStringLiteral("abc")),
           QJsonValue(999), QJsonValue(1e300), QJsonValue(-1), QJsonValue(true), QJsonValue(),
           QJsonValue(QJsonArray()), QJsonValue(QStringLiteral("/none")),
