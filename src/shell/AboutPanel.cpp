@@ -2,7 +2,7 @@
 
 #include "core/base/TextFormat.h"
 #include "platform/Texts.h"
-#include "shell/WindowLook.h"
+#include "tables/WindowLook.h"
 #include "tables/KvImageView.h"
 
 #include <QLabel>

@@ -3,7 +3,7 @@
 #include "platform/Texts.h"
 #include "shell/PlainToolTip.h"
 #include "shell/TabBarStyle.h"
-#include "shell/WindowLook.h"
+#include "tables/WindowLook.h"
 #include "shell/WindowMemory.h"
 #include "tables/CustHeaderView.h"
 #include "tables/EventsTable.h"

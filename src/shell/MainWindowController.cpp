@@ -11,7 +11,7 @@
 #include "shell/StatusLine.h"
 #include "shell/TabLabels.h"
 #include "shell/WindowActivation.h"
-#include "shell/WindowLook.h"
+#include "tables/WindowLook.h"
 
 #include <QGuiApplication>
 #include <QMenu>

@@ -3,7 +3,7 @@
 #include "platform/Texts.h"
 #include "shell/MenuButton.h"
 #include "shell/PlainToolTip.h"
-#include "shell/WindowLook.h"
+#include "tables/WindowLook.h"
 
 #include <QHBoxLayout>
 #include <QMenu>

@@ -1,18 +1,10 @@
 #include "shell/MenuButton.h"
 
-#include "shell/WindowLook.h"
+#include "tables/WindowLook.h"
 
 #include <QPainter>
 
 namespace korvale {
-namespace {
-
-constexpr qreal lineLength = 16;
-constexpr qreal lineDistance = 5;
-constexpr qreal lineThickness = 1.6;
-constexpr qreal cornerRadius = 6;
-
-} // namespace
 
 MenuButton::MenuButton(QWidget* parent) : QToolButton(parent) {
     setPopupMode(QToolButton::InstantPopup);
@@ -31,20 +23,20 @@ void MenuButton::paintEvent(QPaintEvent* /*event*/) {
     if (isDown() || underMouse()) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(palette().color(isDown() ? QPalette::Mid : QPalette::Button));
-        painter.drawRoundedRect(face, cornerRadius, cornerRadius);
+        painter.drawRoundedRect(face, look::menuCornerRadius, look::menuCornerRadius);
     }
     if (hasFocus()) {
-        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+        painter.setPen(QPen(palette().color(QPalette::Highlight), look::focusRingWidth));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(face, cornerRadius, cornerRadius);
+        painter.drawRoundedRect(face, look::menuCornerRadius, look::menuCornerRadius);
     }
-    painter.setPen(
-        QPen(palette().color(QPalette::ButtonText), lineThickness, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(palette().color(QPalette::ButtonText), look::menuLineThickness,
+                        Qt::SolidLine, Qt::RoundCap));
     const QPointF center = QRectF(rect()).center();
     for (const int line : {-1, 0, 1}) {
-        const qreal y = center.y() + line * lineDistance;
-        painter.drawLine(QPointF(center.x() - lineLength / 2, y),
-                         QPointF(center.x() + lineLength / 2, y));
+        const qreal y = center.y() + line * look::menuLineDistance;
+        painter.drawLine(QPointF(center.x() - look::menuLineLength / 2, y),
+                         QPointF(center.x() + look::menuLineLength / 2, y));
     }
 }
 

@@ -1,6 +1,6 @@
 #include "shell/TabBarStyle.h"
 
-#include "shell/WindowLook.h"
+#include "tables/WindowLook.h"
 
 #include <QPainter>
 #include <QStyleOptionTab>

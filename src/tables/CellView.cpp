@@ -1,6 +1,7 @@
 #include "tables/CellView.h"
 
 #include "tables/SafeText.h"
+#include "tables/WindowLook.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -9,8 +10,6 @@
 
 namespace korvale {
 namespace {
-
-constexpr int sideMargin = 8;
 
 // Stacked marks can draw far outside their line.
 bool mayLeaveItsLine(const QString& text) {
@@ -29,7 +28,7 @@ void CellView::draw(QPainter& painter, const QRect& frame, Qt::LayoutDirection d
     if (m_shownText.isEmpty()) {
         return;
     }
-    const QRect place = frame.adjusted(sideMargin, 0, -sideMargin, 0);
+    const QRect place = frame.adjusted(look::cellMargin, 0, -look::cellMargin, 0);
     const bool truncate = m_lineBreakMode == LineBreakMode::TruncateTail;
     const QString line =
         truncate ? painter.fontMetrics().elidedText(m_shownText, Qt::ElideRight, place.width())

@@ -1,5 +1,7 @@
 #include "tables/CustHeaderView.h"
 
+#include "tables/WindowLook.h"
+
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionHeader>
@@ -8,19 +10,12 @@
 #include <utility>
 
 namespace korvale {
-namespace {
-
-constexpr int verticalPadding = 12; // the separator line and air above and below the title
-constexpr int minimumSection = 40;
-constexpr QRgb focusColor = 0xFF3A78C9;
-
-} // namespace
 
 CustHeaderView::CustHeaderView(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
     setSectionsClickable(true);
     setHighlightSections(false);
     setStretchLastSection(true);
-    setMinimumSectionSize(minimumSection);
+    setMinimumSectionSize(look::smallestColumn);
     setFocusPolicy(Qt::TabFocus);
 }
 
@@ -46,7 +41,7 @@ void CustHeaderView::setSortIndicator(int section, std::optional<bool> ascending
 }
 
 QSize CustHeaderView::sizeHint() const {
-    return {QHeaderView::sizeHint().width(), fontMetrics().height() + verticalPadding};
+    return {QHeaderView::sizeHint().width(), fontMetrics().height() + look::headerPadding};
 }
 
 void CustHeaderView::paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const {
@@ -56,7 +51,7 @@ void CustHeaderView::paintSection(QPainter* painter, const QRect& rect, int logi
     painter->setLayoutDirection(layoutDirection());
     headerCell(logicalIndex).drawWithFrame(*painter, rect, pressed);
     if (hasFocus() && logicalIndex == m_focused) {
-        painter->setPen(QColor(focusColor));
+        painter->setPen(QColor(look::tableFocus));
         painter->setBrush(Qt::NoBrush);
         painter->drawRect(rect.adjusted(1, 1, -2, -3));
     }

@@ -1,5 +1,7 @@
 #include "tables/FileThreatsTable.h"
 
+#include "tables/WindowLook.h"
+
 #include <QStringTokenizer>
 
 namespace korvale {
@@ -54,12 +56,12 @@ std::optional<QString> FileThreatsTable::toolTip(const TableColumn& column, int 
 
 QColor FileThreatsTable::textColor(const TableColumn& column, const QString& text) const {
     if (column.text == RowKey::Category && text == u"Unsafe") {
-        return {255, 0, 0};
+        return {look::alarmText};
     }
     if (column.text == RowKey::Category && text == u"Abnormal") {
-        return {255, 128, 0};
+        return {look::warningText};
     }
-    return Qt::black;
+    return {look::cellText};
 }
 
 } // namespace korvale

@@ -1,5 +1,7 @@
 #include "tables/KvImageView.h"
 
+#include "tables/WindowLook.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -7,12 +9,6 @@
 #include <QWindow>
 
 namespace korvale {
-namespace {
-
-constexpr qreal focusRingWidth = 2;
-constexpr qreal focusRingRadius = 5;
-
-} // namespace
 
 KvImageView::KvImageView(QWidget* parent) : QLabel(parent) {
     setAlignment(Qt::AlignCenter);
@@ -95,9 +91,9 @@ void KvImageView::paintEvent(QPaintEvent* event) {
     }
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette().color(QPalette::Highlight), focusRingWidth));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), focusRingRadius,
-                            focusRingRadius);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), look::focusRingWidth));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), look::focusRingRadius,
+                            look::focusRingRadius);
 }
 
 bool KvImageView::startWindowMove() {

@@ -1,5 +1,7 @@
 #include "tables/ProcessThreatsTable.h"
 
+#include "tables/WindowLook.h"
+
 namespace korvale {
 namespace {
 
@@ -48,7 +50,7 @@ std::optional<QString> ProcessThreatsTable::toolTip(const TableColumn& column, i
 QColor ProcessThreatsTable::textColor(const TableColumn& column, const QString& text) const {
     // Compared as it stands in English: a translated word stays black.
     const bool alert = column.text == RowKey::Category && text == u"Alert";
-    return alert ? QColor(255, 0, 0) : QColor(Qt::black);
+    return {alert ? look::alarmText : look::cellText};
 }
 
 } // namespace korvale

@@ -4,6 +4,7 @@
 #include "tables/CustHeaderView.h"
 #include "tables/KeyEvents.h"
 #include "tables/RowCopy.h"
+#include "tables/WindowLook.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -107,10 +108,10 @@ std::unique_ptr<CellView> ThreatsTableController::viewForTableColumn(ThreatsTabl
     if (!cell) {
         cell = std::make_unique<CellView>(CellView::reuseIdentifier);
     }
-    cell->setTextColor(Qt::black);
+    cell->setTextColor(QColor(look::cellText));
     cell->setBordered(false);
-    const float grey = row % 2 == 0 ? 1.0F : 0.5F; // faint stripes
-    cell->setBackgroundColor(QColor::fromRgbF(grey, grey, grey, 0.1F));
+    const float grey = row % 2 == 0 ? look::evenStripe : look::oddStripe;
+    cell->setBackgroundColor(QColor::fromRgbF(grey, grey, grey, look::stripeAlpha));
     fillCell(*cell, column(identifier), row);
     return cell;
 }
@@ -143,7 +144,7 @@ std::optional<QString> ThreatsTableController::toolTip(const TableColumn& column
 
 QColor ThreatsTableController::textColor(const TableColumn& /*column*/,
                                          const QString& /*text*/) const {
-    return Qt::black;
+    return {look::cellText};
 }
 
 std::optional<QString> ThreatsTableController::value(int row, RowKey key) const {

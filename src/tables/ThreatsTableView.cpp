@@ -3,9 +3,11 @@
 #include "platform/Texts.h"
 #include "tables/CellDelegate.h"
 #include "tables/CustHeaderView.h"
+#include "tables/RowlessHeader.h"
 #include "tables/RowsModel.h"
 #include "tables/SafeText.h"
 #include "tables/TableDataSource.h"
+#include "tables/WindowLook.h"
 
 #include <QAbstractButton>
 #include <QFocusEvent>
@@ -23,37 +25,15 @@
 #include <utility>
 
 namespace korvale {
-namespace {
-
-constexpr int rowPadding = 11;
-constexpr int columnPadding = 16;
-constexpr QRgb lightWindow = 0xFFEFEFEF;
-constexpr QRgb focusColor = 0xFF8FB4E8;
-constexpr QRgb placeholderColor = 0xFF6B6B6B;
-
-/// The vertical header that QTableView insists on, without a section for any row.
-class RowlessHeader final : public QHeaderView {
-public:
-    explicit RowlessHeader(QWidget* parent) : QHeaderView(Qt::Vertical, parent) {}
-    void setModel(QAbstractItemModel* /*model*/) override {}
-    void setSelectionModel(QItemSelectionModel* /*model*/) override {}
-};
-
-QPalette lightPalette() {
-    QPalette palette{QColor(lightWindow)};
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Text, Qt::black);
-    return palette;
-}
-
-} // namespace
 
 ThreatsTableView::ThreatsTableView(QWidget* parent)
-    : QTableView(parent), m_header(new CustHeaderView(this)), m_model(new RowsModel(*this)) {
-    setPalette(lightPalette());
+    : QTableView(parent),
+      m_header(new CustHeaderView(this)),
+      m_model(new RowsModel(*this)),
+      m_focus(*this) {
+    setPalette(tablePalette());
     setFrameShape(NoFrame);
     setVerticalHeader(new RowlessHeader(this));
-    verticalHeader()->hide();
     setHorizontalHeader(m_header);
     setItemDelegate(new CellDelegate(*this));
     setSelectionBehavior(SelectRows);
@@ -88,7 +68,7 @@ void ThreatsTableView::setColumns(std::span<const TableColumn> columns) {
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const int section = static_cast<int>(i);
         m_header->setHeaderCell(section, CustHeaderCell(QString::fromLatin1(columns[i].titleKey)));
-        m_header->resizeSection(section, columns[i].width * character + columnPadding);
+        m_header->resizeSection(section, columns[i].width * character + look::columnPadding);
     }
 }
 
@@ -102,13 +82,12 @@ void ThreatsTableView::setAllowsMultipleSelection(bool allowed) {
 }
 
 void ThreatsTableView::reloadData() {
-    const RowIndexes selected = selectedRowIndexes();
-    const int currentRow = currentIndex().row();
-    const int currentColumn = currentIndex().column();
+    TableSelection selection(*selectionModel());
+    const TableSelection::Kept kept = selection.keep();
     recycleAll();
     m_reloading = true;
     m_model->reload(m_source != nullptr ? m_source->numberOfRowsInTableView(*this) : 0);
-    restore(selected, m_model->index(currentRow, currentColumn));
+    selection.restore(kept);
     doItemsLayout();
     m_reloading = false;
     const QString hint = rowCount() == 0 ? m_placeholder : localizedText("HPS_TableHint");
@@ -117,30 +96,8 @@ void ThreatsTableView::reloadData() {
     }
 }
 
-void ThreatsTableView::restore(const RowIndexes& selected, const QModelIndex& current) {
-    const int lastRow = rowCount() - 1;
-    QItemSelection selection;
-    for (const RowIndexes::Range& range : selected.ranges()) {
-        if (range.first <= lastRow) {
-            selection.select(m_model->index(range.first, 0),
-                             m_model->index(std::min(range.last, lastRow), 0));
-        }
-    }
-    if (!selection.isEmpty()) {
-        selectionModel()->select(selection,
-                                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    }
-    if (current.isValid()) {
-        selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
-    }
-}
-
 RowIndexes ThreatsTableView::selectedRowIndexes() const {
-    std::vector<RowIndexes::Range> ranges;
-    for (const QItemSelectionRange& range : selectionModel()->selection()) {
-        ranges.push_back({range.top(), range.bottom()});
-    }
-    return RowIndexes(std::move(ranges));
+    return TableSelection(*selectionModel()).rows();
 }
 
 void ThreatsTableView::selectionChanged(const QItemSelection& selected,
@@ -166,16 +123,11 @@ void ThreatsTableView::currentChanged(const QModelIndex& current, const QModelIn
 }
 
 void ThreatsTableView::sortByColumn(int column) {
-    const RowKey key = m_columns[static_cast<std::size_t>(column)].text;
-    SortDescriptor chosen{key, true};
-    if (!m_sortDescriptors.empty() && m_sortDescriptors.front().key == key) {
-        chosen.ascending = !m_sortDescriptors.front().ascending;
-    }
-    std::erase_if(m_sortDescriptors, [key](const SortDescriptor& old) { return old.key == key; });
-    m_sortDescriptors.insert(m_sortDescriptors.begin(), chosen);
+    const bool ascending =
+        sortFirstBy(m_sortDescriptors, m_columns[static_cast<std::size_t>(column)].text);
     for (int section = 0; section < m_model->columnCount(); ++section) {
-        m_header->setSortIndicator(section, section == column ? std::optional(chosen.ascending)
-                                                              : std::nullopt);
+        m_header->setSortIndicator(section,
+                                   section == column ? std::optional(ascending) : std::nullopt);
     }
     if (m_source != nullptr) {
         m_source->sortDescriptorsDidChange(*this);
@@ -219,31 +171,16 @@ void ThreatsTableView::paintEvent(QPaintEvent* event) {
             paintRow(painter, row, dirty);
         }
     }
-    if (showsFocus() && !currentIndex().isValid()) {
-        paintFocus(painter, viewport()->rect());
+    if (m_focus.isShown() && !currentIndex().isValid()) {
+        TableFocus::paint(painter, viewport()->rect());
     }
-}
-
-bool ThreatsTableView::isInUse() const {
-    return isActiveWindow() && hasFocus();
-}
-
-bool ThreatsTableView::showsFocus() const {
-    return isInUse() && m_showsFocus;
-}
-
-void ThreatsTableView::paintFocus(QPainter& painter, const QRect& around) {
-    painter.setPen(QColor(focusColor));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRect(around.adjusted(0, 0, -1, -1));
 }
 
 void ThreatsTableView::paintRow(QPainter& painter, int row, const QRect& dirty) {
     QStyleOptionViewItem option;
     initViewItemOption(&option);
-    option.state.setFlag(QStyle::State_Active, isInUse());
-    option.state.setFlag(QStyle::State_Selected,
-                         selectionModel()->isSelected(m_model->index(row, 0)));
+    option.state.setFlag(QStyle::State_Active, m_focus.isInUse());
+    option.state.setFlag(QStyle::State_Selected, TableSelection(*selectionModel()).contains(row));
     QRect whole;
     for (int column = 0; column < m_model->columnCount(); ++column) {
         const QModelIndex index = m_model->index(row, column);
@@ -253,14 +190,14 @@ void ThreatsTableView::paintRow(QPainter& painter, int row, const QRect& dirty) 
             itemDelegate()->paint(&painter, option, index);
         }
     }
-    if (showsFocus() && row == currentIndex().row()) {
-        paintFocus(painter, whole);
+    if (m_focus.isShown() && row == currentIndex().row()) {
+        TableFocus::paint(painter, whole);
     }
 }
 
 void ThreatsTableView::paintPlaceholder(QPainter& painter) {
-    constexpr int margin = 24;
-    painter.setPen(QColor(placeholderColor));
+    constexpr int margin = look::placeholderMargin;
+    painter.setPen(QColor(look::quietText));
     painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
                      Qt::AlignCenter | Qt::TextWordWrap, m_placeholder);
 }
@@ -276,23 +213,22 @@ int ThreatsTableView::verticalOffset() const {
 }
 
 int ThreatsTableView::rowAtY(int y) const {
-    const std::int64_t absolute = std::int64_t{y} + verticalOffset();
-    return static_cast<int>(std::max<std::int64_t>(absolute, 0) / m_rowHeight);
+    return m_rows.rowAt(std::int64_t{y} + verticalOffset());
 }
 
 void ThreatsTableView::measureRows() {
-    m_rowHeight = fontMetrics().height() + rowPadding;
+    m_rows.setRowHeight(fontMetrics().height() + look::rowPadding);
 }
 
 QRect ThreatsTableView::visualRect(const QModelIndex& index) const {
     if (!index.isValid()) {
         return {};
     }
-    const std::int64_t y = std::int64_t{index.row()} * m_rowHeight - verticalOffset();
+    const std::int64_t y = m_rows.top(index.row()) - verticalOffset();
     constexpr std::int64_t farthest = std::numeric_limits<int>::max() / 2;
     return {m_header->sectionViewportPosition(index.column()),
             static_cast<int>(std::clamp(y, -farthest, farthest)),
-            m_header->sectionSize(index.column()), m_rowHeight};
+            m_header->sectionSize(index.column()), m_rows.rowHeight()};
 }
 
 QRect ThreatsTableView::rowRect(int row) const {
@@ -350,15 +286,13 @@ void ThreatsTableView::updateGeometries() {
     const QRect area = viewport()->geometry();
     m_header->setGeometry(area.left(), area.top() - headerHeight, area.width(), headerHeight);
 
-    const std::int64_t height = std::int64_t{rowCount()} * m_rowHeight;
-    constexpr std::int64_t most = std::numeric_limits<int>::max();
-    verticalScrollBar()->setRange(
-        0, static_cast<int>(std::clamp<std::int64_t>(height - area.height(), 0, most)));
-    verticalScrollBar()->setPageStep(std::max(m_rowHeight, area.height() - m_rowHeight));
-    verticalScrollBar()->setSingleStep(m_rowHeight);
+    const int rowHeight = m_rows.rowHeight();
+    verticalScrollBar()->setRange(0, m_rows.scrollRange(rowCount(), area.height()));
+    verticalScrollBar()->setPageStep(std::max(rowHeight, area.height() - rowHeight));
+    verticalScrollBar()->setSingleStep(rowHeight);
     horizontalScrollBar()->setRange(0, std::max(0, m_header->length() - area.width()));
     horizontalScrollBar()->setPageStep(area.width());
-    horizontalScrollBar()->setSingleStep(m_rowHeight);
+    horizontalScrollBar()->setSingleStep(rowHeight);
     m_inUpdateGeometries = false;
     QAbstractItemView::updateGeometries(); // NOLINT(bugprone-parent-virtual-call): all else is
                                            // above
@@ -374,7 +308,7 @@ QModelIndex ThreatsTableView::moveCursor(CursorAction action, Qt::KeyboardModifi
     if (!current.isValid()) {
         return m_model->index(action == MoveEnd ? rowCount() - 1 : 0, 0);
     }
-    const int page = std::max(1, viewport()->height() / m_rowHeight - 1);
+    const int page = m_rows.pageOf(viewport()->height());
     int row = current.row();
     int column = current.column();
     switch (action) {
@@ -411,14 +345,9 @@ QModelIndex ThreatsTableView::moveCursor(CursorAction action, Qt::KeyboardModifi
 
 void ThreatsTableView::setSelection(const QRect& rect,
                                     QItemSelectionModel::SelectionFlags command) {
-    const int top = rowAtY(std::min(rect.top(), rect.bottom()));
-    const int bottom = std::min(rowAtY(std::max(rect.top(), rect.bottom())), rowCount() - 1);
-    QItemSelection selection;
-    if (top <= bottom && m_model->columnCount() > 0) {
-        selection.select(m_model->index(top, 0),
-                         m_model->index(bottom, m_model->columnCount() - 1));
-    }
-    selectionModel()->select(selection, command);
+    TableSelection(*selectionModel())
+        .select(rowAtY(std::min(rect.top(), rect.bottom())),
+                rowAtY(std::max(rect.top(), rect.bottom())), command);
 }
 
 QRegion ThreatsTableView::visualRegionForSelection(const QItemSelection& selection) const {
@@ -434,7 +363,7 @@ QRegion ThreatsTableView::visualRegionForSelection(const QItemSelection& selecti
 }
 
 void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
-    m_showsFocus = true;
+    m_focus.keyPressed();
     // An item view copies its current cell and searches for what Escape types; neither happens
     // here.
     const bool forResponder = event->matches(QKeySequence::Copy) || event->key() == Qt::Key_Escape;
@@ -450,8 +379,7 @@ void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
 // Events
 
 void ThreatsTableView::focusInEvent(QFocusEvent* event) {
-    m_showsFocus =
-        event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    m_focus.focusCame(event->reason());
     const bool hadCurrentRow = currentIndex().isValid();
     QTableView::focusInEvent(event);
     if (!hadCurrentRow) {
@@ -460,7 +388,7 @@ void ThreatsTableView::focusInEvent(QFocusEvent* event) {
 }
 
 void ThreatsTableView::mousePressEvent(QMouseEvent* event) {
-    m_showsFocus = false;
+    m_focus.mousePressed();
     QTableView::mousePressEvent(event);
 }
 

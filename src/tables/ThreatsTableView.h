@@ -1,8 +1,11 @@
 #pragma once
 
 #include "tables/RowIndexes.h"
+#include "tables/RowStack.h"
 #include "tables/SortDescriptor.h"
 #include "tables/TableDescription.h"
+#include "tables/TableFocus.h"
+#include "tables/TableSelection.h"
 #include "tables/VisibleCells.h"
 
 #include <QTableView>
@@ -58,7 +61,7 @@ public:
         return m_cells.cell(row, column);
     }
 
-    [[nodiscard]] int heightOfRows() const { return m_rowHeight; }
+    [[nodiscard]] int heightOfRows() const { return m_rows.rowHeight(); }
     [[nodiscard]] std::size_t pooledCells() const { return m_cells.pool().size(); }
 
     // QAbstractItemView, for equally high rows.
@@ -93,13 +96,9 @@ private:
     void measureRows();
     void prepareCells();
     void recycleAll();
-    [[nodiscard]] bool isInUse() const;
-    [[nodiscard]] bool showsFocus() const;
     void paintRow(QPainter& painter, int row, const QRect& dirty);
-    static void paintFocus(QPainter& painter, const QRect& around);
     void paintPlaceholder(QPainter& painter);
     void showToolTip(const QPoint& globalPosition, const QPoint& position);
-    void restore(const RowIndexes& selected, const QModelIndex& current);
 
     std::span<const TableColumn> m_columns;
     SortDescriptors m_sortDescriptors;
@@ -109,8 +108,8 @@ private:
     TableDataSource* m_source = nullptr;
     TableDataSource* m_nextResponder = nullptr;
     VisibleCells m_cells;
-    int m_rowHeight = 1;
-    bool m_showsFocus = false; ///< to those who come by keyboard
+    RowStack m_rows;
+    TableFocus m_focus;
     bool m_reloading = false;
     bool m_inUpdateGeometries = false;
 };

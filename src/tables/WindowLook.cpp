@@ -1,4 +1,4 @@
-#include "shell/WindowLook.h"
+#include "tables/WindowLook.h"
 
 #include <array>
 
@@ -44,6 +44,13 @@ WindowColors windowColors(bool dark) {
         return {QColor(0xff2b323d), QColor(0xff1f242c), QColor(0xff343c47)};
     }
     return {QColor(0xffffffff), QColor(0xfff4f6f9), QColor(0xffd3d9e1)};
+}
+
+QPalette tablePalette() {
+    QPalette palette{QColor(look::tableWindow)};
+    palette.setColor(QPalette::Base, QColor(look::tableBase));
+    palette.setColor(QPalette::Text, QColor(look::cellText));
+    return palette;
 }
 
 QPalette windowPalette(bool dark) {
