@@ -1,5 +1,7 @@
 #include "platform/NotificationMessage.h"
 
+#include "platform/SafeText.h"
+
 #include <QDBusMetaType>
 #include <QGuiApplication>
 #include <QStringList>
@@ -8,15 +10,11 @@
 namespace korvale {
 namespace {
 
-/// A bus drops a client that sends it too much at once.
-QString cut(const QString& text) {
-    static constexpr qsizetype longest = 4000;
-    return text.size() <= longest ? text : text.first(longest) + u'…';
-}
-
 QString bodyOf(const DesktopNotification& notification, bool hasBodyMarkup) {
     const auto worded = [hasBodyMarkup](const QString& text) {
-        return hasBodyMarkup ? cut(text).toHtmlEscaped() : cut(text);
+        // Cut among other things: a bus drops a client that sends it too much at once.
+        const QString shown = severalLinesText(text);
+        return hasBodyMarkup ? shown.toHtmlEscaped() : shown;
     };
     QString message = worded(notification.message);
     if (notification.subtitle.isEmpty()) {
@@ -84,8 +82,8 @@ QDBusMessage notifyMessage(const DesktopNotification& notification, bool hasBody
     auto call = QDBusMessage::createMethodCall(notificationsName(), notificationsPath(),
                                                notificationsName(), QStringLiteral("Notify"));
     call << QGuiApplication::applicationDisplayName() << replacesNone << QString()
-         << cut(notification.title) << bodyOf(notification, hasBodyMarkup) << actions << hints
-         << serversChoice;
+         << singleLineText(notification.title) << bodyOf(notification, hasBodyMarkup) << actions
+         << hints << serversChoice;
     return call;
 }
 

@@ -1,9 +1,10 @@
 #include "shell/AboutPanel.h"
 
 #include "core/base/TextFormat.h"
+#include "platform/SafeText.h"
 #include "platform/Texts.h"
-#include "tables/WindowLook.h"
 #include "tables/KvImageView.h"
+#include "tables/WindowLook.h"
 
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -82,8 +83,9 @@ AboutPanel::AboutPanel(const QIcon& icon, const QString& displayName, const QStr
 }
 
 void AboutPanel::setCredits(const QString& credits) {
-    if (m_credits->toPlainText() != credits) {
-        m_credits->setPlainText(credits);
+    const QString shown = severalLinesText(credits);
+    if (m_credits->toPlainText() != shown) {
+        m_credits->setPlainText(shown);
     }
 }
 

@@ -1,6 +1,6 @@
 #include "shell/ElidedLabel.h"
 
-#include "tables/SafeText.h"
+#include "platform/SafeText.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -3,13 +3,13 @@
 #include "platform/Texts.h"
 #include "shell/PlainToolTip.h"
 #include "shell/TabBarStyle.h"
-#include "tables/WindowLook.h"
 #include "shell/WindowMemory.h"
 #include "tables/CustHeaderView.h"
 #include "tables/EventsTable.h"
 #include "tables/ExternalDevicesTable.h"
 #include "tables/FileThreatsTable.h"
 #include "tables/ProcessThreatsTable.h"
+#include "tables/WindowLook.h"
 #include "ui_MainWindow.h"
 
 #include <QEvent>

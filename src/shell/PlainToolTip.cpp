@@ -1,6 +1,6 @@
 #include "shell/PlainToolTip.h"
 
-#include "tables/SafeText.h"
+#include "platform/SafeText.h"
 
 #include <QWidget>
 
@@ -11,8 +11,9 @@ void setPlainToolTip(QWidget& widget, const QString& text) {
     if (widget.toolTip() != markup) {
         widget.setToolTip(markup);
     }
-    if (widget.accessibleDescription() != text) {
-        widget.setAccessibleDescription(text);
+    const QString description = severalLinesText(text);
+    if (widget.accessibleDescription() != description) {
+        widget.setAccessibleDescription(description);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "shell/TrayIcon.h"
 
+#include "platform/SafeText.h"
 #include "shell/StatusItem.h"
 #include "shell/StatusItemMenu.h"
 
@@ -165,29 +166,8 @@ void TrayIcon::updatePicture() {
 
 void TrayIcon::updateToolTip() {
     if (m_icon) {
-        m_icon->setToolTip(neutralToolTip(m_item.toolTip()));
+        m_icon->setToolTip(trayToolTip(m_item.toolTip()));
     }
-}
-
-QString neutralToolTip(const QString& toolTip) {
-    // The start and the end say what the item is and how it stands; a long device name gives way.
-    static constexpr qsizetype longestStart = 200;
-    static constexpr qsizetype longestEnd = 80;
-    static constexpr QChar wordJoiner = u'\u2060'; // invisible, without width
-    QString text = toolTip;
-    if (text.size() > longestStart + longestEnd) {
-        text = text.first(longestStart) + u'…' + text.last(longestEnd);
-    }
-    const qsizetype ownLineFeed = text.indexOf(u'\n'); // any other is the device name's
-    QString result;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text.at(i);
-        result += i == ownLineFeed || c.isPrint() || c.isSurrogate() ? c : QChar(u' ');
-        if (c == u'<' || c == u'&') {
-            result += wordJoiner;
-        }
-    }
-    return result;
 }
 
 } // namespace korvale

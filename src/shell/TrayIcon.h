@@ -71,8 +71,4 @@ private:
     std::unique_ptr<QSystemTrayIcon> m_icon;
 };
 
-/// `toolTip` for a tray that may take its text for markup: shows the same, but no tag or entity can
-/// come of it, a control character is a blank, and its length is limited.
-[[nodiscard]] QString neutralToolTip(const QString& toolTip);
-
 } // namespace korvale

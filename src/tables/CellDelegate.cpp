@@ -1,6 +1,6 @@
 #include "tables/CellDelegate.h"
 
-#include "tables/SafeText.h"
+#include "platform/SafeText.h"
 #include "tables/ThreatsTableView.h"
 #include "tables/WindowLook.h"
 

@@ -1,6 +1,6 @@
 #include "tables/CellView.h"
 
-#include "tables/SafeText.h"
+#include "platform/SafeText.h"
 #include "tables/WindowLook.h"
 
 #include <QFontMetrics>

@@ -1,11 +1,11 @@
 #include "tables/ThreatsTableView.h"
 
+#include "platform/SafeText.h"
 #include "platform/Texts.h"
 #include "tables/CellDelegate.h"
 #include "tables/CustHeaderView.h"
 #include "tables/RowlessHeader.h"
 #include "tables/RowsModel.h"
-#include "tables/SafeText.h"
 #include "tables/TableDataSource.h"
 #include "tables/WindowLook.h"
 

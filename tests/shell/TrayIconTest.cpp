@@ -210,36 +210,5 @@ TEST(X11Tray, IsNoneWithoutAnX11Server) {
     EXPECT_EQ(askForX11Tray(), X11Tray::NoX11);
 }
 
-struct ToolTip {
-    QString text;
-    QString shown;
-};
-class ToolTips : public testing::TestWithParam<ToolTip> {};
-
-TEST_P(ToolTips, AreNeverMarkup) {
-    EXPECT_EQ(neutralToolTip(GetParam().text), GetParam().shown);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    All, ToolTips,
-    testing::Values(ToolTip{QStringLiteral("Product\nhost: Safe"),
-                            QStringLiteral("Product\nhost: Safe")},
-                    ToolTip{QStringLiteral("P\n<b>x</b> &amp;: Safe"),
-                            QStringLiteral("P\n<\u2060b>x<\u2060/b> &\u2060amp;: Safe")},
-                    ToolTip{QStringLiteral("P\nhost\nP: Safe\t\u202eefas: Unsafe"),
-                            QStringLiteral("P\nhost P: Safe  efas: Unsafe")},
-                    ToolTip{QStringLiteral("P\n\U0001F600\u00e9\u65e5: Safe"),
-                            QStringLiteral("P\n\U0001F600\u00e9\u65e5: Safe")},
-                    ToolTip{QString(), QString()}));
-
-TEST(ToolTip, ALongDeviceNameLeavesTheStateReadable) {
-    const QString text =
-        QStringLiteral("Product\n") + QString(100000, u'x') + QStringLiteral(": Unsafe");
-    const QString shown = neutralToolTip(text);
-    EXPECT_LT(shown.size(), 400);
-    EXPECT_TRUE(shown.startsWith(QLatin1String("Product\nxxx")));
-    EXPECT_TRUE(shown.endsWith(QLatin1String("xxx: Unsafe")));
-}
-
 } // namespace
 } // namespace korvale

@@ -134,6 +134,13 @@ TEST_F(UserNotificationsTest, AreMarkedUpAndEscapedWhereTheServiceReadsMarkup) {
     EXPECT_EQ(shownArguments(1).at(4), QVariant(QStringLiteral("&lt;x&gt;")));
 }
 
+TEST_F(UserNotificationsTest, HideNoCharacterThatReordersOrBreaksText) {
+    start();
+    notifications.SendConsumerNotification(QStringLiteral("one\ntwo\u202efdp.exe\u0007"),
+                                           QString());
+    EXPECT_EQ(shownArguments().at(4), QVariant(QStringLiteral("one\ntwo[U+202E]fdp.exe[U+0007]")));
+}
+
 TEST_F(UserNotificationsTest, AnEmptySubtitleIsNone) {
     start();
     notifications.SendNotification(QStringLiteral("message"), QString(), noImage);

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+namespace korvale {
+
+// How texts of others (file names, device names, messages of the agent and its console) are shown,
+// wherever that is. Control characters, and those that reorder, break or hide text without being
+// seen themselves, become visible as [U+XXXX]; half a surrogate pair is U+FFFD; very long texts are
+// cut with an ellipsis. What real scripts and pictographs need stays: joiners, marks, selectors.
+// Copying is the exception: a copied row holds its texts as they are.
+
+/// `text` as it may be drawn on one line.
+[[nodiscard]] QString singleLineText(const QString& text);
+
+/// `text` where several lines have room: line feeds and tabs stay.
+[[nodiscard]] QString severalLinesText(const QString& text);
+
+/// Markup that makes a tooltip show `text` on several lines as plain text. Empty for an empty text.
+/// Tooltips guess: what merely looks like markup would be taken for it.
+[[nodiscard]] QString toolTipMarkup(const QString& text);
+
+/// `text` for a tray that may or may not take its tooltip for markup: shows the same in both, as no
+/// tag or entity can come of it. Only the first line feed stays; of a long text the start and the
+/// end do, which say what the item is and how it stands.
+[[nodiscard]] QString trayToolTip(const QString& text);
+
+} // namespace korvale
