@@ -1,0 +1,169 @@
+// What a second scan need not read again, and what it must.
+#include "agent/fakes/FakeEngine.h"
+#include "agent/fakes/ScratchFolder.h"
+#include "agent/scan/RecordingScan.h"
+#include "agent/store/VerdictCache.h"
+
+#include <fcntl.h>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+
+using namespace korvale::agent;
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+namespace {
+
+class SecondScanTest : public testing::Test {
+protected:
+    void SetUp() override {
+        const UniqueFd folder(::open(m_folder.path().c_str(), O_PATH));
+        if (!fileSystemFacts(folder.get())->keepsVerdicts) {
+            GTEST_SKIP() << "The file system of " << m_folder.path() << " keeps no verdicts.";
+        }
+        fs::create_directory(m_folder / "tree");
+        std::string error;
+        m_cache = VerdictCache::open(m_folder / "verdicts.db", error);
+        ASSERT_TRUE(m_cache) << error;
+    }
+    void make(const std::string& name, const std::string& content) const {
+        writeFile(m_folder / ("tree/" + name), content);
+    }
+    static void grow() { std::this_thread::sleep_for(2 * VerdictMemory::tooYoung); }
+    ScanSummary scan() {
+        m_engine.forget();
+        ScanRequest request = RecordingScan::of(m_folder / "tree");
+        request.caller = {::geteuid(), {::getegid()}};
+        RecordingScan scan(request, m_engine, m_cache.get());
+        return scan.run();
+    }
+
+    ScratchFolder m_folder;
+    FakeEngine m_engine;
+    std::unique_ptr<VerdictCache> m_cache;
+};
+
+TEST_F(SecondScanTest, AsksForNothingThatWasCleanAndIsUnchanged) {
+    for (int file = 0; file < 300; ++file) {
+        make("f" + std::to_string(file), "good " + std::to_string(file));
+    }
+    make("bad", "bad");
+    make("hard", "hard");
+    grow();
+    EXPECT_EQ(scan().known, 0U);
+    const ScanSummary second = scan();
+    EXPECT_EQ(second.known, 300U);
+    EXPECT_EQ(second.analysed, 301U);
+    EXPECT_EQ(second.found, 1U) << "a finding is found again";
+    EXPECT_EQ(second.notScanned, 1U);
+    EXPECT_EQ(m_engine.seen().size(), 2U);
+}
+
+TEST_F(SecondScanTest, AsksForWhatChanged) {
+    make("file", "good");
+    grow();
+    scan();
+    make("file", "evil");
+    EXPECT_EQ(scan().known, 0U);
+    EXPECT_EQ(m_engine.timesSeen("evil"), 1);
+}
+
+TEST_F(SecondScanTest, AsksForWhatChangedWithItsTimesSetBack) {
+    make("file", "good");
+    grow();
+    scan();
+    const auto time = fs::last_write_time(m_folder / "tree/file");
+    make("file", "evil");
+    fs::last_write_time(m_folder / "tree/file", time);
+    EXPECT_EQ(scan().known, 0U);
+    EXPECT_EQ(m_engine.timesSeen("evil"), 1);
+}
+
+TEST_F(SecondScanTest, AsksForWhatWasChangedThroughAMapping) {
+    make("file", "good");
+    grow();
+    const UniqueFd file(::open((m_folder / "tree/file").c_str(), O_RDWR));
+    void* const mapped = ::mmap(nullptr, 4, PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0);
+    ASSERT_NE(mapped, MAP_FAILED);
+    EXPECT_EQ(*static_cast<volatile char*>(mapped), 'g');
+    scan();
+    *static_cast<volatile char*>(mapped) = 'f';
+    EXPECT_EQ(scan().known, 0U);
+    EXPECT_EQ(m_engine.timesSeen("food"), 1);
+    ::munmap(mapped, 4);
+}
+
+TEST_F(SecondScanTest, AsksForWhatWasTooYoungTheFirstTime) {
+    make("file", "good");
+    grow();
+    fs::permissions(m_folder / "tree/file", fs::perms::owner_all);
+    // The ctime is of this moment; the scan below may be slow, so the clock is asked, not trusted.
+    const auto start = std::chrono::steady_clock::now();
+    scan();
+    const bool young = std::chrono::steady_clock::now() - start < VerdictMemory::tooYoung;
+    if (!young) {
+        GTEST_SKIP() << "This machine is too busy to scan one file within the time.";
+    }
+    EXPECT_EQ(scan().known, 0U);
+}
+
+TEST_F(SecondScanTest, AsksForAllWithOtherSignatures) {
+    make("file", "good");
+    grow();
+    scan();
+    m_engine.setKey("other key");
+    EXPECT_EQ(scan().known, 0U);
+    EXPECT_EQ(scan().known, 1U);
+    m_engine.setKey("");
+    EXPECT_EQ(scan().known, 0U) << "signatures that are not known";
+    EXPECT_EQ(scan().known, 0U);
+}
+
+TEST_F(SecondScanTest, RemembersNothingThatSignaturesChangedUnder) {
+    make("file", "good");
+    grow();
+    m_engine.onJudge([this](const std::string& content, const std::stop_token&) {
+        m_engine.setKey("new key");
+        return FakeEngine::byContent(content);
+    });
+    scan();
+    m_engine.onJudge({});
+    EXPECT_EQ(scan().known, 0U);
+}
+
+TEST_F(SecondScanTest, RemembersNothingThatChangedWhileItWasJudged) {
+    make("file", "good");
+    grow();
+    m_engine.onJudge([this](const std::string& content, const std::stop_token&) {
+        make("file", "evil");
+        return FakeEngine::byContent(content);
+    });
+    scan();
+    m_engine.onJudge({});
+    EXPECT_EQ(scan().known, 0U);
+    EXPECT_EQ(m_engine.timesSeen("evil"), 1);
+}
+
+TEST(SecondScanOnTmpfs, RemembersNothing) {
+    const UniqueFd folder(::open("/dev/shm", O_PATH));
+    const auto facts = fileSystemFacts(folder.get());
+    if (!facts || facts->keepsVerdicts || ::access("/dev/shm", W_OK) != 0) {
+        GTEST_SKIP() << "There is no tmpfs on /dev/shm.";
+    }
+    const ScratchFolder state;
+    std::string tree = "/dev/shm/korvale-XXXXXX";
+    ASSERT_NE(::mkdtemp(tree.data()), nullptr);
+    writeFile(tree + "/file", "good");
+    std::this_thread::sleep_for(2 * VerdictMemory::tooYoung);
+    std::string error;
+    const auto cache = VerdictCache::open(state / "verdicts.db", error);
+    FakeEngine engine;
+    ScanRequest request = RecordingScan::of(tree);
+    request.caller = {::geteuid(), {::getegid()}};
+    RecordingScan(request, engine, cache.get()).run();
+    EXPECT_EQ(RecordingScan(request, engine, cache.get()).run().known, 0U);
+    fs::remove_all(tree);
+}
+
+} // namespace
