@@ -34,7 +34,6 @@ struct Configuration {
     std::vector<std::string> exclude;
     bool otherFileSystems = false;
     std::int64_t largestFile = std::int64_t{256} << 20; ///< bytes
-    int workers = 4;
 
     bool quarantineUnsafe = true;
     bool quarantineAbnormal = false;

@@ -1,5 +1,7 @@
 #include "agent/app/ConfigurationKeys.h"
 
+#include "agent/base/PathRules.h"
+
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -77,6 +79,19 @@ string_view paths(Configuration& configuration, const toml::node& value) {
     return kTaken;
 }
 
+string_view excluded(Configuration& configuration, const toml::node& value) {
+    std::optional<std::vector<std::string>> texts = textsOf(value);
+    PathRules rules;
+    std::string error;
+    if (!texts || !std::all_of(texts->begin(), texts->end(), [&](const std::string& text) {
+            return isLine(text) && rules.add(text, error);
+        })) {
+        return "a list of paths that begin with / and have no . or .. in them";
+    }
+    configuration.exclude = std::move(*texts);
+    return kTaken;
+}
+
 bool isUnit(const std::string& text) {
     return isLine(text) && text.find('/') == std::string::npos &&
            (text.ends_with(".service") || text.ends_with(".socket"));
@@ -147,15 +162,6 @@ string_view largestFile(Configuration& configuration, const toml::node& value) {
     return kTaken;
 }
 
-string_view workers(Configuration& configuration, const toml::node& value) {
-    const std::optional<std::int64_t> number = numberIn(value, 1, 64);
-    if (!number) {
-        return "a number from 1 to 64";
-    }
-    configuration.workers = static_cast<int>(*number);
-    return kTaken;
-}
-
 using C = Configuration;
 
 constexpr std::array kKeys{
@@ -173,10 +179,9 @@ constexpr std::array kKeys{
     ConfigurationKey{"engine", "file_deadline", &fileDeadline},
     ConfigurationKey{"engine", "units", &units<&C::engineUnits>},
     ConfigurationKey{"scan", "background", &paths<&C::background>},
-    ConfigurationKey{"scan", "exclude", &paths<&C::exclude>},
+    ConfigurationKey{"scan", "exclude", &excluded},
     ConfigurationKey{"scan", "other_file_systems", &truth<&C::otherFileSystems>},
     ConfigurationKey{"scan", "largest_file", &largestFile},
-    ConfigurationKey{"scan", "workers", &workers},
     ConfigurationKey{"quarantine", "unsafe", &truth<&C::quarantineUnsafe>},
     ConfigurationKey{"quarantine", "abnormal", &truth<&C::quarantineAbnormal>},
     ConfigurationKey{"updates", "unit", &unit<&C::updaterUnit>},

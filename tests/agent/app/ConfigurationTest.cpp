@@ -46,7 +46,6 @@ background = ["/home", "/srv"]
 exclude = ["/home/x"]
 other_file_systems = true
 largest_file = 10
-workers = 2
 [quarantine]
 unsafe = false
 abnormal = true
@@ -64,7 +63,6 @@ unit = "a.service"
     EXPECT_EQ(configuration.exclude, std::vector<std::string>{"/home/x"});
     EXPECT_TRUE(configuration.otherFileSystems);
     EXPECT_EQ(configuration.largestFile, 10 << 20);
-    EXPECT_EQ(configuration.workers, 2);
     EXPECT_FALSE(configuration.quarantineUnsafe);
     EXPECT_TRUE(configuration.quarantineAbnormal);
     EXPECT_EQ(configuration.updaterUnit, "a.service");
@@ -79,15 +77,20 @@ TEST(Configuration, AMistakeIsOneLineThatNamesItsPlace) {
     const BadCase cases[] = {
         {"\n\ncolour = 1", "line 3: there is no key colour"},
         {"[scan]\nspeed = 1", "line 2: there is no key scan.speed"},
-        {"[scann]\nworkers = 1", "line 1: there is no key scann"},
+        {"[scann]\nlargest_file = 1", "line 1: there is no key scann"},
         {"scan = 5", "line 1: [scan] is a section"},
-        {"[scan]\nworkers = 0", "line 2: scan.workers must be a number from 1 to 64"},
-        {"[scan]\nworkers = \"4\"", "line 2: scan.workers must be a number from 1 to 64"},
-        {"[scan]\nworkers = 4.5", "line 2: scan.workers must be a number from 1 to 64"},
-        {"[scan]\nexclude = \"/a\"",
-         "line 2: scan.exclude must be a list of paths that begin with /"},
-        {"[scan]\nexclude = [\"/a\", 5]",
-         "line 2: scan.exclude must be a list of paths that begin with /"},
+        {"[scan]\nlargest_file = 0",
+         "line 2: scan.largest_file must be a number of mebibytes from 1 to 1048576"},
+        {"[scan]\nlargest_file = \"4\"",
+         "line 2: scan.largest_file must be a number of mebibytes from 1 to 1048576"},
+        {"[scan]\nlargest_file = 4.5",
+         "line 2: scan.largest_file must be a number of mebibytes from 1 to 1048576"},
+        {"[scan]\nexclude = \"/a\"", "line 2: scan.exclude must be a list of paths that begin with "
+                                     "/ and have no . or .. in them"},
+        {"[scan]\nexclude = [\"/a\", 5]", "line 2: scan.exclude must be a list of paths that begin "
+                                          "with / and have no . or .. in them"},
+        {"[scan]\nexclude = [\"/a/../b\"]", "line 2: scan.exclude must be a list of paths that "
+                                            "begin with / and have no . or .. in them"},
         {"[folders]\nstate = \"var\"", "line 2: folders.state must be a path that begins with /"},
         {"[folders]\nstate = \"/a\\nb\"",
          "line 2: folders.state must be a path that begins with /"},

@@ -1,0 +1,229 @@
+#include "agent/app/Agent.h"
+
+#include "agent/app/ThreatJson.h"
+#include "agent/base/Log.h"
+#include "agent/publish/BuildSettings.h"
+#include "agent/publish/HostCacheNames.h"
+
+#include <QJsonDocument>
+#include <QSysInfo>
+#include <QTimer>
+
+namespace korvale::agent {
+namespace {
+
+constexpr std::chrono::seconds kLastWords{3};
+/// Everything that the agent keeps in the host cache.
+constexpr std::uint32_t kAllLists =
+    bit::kFileStates | bit::kScannerState | bit::kAnalysisCount | bit::kProcesses;
+
+} // namespace
+
+std::unique_ptr<Agent> Agent::make(ConfigurationFile configuration, std::string& error) {
+    const Configuration& current = configuration.current();
+    std::unique_ptr<FindingsKeeper> keeper =
+        FindingsKeeper::open({current.state, current.quarantine}, error);
+    if (!keeper) {
+        return nullptr;
+    }
+    std::string cacheError;
+    std::unique_ptr<VerdictCache> cache =
+        VerdictCache::open(current.state + "/verdicts.sqlite", cacheError);
+    if (!cache) {
+        logWarning("Scanning without a memory of clean files: " + cacheError);
+    }
+    return std::unique_ptr<Agent>(
+        new Agent(std::move(configuration), std::move(keeper), std::move(cache)));
+}
+
+Agent::Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> keeper,
+             std::unique_ptr<VerdictCache> cache)
+    : m_configuration(std::move(configuration)),
+      m_keeper(std::move(keeper)),
+      m_cache(std::move(cache)),
+      m_engines(m_configuration.current()),
+      m_publishing(QString::fromStdString(m_configuration.current().hostCache)),
+      m_scanner(m_engines.both, m_cache.get()) {
+    m_publishing.lists().setEventLimit(kMostEvents);
+    m_threats.fill(m_keeper->known());
+    m_publishing.lists().setScanning(false);
+    m_publishing.lists().markChanged(kAllLists);
+    setProblem(QStringLiteral("store"), m_keeper->trouble());
+    join();
+    configure();
+}
+
+void Agent::join() {
+    connect(&m_states, &StateSignals::notification, &m_bus, &AgentBus::post);
+    connect(&m_publishing, &Publishing::notification, &m_bus, &AgentBus::post);
+    connect(&m_scanReport, &ScanReport::notification, &m_bus, &AgentBus::post);
+    connect(&m_publishing, &Publishing::problem, this, [this](const QString& sentence) {
+        m_filesFail = true;
+        setProblem(QStringLiteral("host cache"), sentence);
+    });
+    connect(&m_publishing, &Publishing::recovered, this, [this] {
+        m_filesFail = false;
+        setProblem(QStringLiteral("host cache"), {});
+    });
+    connect(&m_bus, &AgentBus::nameOwned, this, [this] {
+        logInfo("On the bus.");
+        m_states.start();
+    });
+    connect(&m_bus, &AgentBus::busLost, this, [this] {
+        logWarning("The bus is gone.");
+        m_gatekeeper.forgetCallers();
+    });
+    connect(&m_bus, &AgentBus::problem, this,
+            [](const QString& sentence) { logWarning(sentence.toStdString()); });
+    connect(&m_scanner, &Scanner::found, this, &Agent::found);
+    connect(m_keeper.get(), &FindingsKeeper::shown, this, &Agent::shown);
+    connect(m_keeper.get(), &FindingsKeeper::waiting, this, [this](int findings) {
+        setProblem(QStringLiteral("store room"),
+                   findings == 0
+                       ? QString()
+                       : QStringLiteral("%1 findings wait for room on the disk.").arg(findings));
+    });
+    connect(&m_enginePoll, &EnginePoll::answered, this, &Agent::engineAnswered);
+}
+
+void Agent::configure() {
+    korvale::agent::setLogLevel(m_configuration.current().logLevel);
+    m_scans.configure(m_configuration.current());
+    m_states.setConfigurationValid(m_configuration.problem().isEmpty());
+    setProblem(QStringLiteral("configuration"), m_configuration.problem());
+}
+
+void Agent::start() {
+    m_publishing.changed();
+    m_bus.takeName();
+    m_enginePoll.ask();
+}
+
+void Agent::stop() {
+    if (std::exchange(m_stopping, true)) {
+        return;
+    }
+    m_scanner.stopAll();
+    m_publishing.lists().setScanning(false);
+    m_publishing.changed();
+    m_states.stop();
+    // The last files are worth a moment, not more: what was found is in the store.
+    QTimer::singleShot(kLastWords, this, &Agent::stopped);
+    connect(&m_publishing, &Publishing::idle, this, &Agent::stopped);
+}
+
+QString Agent::reload() {
+    const bool good = m_configuration.read();
+    configure();
+    logInfo(good ? "The configuration was read again."
+                 : "The configuration in use before stays in use.");
+    return m_configuration.problem();
+}
+
+void Agent::found(const FoundFile& file) {
+    const Configuration& configuration = m_configuration.current();
+    const bool take = file.judgement.verdict == Verdict::Unsafe ? configuration.quarantineUnsafe
+                                                                : configuration.quarantineAbnormal;
+    logWarning("Found " + printable(file.judgement.name) + " in " + printable(file.path));
+    m_keeper->found(file, take);
+}
+
+void Agent::shown(const Finding& finding, const QString& detail) {
+    if (!detail.isEmpty()) {
+        logWarning(printable(finding.path) + ": " + detail.toStdString());
+    }
+    m_threats.show(finding);
+    m_publishing.changed();
+    if (m_filesFail && finding.state != FindingState::Deleted) {
+        tellWithoutFiles(finding);
+    }
+}
+
+void Agent::tellWithoutFiles(const Finding& finding) {
+    const QString text = QStringLiteral("%1: %2").arg(pathText(finding.path),
+                                                      QString::fromStdString(finding.virusName));
+    m_bus.sendMessage(QJsonDocument(QJsonObject{{QStringLiteral("CMD_"),
+                                                 QStringLiteral("SondarNotificationMessage")},
+                                                {QStringLiteral("VALU"), text}})
+                          .toJson(QJsonDocument::Compact));
+}
+
+void Agent::engineAnswered(const EngineState& state) {
+    const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    m_engineState = state;
+    const bool fresh = isFresh(state, now);
+    QString problem;
+    if (!state.reachable) {
+        problem = QStringLiteral("The scan engine does not answer: only the built-in one looks. ") +
+                  QString::fromStdString(state.trouble);
+    } else if (!fresh) {
+        problem = QStringLiteral("The engine's signatures are older than seven days.");
+    }
+    setProblem(QStringLiteral("engine"), problem.trimmed());
+    m_states.setEngineFresh(fresh);
+}
+
+void Agent::setProblem(const QString& what, const QString& sentence) {
+    if (m_problems.value(what) == sentence) {
+        return;
+    }
+    if (sentence.isEmpty()) {
+        m_problems.remove(what);
+        logInfo("Well again: " + what.toStdString());
+    } else {
+        m_problems.insert(what, sentence);
+        logWarning(sentence.toStdString());
+    }
+    Q_EMIT statusLine(m_problems.isEmpty() ? QStringLiteral("Protecting.")
+                                           : m_problems.values().join(u' '));
+}
+
+AgentFacts Agent::facts() const {
+    const Configuration& configuration = m_configuration.current();
+    AgentFacts facts;
+    facts.deviceName = configuration.deviceName.empty()
+                           ? QSysInfo::machineHostName()
+                           : QString::fromStdString(configuration.deviceName);
+    facts.policyName = QString::fromStdString(configuration.policyName);
+    // Not "Local Policy": programs take every connection for lost then.
+    facts.policyMode = QStringLiteral("Configuration file");
+    facts.policyTime = m_configuration.time();
+    facts.version = build::kVersion.toString();
+    facts.notifications = configuration.policyNotifications;
+    facts.driverConnected = m_states.driverConnected();
+    facts.logLevel = logLevel();
+    return facts;
+}
+
+void Agent::startFolderScan(const Caller& caller, const QString& folder, const Done& done) {
+    m_scans.startFolder(caller, folder.toStdString(),
+                        [done](std::uint64_t /*id*/, const QString& refusal) { done(refusal); });
+}
+
+void Agent::startBackgroundScan(const Caller& caller, const Done& done) {
+    m_scans.startBackground(
+        caller, [done](std::uint64_t /*id*/, const QString& refusal) { done(refusal); });
+}
+
+bool Agent::ownsEveryScan(std::uint32_t uid) const {
+    return m_scans.allOf(uid);
+}
+
+void Agent::stopScans(const Done& done) {
+    done(m_scans.stopAll() ? QString() : QStringLiteral("No scan is running."));
+}
+
+void Agent::checkUpdates(const Done& done) {
+    done(QStringLiteral("This agent does not look for signatures yet."));
+}
+
+void Agent::readConfiguration(const Done& done) {
+    done(reload());
+}
+
+void Agent::setLogLevel(LogLevel level) {
+    korvale::agent::setLogLevel(level);
+    logInfo("The log level is " + std::to_string(static_cast<int>(level)) + ".");
+}
+
+} // namespace korvale::agent

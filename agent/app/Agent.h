@@ -1,0 +1,105 @@
+#pragma once
+
+#include "agent/app/AgentStatus.h"
+#include "agent/app/AgentTasks.h"
+#include "agent/app/ConfigurationFile.h"
+#include "agent/app/ControlRequests.h"
+#include "agent/app/EnginePoll.h"
+#include "agent/app/Engines.h"
+#include "agent/app/FindingsKeeper.h"
+#include "agent/app/Gatekeeper.h"
+#include "agent/app/Requests.h"
+#include "agent/app/ScanReport.h"
+#include "agent/app/Scans.h"
+#include "agent/app/StateSignals.h"
+#include "agent/app/ThreatLists.h"
+#include "agent/bus/AgentBus.h"
+#include "agent/bus/AgentObject.h"
+#include "agent/bus/ControlPort.h"
+#include "agent/bus/RequestPort.h"
+#include "agent/publish/Publishing.h"
+#include "agent/scan/Scanner.h"
+#include "agent/store/VerdictCache.h"
+
+#include <QMap>
+
+namespace korvale::agent {
+
+/// The agent: owns its parts, creates them in the order in which they need each other, and joins
+/// them. Main thread.
+class Agent : public QObject, private AgentTasks, private AgentStatus {
+    Q_OBJECT
+public:
+    /// Events that the list of events holds at most.
+    static constexpr qsizetype kMostEvents = 2000;
+
+    /// Null and a sentence in `error` when it cannot do its work at all: without a place to write
+    /// findings down.
+    static std::unique_ptr<Agent> make(ConfigurationFile configuration, std::string& error);
+
+    /// Goes on the bus, or tries to until there is one.
+    void start();
+    /// Says good-bye, stops scans and writes what is not written. `stopped` follows, a few seconds
+    /// later at most.
+    void stop();
+    /// Reads the configuration again. Empty, or what is wrong with it.
+    QString reload();
+
+Q_SIGNALS:
+    void stopped();
+    /// One line for the service manager.
+    void statusLine(const QString& line);
+
+private:
+    Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> keeper,
+          std::unique_ptr<VerdictCache> cache);
+    void join();
+    void configure();
+    void found(const FoundFile& file);
+    void shown(const Finding& finding, const QString& detail);
+    void engineAnswered(const EngineState& state);
+    void setProblem(const QString& what, const QString& sentence);
+    void tellWithoutFiles(const Finding& finding);
+
+    // AgentTasks
+    [[nodiscard]] AgentFacts facts() const override;
+    void greet() override { m_states.greet(); }
+    void startFolderScan(const Caller& caller, const QString& folder, const Done& done) override;
+    void startBackgroundScan(const Caller& caller, const Done& done) override;
+    [[nodiscard]] bool ownsEveryScan(std::uint32_t uid) const override;
+    void stopScans(const Done& done) override;
+    void checkUpdates(const Done& done) override;
+    void readConfiguration(const Done& done) override;
+    void setLogLevel(LogLevel level) override;
+
+    // AgentStatus
+    [[nodiscard]] QJsonObject status() const override;
+    [[nodiscard]] QJsonObject policy() const override;
+    [[nodiscard]] QJsonObject devices() const override;
+    [[nodiscard]] QJsonObject why(const std::string& path) const override;
+
+    ConfigurationFile m_configuration;
+    std::unique_ptr<FindingsKeeper> m_keeper;
+    std::unique_ptr<VerdictCache> m_cache; ///< null when it cannot be opened
+    Engines m_engines;
+    EnginePoll m_enginePoll{m_engines.both};
+    EngineState m_engineState;
+    Publishing m_publishing;
+    ThreatLists m_threats{m_publishing.lists()};
+    StateSignals m_states;
+    Scanner m_scanner;
+    Scans m_scans{m_scanner};
+    ScanReport m_scanReport{m_scanner, m_publishing};
+    Gatekeeper m_gatekeeper;
+    Requests m_requests{m_gatekeeper, *this};
+    RequestPort m_requestPort{m_requests};
+    ControlRequests m_control{m_gatekeeper, *this, *m_keeper, m_scans};
+    ControlPort m_controlPort{m_control};
+    AgentObject m_object{{&m_requestPort, &m_controlPort}};
+    AgentBus m_bus{m_object, std::chrono::seconds(2)};
+    QMap<QString, QString> m_problems; ///< by what they are about
+    bool m_filesFail = false;          ///< the host cache cannot be written
+    bool m_stopping = false;
+};
+
+} // namespace korvale::agent

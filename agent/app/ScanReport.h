@@ -1,0 +1,51 @@
+#pragma once
+
+#include "agent/scan/ScanTypes.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+
+#include <map>
+
+namespace korvale::agent {
+
+class Publishing;
+class Scanner;
+struct ScanInfo;
+
+/// Tells programs how scans go: the file at hand at most five times a second, the number of files,
+/// whether one runs, and what came of it. Main thread.
+class ScanReport : public QObject {
+    Q_OBJECT
+public:
+    static constexpr qint64 kAnalyserPeriod = 200; ///< milliseconds
+
+    /// Both must outlive this object.
+    ScanReport(Scanner& scanner, Publishing& publishing, QObject* parent = nullptr);
+
+    /// Of the scan that ended last; its id is 0 before the first.
+    [[nodiscard]] const ScanSummary& last() const { return m_last; }
+    [[nodiscard]] qint64 lastEnd() const { return m_lastEnd; } ///< seconds since 1970
+
+Q_SIGNALS:
+    /// One of the twenty notifications is to be sent.
+    void notification(const QString& name);
+
+private:
+    void runningChanged(bool running);
+    void progress(const ScanInfo& scan, const std::string& path);
+    void ended(const ScanSummary& summary);
+    void showCount();
+
+    Publishing& m_publishing;
+    std::map<std::uint64_t, std::uint64_t> m_analysed; ///< by running scan
+    std::uint64_t m_before = 0;                        ///< files of scans that have ended
+    QElapsedTimer m_sinceAnalyser;
+    ScanSummary m_last;
+    qint64 m_lastEnd = 0;
+};
+
+/// What a person who asked for the scan is told at its end.
+[[nodiscard]] QString scanSentence(const ScanSummary& summary);
+
+} // namespace korvale::agent
