@@ -34,6 +34,14 @@ bool isEicar(int descriptor) {
 
 } // namespace
 
+std::string eicarTestContent() {
+    std::string plain(kVeiledEicar);
+    for (char& byte : plain) {
+        byte = static_cast<char>(static_cast<unsigned char>(byte) ^ kVeil);
+    }
+    return plain;
+}
+
 bool isEicarTestFile(std::string_view content) {
     constexpr std::string_view blanks = " \t\r\n\x1a";
     if (content.size() < kVeiledEicar.size() || content.size() > kEicarLongest) {

@@ -36,6 +36,9 @@ private:
     EngineState m_state;
 };
 
+/// The 68 bytes themselves, to test another engine with.
+[[nodiscard]] std::string eicarTestContent();
+
 /// Whether a content is the EICAR test file: its 68 bytes first, then at most 60 blanks.
 [[nodiscard]] bool isEicarTestFile(std::string_view content);
 

@@ -6,6 +6,7 @@
 #include "agent/engine/ClamdCommand.h"
 #include "agent/engine/ReadableFile.h"
 #include "agent/engine/Signatures.h"
+#include "agent/engine/TestFile.h"
 
 #include <algorithm>
 
@@ -133,14 +134,10 @@ Judgement ClamdEngine::judgementFor(const ClamdChannel::Answer& answer) {
     case ClamdChannel::Outcome::Answered:
         return judgementOf(answer.text);
     case ClamdChannel::Outcome::TimedOut:
-    case ClamdChannel::Outcome::Unreachable: {
+    case ClamdChannel::Outcome::Unreachable:
         m_breaker.failed(Clock::now());
-        EngineState now = state();
-        now.reachable = false;
-        now.trouble = printable(answer.text);
-        publish(std::move(now));
+        lost(printable(answer.text));
         return noAnswer(printable(answer.text));
-    }
     case ClamdChannel::Outcome::BadFile:
         return notScanned(answer.text);
     case ClamdChannel::Outcome::Stopped:
@@ -182,22 +179,52 @@ EngineState ClamdEngine::refresh() {
     // VERSION instead of PING: as short, and it says what is needed besides.
     const auto version = askClamd(m_socket, "VERSION", m_settings.patience, error);
     now.reachable = version && version->starts_with("ClamAV ");
+    now.startable = files.complete;
     if (now.reachable) {
         now.version = validUtf8(*version);
         const auto official = signatureTimeOf(*version);
         now.signatureTime = official ? official : files.newest;
         now.signatureKey = files.key.empty() ? std::string() : now.version + '|' + files.key;
-        now.trouble.clear();
         m_breaker.answered();
+        now.trouble = testFileTrouble();
+        now.reachable = now.trouble.empty();
     } else {
         now.trouble = version ? "something else than clamd answers" : printable(error);
         m_breaker.failed(Clock::now());
+        m_tested = false;
     }
     for (ClamdChannel& channel : m_channels) {
         channel.closeIfIdle(kIdle);
     }
     publish(now);
     return now;
+}
+
+std::string ClamdEngine::testFileTrouble() {
+    if (m_settings.testFolder.empty() || m_tested) {
+        return {};
+    }
+    const TestFile file(m_settings.testFolder);
+    if (!file.descriptor()) {
+        return {}; // our own trouble, which others tell
+    }
+    const Judgement judgement = judge(file.descriptor().get(), 2 * m_settings.patience);
+    // Signatures that do not know the test file are somebody's choice.
+    m_tested = isJudged(judgement.verdict);
+    return m_tested ? std::string() : "it judges no files: " + judgement.reason;
+}
+
+void ClamdEngine::lost(std::string why) {
+    bool was = false;
+    {
+        const std::lock_guard lock(m_stateMutex);
+        was = std::exchange(m_state.reachable, false);
+        m_state.trouble = std::move(why);
+    }
+    m_tested = false;
+    if (was && m_lost) {
+        m_lost();
+    }
 }
 
 void ClamdEngine::publish(EngineState state) {

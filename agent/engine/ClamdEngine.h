@@ -8,7 +8,9 @@
 #include "agent/engine/SuspectFiles.h"
 
 #include <array>
+#include <atomic>
 #include <cstddef>
+#include <functional>
 #include <mutex>
 #include <string>
 
@@ -29,6 +31,9 @@ public:
         std::string socket; ///< empty: as the configuration file says
         /// How long a PING may take until the engine counts as not reachable.
         std::chrono::milliseconds patience{2000};
+        /// A folder of the agent's own, from which a test file is passed whenever clamd has come
+        /// back: clamd may be confined to some folders, and then judges nothing. Empty: no test.
+        std::string testFolder = {};
     };
 
     explicit ClamdEngine(Settings settings);
@@ -37,6 +42,10 @@ public:
                     std::stop_token stop = {}) override;
     [[nodiscard]] EngineState state() const override;
     EngineState refresh() override;
+
+    /// Called whenever it turns out, between two refreshes, that clamd does not answer any more; on
+    /// the thread that found out. Set it before the first use.
+    void onLost(std::function<void()> lost) { m_lost = std::move(lost); }
 
 private:
     using TimePoint = std::chrono::steady_clock::time_point;
@@ -49,6 +58,8 @@ private:
     bool mayAsk(TimePoint deadline);
     ClamdChannel& freestChannel();
     void publish(EngineState state);
+    void lost(std::string why);
+    [[nodiscard]] std::string testFileTrouble();
 
     const Settings m_settings;
     const ClamdConfiguration m_configuration; ///< for the socket; limits are read at each refresh
@@ -57,6 +68,9 @@ private:
     SoloGate m_gate;
     SuspectFiles m_suspects;
     std::array<ClamdChannel, sessions> m_channels;
+
+    std::function<void()> m_lost;
+    std::atomic<bool> m_tested = false; ///< clamd has read a test file since it came back
 
     mutable std::mutex m_stateMutex;
     EngineState m_state;

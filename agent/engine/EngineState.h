@@ -10,7 +10,7 @@ namespace korvale::agent {
 
 /// What the agent knows of an engine, as of the last time it asked.
 struct EngineState {
-    bool reachable = false; ///< it answered when it was last asked
+    bool reachable = false; ///< it answered when it was last asked, and can read what it is given
     std::string version;    ///< as the engine writes it, valid UTF-8; empty: never answered
     /// Changes whenever the engine may judge otherwise: part of the verdict cache's key. Empty: not
     /// known, no verdict may be remembered.
@@ -18,6 +18,8 @@ struct EngineState {
     std::optional<std::chrono::sys_seconds> signatureTime; ///< of the newest signatures
     /// Larger files are answered without having been read. Bytes.
     std::int64_t maxFileSize = std::numeric_limits<std::int64_t>::max();
+    /// The signatures are there without which the system does not start it.
+    bool startable = false;
     std::string trouble; ///< why it is not reachable, for people; empty when it is
 
     friend bool operator==(const EngineState&, const EngineState&) = default;

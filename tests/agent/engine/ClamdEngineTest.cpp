@@ -1,9 +1,11 @@
 #include "agent/engine/ClamdEngine.h"
 
+#include "agent/fakes/EicarText.h"
 #include "agent/fakes/ScratchFolder.h"
 #include "agent/fakes/ScriptedClamd.h"
 
 #include <fcntl.h>
+#include <filesystem>
 #include <future>
 #include <gtest/gtest.h>
 #include <map>
@@ -25,7 +27,7 @@ protected:
     }
 
     ClamdEngine::Settings settings() const {
-        return {m_folder / "clamd.conf", m_folder / "clamd.ctl", 300ms};
+        return {m_folder / "clamd.conf", m_folder / "clamd.ctl", 300ms, {}};
     }
 
     std::string path(const std::string& content) {
@@ -301,6 +303,44 @@ TEST_F(ClamdEngineTest, SaysWhetherItIsReachableAndWithWhat) {
     state = engine.refresh();
     EXPECT_FALSE(state.reachable);
     EXPECT_EQ(state.version, "ClamAV 1.4.6/27900/Sat Nov 14 09:00:00 2026");
+}
+
+TEST_F(ClamdEngineTest, CountsAsNotReachableWhileItMayReadNothing) {
+    m_clamd.onFile([](const Asked& asked) {
+        return ScriptedClamd::says(asked, "lstat() failed: Permission denied. ERROR");
+    });
+    ClamdEngine::Settings tested = settings();
+    tested.testFolder = m_folder.path();
+    ClamdEngine engine(tested);
+    const EngineState state = engine.refresh();
+    EXPECT_FALSE(state.reachable);
+    EXPECT_NE(state.trouble.find("Permission denied"), std::string::npos) << state.trouble;
+
+    std::string shown;
+    m_clamd.onFile([&](const Asked& asked) {
+        shown = asked.content;
+        return ScriptedClamd::says(asked, "Test FOUND");
+    });
+    EXPECT_TRUE(engine.refresh().reachable);
+    EXPECT_EQ(shown, eicarText());
+    const int files = m_clamd.files();
+    EXPECT_TRUE(engine.refresh().reachable);
+    EXPECT_EQ(m_clamd.files(), files) << "tested once as long as it is there";
+    for (const auto& entry : std::filesystem::directory_iterator(m_folder.path())) {
+        EXPECT_FALSE(entry.path().filename().string().starts_with("engine-test")) << entry;
+    }
+}
+
+TEST_F(ClamdEngineTest, TellsOnceWhenItIsLost) {
+    std::atomic<int> lost = 0;
+    ClamdEngine engine(settings());
+    engine.onLost([&] { ++lost; });
+    engine.refresh();
+    EXPECT_EQ(judge(engine, "content").verdict, Verdict::Clean);
+    m_clamd.stop();
+    EXPECT_EQ(judge(engine, "content").verdict, Verdict::NoAnswer);
+    EXPECT_EQ(judge(engine, "content").verdict, Verdict::NoAnswer);
+    EXPECT_EQ(lost, 1);
 }
 
 TEST_F(ClamdEngineTest, KeepsAtMostTwoConnectionsWhileEightAsk) {

@@ -24,7 +24,7 @@ TEST(RealClamd, JudgesWhatIsPassedToIt) {
     KORVALE_NEEDS_CLAMD();
     const RealClamd clamd;
     const ScratchFolder folder;
-    ClamdEngine engine({clamd.configuration(), {}, 2s});
+    ClamdEngine engine({clamd.configuration(), {}, 2s, {}});
     ASSERT_TRUE(engine.refresh().reachable) << engine.state().trouble;
     writeFile(folder / "good", "harmless");
     writeFile(folder / "eicar", eicarText());
@@ -44,7 +44,7 @@ TEST(RealClamd, IsNotBelievedAboutFilesAboveItsLimit) {
     KORVALE_NEEDS_CLAMD();
     const RealClamd clamd("MaxFileSize 1M\n");
     const ScratchFolder folder;
-    ClamdEngine engine({clamd.configuration(), {}, 2s});
+    ClamdEngine engine({clamd.configuration(), {}, 2s, {}});
     engine.refresh();
     const std::string marker = RealClamd::badMarker;
     const std::string largest = marker + std::string((1 << 20) - marker.size(), 'x');
@@ -59,7 +59,7 @@ TEST(RealClamd, SayingThatALimitWasExceededIsNoFinding) {
     const RealClamd clamd("AlertExceedsMax yes\nMaxFileSize 1k\n");
     const ScratchFolder folder;
     writeFile(folder / "other.conf", "MaxFileSize 1M\n"); // we know of a larger limit
-    ClamdEngine engine({folder / "other.conf", clamd.socket(), 2s});
+    ClamdEngine engine({folder / "other.conf", clamd.socket(), 2s, {}});
     writeFile(folder / "large", std::string(5000, 'x'));
     const Judgement judgement = judge(engine, folder / "large");
     EXPECT_EQ(judgement.verdict, Verdict::NotScanned);
@@ -70,7 +70,7 @@ TEST(RealClamd, ThatIsStoppedGivesNoAnswerAndGoesOnLater) {
     KORVALE_NEEDS_CLAMD();
     const RealClamd clamd;
     const ScratchFolder folder;
-    ClamdEngine engine({clamd.configuration(), {}, 500ms});
+    ClamdEngine engine({clamd.configuration(), {}, 500ms, {}});
     writeFile(folder / "bad", RealClamd::badMarker);
     clamd.signal(SIGSTOP);
     EXPECT_EQ(judge(engine, folder / "bad", 500ms).verdict, Verdict::NoAnswer);
@@ -86,7 +86,7 @@ TEST(RealClamd, KilledAgainAndAgainNeverMakesABadFileClean) {
     KORVALE_NEEDS_CLAMD();
     RealClamd clamd;
     const ScratchFolder folder;
-    ClamdEngine engine({clamd.configuration(), {}, 1s});
+    ClamdEngine engine({clamd.configuration(), {}, 1s, {}});
     std::atomic<bool> ending = false;
     std::atomic<int> judged = 0;
     std::vector<std::jthread> threads;
