@@ -31,6 +31,7 @@
 
 #include <QDBusConnection>
 #include <QObject>
+#include <QProcessEnvironment>
 #include <QTimer>
 
 #include <functional>
@@ -42,8 +43,9 @@ namespace korvale {
 struct AppDelegateContext {
     const CommandLine& commandLine;
     const InfoDictionary& info;
-    std::function<void()> sleepOneSecond; ///< holds up the main thread; one-shot starts only
-    std::function<void()> terminate;      ///< ends the event loop; applicationWillTerminate follows
+    const QProcessEnvironment& environment; ///< that the program was started with
+    std::function<void()> sleepOneSecond;   ///< holds up the main thread; one-shot starts only
+    std::function<void()> terminate; ///< ends the event loop; applicationWillTerminate follows
 };
 
 /// The one application controller and composition root: owns all state, makes the parts, and starts

@@ -15,6 +15,7 @@
 #include "shell/Translations.h"
 
 #include <QApplication>
+#include <QProcessEnvironment>
 #include <QSessionManager>
 
 #include <cerrno>
@@ -70,11 +71,13 @@ private:
 
 int runApplication(int argc, char** argv, const CommandLine& commandLine,
                    const InfoDictionary& info, TerminationSignals& signalsOfTheSystem) {
+    const QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     UserSession session; // asks the session bus while the toolkit starts
     const Application application(argc, argv);
     logUnknownOptions(CommandLine(argc, argv)); // the toolkit has taken its own away
     const Translations translations;
-    AppDelegate delegate({commandLine, info, [&] { signalsOfTheSystem.sleepOneSecond(); },
+    AppDelegate delegate({commandLine, info, environment,
+                          [&] { signalsOfTheSystem.sleepOneSecond(); },
                           [&] { session.terminate(); }});
     QObject::connect(&signalsOfTheSystem, &TerminationSignals::requested, &session,
                      &UserSession::terminate);

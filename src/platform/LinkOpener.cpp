@@ -7,8 +7,10 @@
 namespace korvale {
 
 bool isOpenableLink(const QString& link) {
-    const auto isForbidden = [](QChar c) { return c.isSpace() || !c.isPrint(); };
-    if (std::any_of(link.begin(), link.end(), isForbidden)) {
+    // Half a surrogate pair is no character; a whole one is one, not two.
+    const auto characters = link.toUcs4();
+    const auto isForbidden = [](char32_t c) { return QChar::isSpace(c) || !QChar::isPrint(c); };
+    if (!link.isValidUtf16() || std::any_of(characters.begin(), characters.end(), isForbidden)) {
         return false;
     }
     const QUrl url(link, QUrl::StrictMode);

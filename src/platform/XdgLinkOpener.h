@@ -2,12 +2,22 @@
 
 #include "platform/LinkOpener.h"
 
+#include <QProcessEnvironment>
+
 namespace korvale {
 
-/// Hands links to xdg-open, detached. A desktop without xdg-open opens nothing.
+/// Hands links to xdg-open, detached. A desktop without xdg-open opens nothing, and the log says
+/// so.
 class XdgLinkOpener final : public LinkOpener {
 public:
+    /// `environment` is what the program was started with: what it has changed for itself since
+    /// is none of the browser's business.
+    explicit XdgLinkOpener(QProcessEnvironment environment);
+
     void openLink(const QString& link) override;
+
+private:
+    QProcessEnvironment m_environment;
 };
 
 } // namespace korvale

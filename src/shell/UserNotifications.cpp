@@ -45,7 +45,7 @@ void UserNotifications::SendConsumerNotification(const QString& message, const Q
                           .subtitle = {},
                           .message = message,
                           .image = {},
-                          .link = url});
+                          .link = isOpenableLink(url) ? url : QString()});
     }
 }
 

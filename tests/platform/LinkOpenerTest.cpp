@@ -1,3 +1,4 @@
+#include "fakes/RecordingLogSink.h"
 #include "platform/XdgLinkOpener.h"
 
 #include <QDir>
@@ -29,6 +30,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Link{QStringLiteral("HTTPS://korvale.example"), true},
                     Link{QStringLiteral("https://[::1]:8443/x"), true},
                     Link{QStringLiteral("https://m\u00fcnchen.example/stra\u00dfe"), true},
+                    Link{QStringLiteral("https://korvale.example/\U0001F600?q=\U00020000"), true},
+                    Link{QStringLiteral("https://korvale.example/") + QChar(0xd83d), false},
+                    Link{QChar(0xde00) + QStringLiteral("https://korvale.example/"), false},
+                    Link{QStringLiteral("https://korvale.example/\U000E0001"), false},
                     Link{QString(), false}, Link{QStringLiteral("korvale.example"), false},
                     Link{QStringLiteral("https:"), false}, Link{QStringLiteral("https://"), false},
                     Link{QStringLiteral("https:///path"), false},
@@ -51,15 +56,24 @@ protected:
     void SetUp() override {
         fifo = folder.filePath(QStringLiteral("called")).toUtf8();
         ASSERT_EQ(mkfifo(fifo.constData(), 0600), 0);
-        QFile script(folder.filePath(QStringLiteral("xdg-open")));
-        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-        script.write("#!/bin/sh\nprintf '%s\\n' \"$#\" \"$@\" >'" + fifo + "'\n");
-        script.close();
-        ASSERT_TRUE(script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         path = qgetenv("PATH");
         qputenv("PATH", folder.path().toUtf8() + ':' + path);
     }
     void TearDown() override { qputenv("PATH", path); }
+
+    /// What xdg-open writes to the FIFO: the output of a line of shell.
+    void install(const QByteArray& line) {
+        QFile script(folder.filePath(QStringLiteral("xdg-open")));
+        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+        script.write("#!/bin/sh\n{ " + line + "; } >'" + fifo + "'\n");
+        script.close();
+        ASSERT_TRUE(script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    }
+    QByteArray written() const {
+        QFile called(QString::fromUtf8(fifo));
+        EXPECT_TRUE(called.open(QIODevice::ReadOnly));
+        return called.readAll();
+    }
 
     QTemporaryDir folder;
     QByteArray fifo;
@@ -67,18 +81,34 @@ protected:
 };
 
 TEST_F(XdgLinkOpenerTest, TheEncodedLinkIsTheOnlyArgument) {
-    XdgLinkOpener().openLink(QStringLiteral("file:///etc/passwd"));
-    XdgLinkOpener().openLink(QStringLiteral("https://korvale.example/\u00e9;rm?a=$(x)"));
-    QFile called(QString::fromUtf8(fifo));
-    ASSERT_TRUE(called.open(QIODevice::ReadOnly));
-    EXPECT_EQ(called.readAll(), "1\nhttps://korvale.example/%C3%A9;rm?a=$(x)\n");
+    install("printf '%s\\n' \"$#\" \"$@\"");
+    XdgLinkOpener opener(QProcessEnvironment::systemEnvironment());
+    opener.openLink(QStringLiteral("file:///etc/passwd"));
+    opener.openLink(QStringLiteral("https://korvale.example/\u00e9;rm?a=$(x)&\U0001F600"));
+    EXPECT_EQ(written(), "1\nhttps://korvale.example/%C3%A9;rm?a=$(x)&%F0%9F%98%80\n");
 }
 
-TEST(XdgLinkOpener, WithoutXdgOpenNothingFails) {
-    const QByteArray path = qgetenv("PATH");
+TEST_F(XdgLinkOpenerTest, TheBrowserGetsTheGivenEnvironmentWithoutAnyRightToTheFocus) {
+    install("env");
+    QProcessEnvironment given = QProcessEnvironment::systemEnvironment();
+    given.insert(QStringLiteral("KORVALE_TEST"), QStringLiteral("as it was"));
+    given.insert(QStringLiteral("XDG_ACTIVATION_TOKEN"), QStringLiteral("spent"));
+    given.insert(QStringLiteral("DESKTOP_STARTUP_ID"), QStringLiteral("spent"));
+    XdgLinkOpener opener(given);
+    qputenv("KORVALE_TEST", "changed since");
+    opener.openLink(QStringLiteral("https://korvale.example/"));
+    const QByteArray environment = written();
+    qunsetenv("KORVALE_TEST");
+    EXPECT_TRUE(environment.contains("KORVALE_TEST=as it was\n"));
+    EXPECT_FALSE(environment.contains("=spent"));
+}
+
+TEST_F(XdgLinkOpenerTest, WithoutXdgOpenALineInTheLogSaysSo) {
+    const RecordingLogSink log;
     qputenv("PATH", "/nonexistent");
-    XdgLinkOpener().openLink(QStringLiteral("https://korvale.example/"));
-    qputenv("PATH", path);
+    XdgLinkOpener(QProcessEnvironment()).openLink(QStringLiteral("https://korvale.example/"));
+    ASSERT_EQ(log.lines().size(), 1U);
+    EXPECT_EQ(log.lines()[0].substr(0, 27), "WARN \"xdg-open cannot start");
 }
 
 } // namespace

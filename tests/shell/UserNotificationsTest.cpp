@@ -281,16 +281,19 @@ TEST_F(UserNotificationsTest, WithoutALinkThereIsNoAction) {
     EXPECT_EQ(shownArguments(1).at(5), QVariant(QStringList()));
 }
 
-TEST_F(UserNotificationsTest, ALinkThatIsNoWebAddressOpensNothing) {
+TEST_F(UserNotificationsTest, ALinkThatWouldNotOpenIsNotOffered) {
     start();
     showLink(QStringLiteral("file:///etc/passwd"));
     showLink(QStringLiteral("not a link"));
-    showLink(QStringLiteral("https://korvale.example/"));
+    showLink(QStringLiteral("https://korvale.example/\U0001F600"));
+    EXPECT_EQ(shownArguments(0).at(5), QVariant(QStringList()));
+    EXPECT_EQ(shownArguments(1).at(5), QVariant(QStringList()));
+    EXPECT_EQ(shownArguments(2).at(5).toStringList().size(), 2);
     server.invoke(41);
     server.invoke(42);
     server.invoke(43);
     ASSERT_TRUE(waitUntil([this] { return !links.opened.isEmpty(); }));
-    EXPECT_EQ(links.opened, QStringList(QStringLiteral("https://korvale.example/")));
+    EXPECT_EQ(links.opened, QStringList(QStringLiteral("https://korvale.example/\U0001F600")));
 }
 
 TEST_F(UserNotificationsTest, TheServiceIsAskedOnceWhatItCanDo) {
