@@ -74,7 +74,9 @@ IconColor StatusItem::resultingColor(IconColor requested) const {
 void StatusItem::setMenuOpen(bool isOpen) {
     const qint64 before = shownPicture().cacheKey();
     m_isMenuOpen = isOpen;
-    notifyIfShownPictureIsNot(before);
+    if (shownPicture().cacheKey() != before) {
+        Q_EMIT shownPictureSet();
+    }
 }
 
 void StatusItem::setTrayAvailable(bool isAvailable) {
@@ -84,18 +86,11 @@ void StatusItem::setTrayAvailable(bool isAvailable) {
     }
 }
 
+/// The same pictures too: whoever lost them gets them with every request.
 void StatusItem::setPictures(const QIcon& picture, const QIcon& alternate) {
-    const qint64 before = shownPicture().cacheKey();
     m_picture = picture;
     m_alternate = alternate;
-    notifyIfShownPictureIsNot(before);
-}
-
-/// The pictures are set at every call, but only another one is worth a message to the tray.
-void StatusItem::notifyIfShownPictureIsNot(qint64 before) {
-    if (shownPicture().cacheKey() != before) {
-        Q_EMIT shownPictureChanged();
-    }
+    Q_EMIT shownPictureSet();
 }
 
 void StatusItem::setToolTip(const QString& text) {

@@ -44,7 +44,8 @@ public:
     void setTrayAvailable(bool isAvailable);
 
 Q_SIGNALS:
-    void shownPictureChanged();
+    /// The tray is to be told, whether or not the picture is another one.
+    void shownPictureSet();
     void toolTipChanged();
     void titleBarPictureChanged(int imageIndex);
     void trayAvailabilityChanged(bool isAvailable);
@@ -53,7 +54,6 @@ private:
     [[nodiscard]] IconColor resultingColor(IconColor requested) const;
     void setPictures(const QIcon& picture, const QIcon& alternate);
     void setToolTip(const QString& text);
-    void notifyIfShownPictureIsNot(qint64 before);
 
     AppState& m_state;
     const Resources& m_resources;

@@ -34,7 +34,7 @@ TrayIcon::TrayIcon(StatusItem& item, StatusItemMenu& menu, AskForX11Tray askForX
       m_askAgain(askAgain) {
     m_x11Timer.setSingleShot(true);
     connect(&m_x11Timer, &QTimer::timeout, this, &TrayIcon::askForX11);
-    connect(&item, &StatusItem::shownPictureChanged, this, &TrayIcon::updatePicture);
+    connect(&item, &StatusItem::shownPictureSet, this, &TrayIcon::updatePicture);
     connect(&item, &StatusItem::toolTipChanged, this, &TrayIcon::updateToolTip);
 }
 
@@ -154,7 +154,7 @@ void TrayIcon::react(QSystemTrayIcon::ActivationReason reason) {
         Q_EMIT activated();
     } else if (reason == QSystemTrayIcon::Context && !m_isX11) {
         // A panel that does not draw menus itself; in the X11 tray the toolkit has opened it.
-        m_menu.menu()->popup(QCursor::pos());
+        m_menu.popUp(QCursor::pos());
     }
 }
 
