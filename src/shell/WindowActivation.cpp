@@ -1,18 +1,28 @@
 #include "shell/WindowActivation.h"
 
+#include "shell/X11Activation.h"
+
+#include <QGuiApplication>
 #include <QWidget>
 
 namespace korvale {
 
+bool readsTokenFromEnvironment(QStringView platform) {
+    return platform.startsWith(QLatin1String("wayland"));
+}
+
 void bringToFront(QWidget& window, const QString& activationToken) {
-    if (!activationToken.isEmpty()) {
-        // Qt's Wayland platform takes the token of xdg-activation from here, once.
-        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    const bool hasToken = !activationToken.isEmpty();
+    if (hasToken && readsTokenFromEnvironment(QGuiApplication::platformName())) {
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8()); // the toolkit takes it, once
     }
+    const X11Activation x11(hasToken ? window.winId() : 0, activationToken.toUtf8());
+    x11.announce();
     window.setWindowState((window.windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
     window.show();
     window.raise();
     window.activateWindow();
+    x11.request();
 }
 
 } // namespace korvale

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringView>
 
 QT_BEGIN_NAMESPACE
 class QWidget;
@@ -12,5 +13,8 @@ namespace korvale {
 /// make it the active one. `activationToken` is what the desktop handed on with the user's wish, or
 /// empty; without one a desktop may refuse to let the window take the focus.
 void bringToFront(QWidget& window, const QString& activationToken);
+
+/// Whether the toolkit's platform of that name takes tokens from XDG_ACTIVATION_TOKEN.
+[[nodiscard]] bool readsTokenFromEnvironment(QStringView platform);
 
 } // namespace korvale

@@ -84,6 +84,15 @@ class StartWithoutHelp(DesktopCase):
         os.kill(program.pid, signal.SIGTERM)
         self.assertEqual(program.wait_exit(), 0)
 
+    def test_a_second_starts_startup_id_gives_the_window_its_right_to_the_focus(self):
+        program = self.program()
+        wait_until(lambda: self.desktop.has_name("com.korvale.ui"), "the program's name")
+        self.program(environment={"DESKTOP_STARTUP_ID": "launcher-1_TIME4711"}).wait_exit()
+        windows = ["xdotool", "search", "--onlyvisible", "--pid", str(program.pid)]
+        window = wait_until(lambda: self.desktop.run(windows, check=False), "the window").split()[0]
+        told = self.desktop.run(["xprop", "-id", window, "_NET_STARTUP_ID"])
+        self.assertIn('"launcher-1_TIME4711"', told)
+
     def test_a_dead_display_is_one_clear_line(self):
         for display in (":4711", "nonsense", None):
             with self.subTest(display=display):
