@@ -13,6 +13,7 @@ namespace korvale {
 
 AppDelegate::AppDelegate(AppDelegateContext context)
     : m_context(std::move(context)),
+      m_linkOpener(m_context.environment),
       m_state(initialState()),
       m_resources(m_appearance,
                   m_context.info.usesVexaAppIcon() ? IconSet::Vexa : IconSet::Standard),
@@ -25,7 +26,7 @@ AppDelegate::AppDelegate(AppDelegateContext context)
                  {processValues().automationMode, m_context.sleepOneSecond, m_context.terminate}),
       m_menu(m_state, m_hostCache, m_statusItem, m_commands),
       m_trayIcon(m_statusItem, m_menu),
-      m_folderScanChooser(m_commands),
+      m_folderScanChooser(m_resources, m_commands),
       m_fileThreatsTableCtrl(m_selections),
       m_memExploitTableCtrl(m_selections),
       m_eventsTableCtrl(m_selections),
@@ -47,6 +48,8 @@ AppDelegate::AppDelegate(AppDelegateContext context)
 }
 
 void AppDelegate::connectParts() {
+    connect(&m_menu, &StatusItemMenu::aboutToBeDrawn, &m_window,
+            &MainWindowController::dressStatusMenu);
     connect(&m_trayIcon, &TrayIcon::activated, this, [this] { activate({}); });
     connect(&m_menu, &StatusItemMenu::showDetails, &m_window, [this] { m_window.showDetails(); });
     connect(&m_menu, &StatusItemMenu::aboutApp, &m_window, [this] { m_window.aboutApp(); });

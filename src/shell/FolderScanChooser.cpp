@@ -3,11 +3,16 @@
 #include "core/base/AgentCommands.h"
 #include "core/base/Logging.h"
 #include "platform/Texts.h"
+#include "shell/Resources.h"
+#include "shell/WindowLook.h"
 
 namespace korvale {
 
-FolderScanChooser::FolderScanChooser(AgentCommands& commands, QObject* parent)
-    : QObject(parent), m_commands(commands) {}
+FolderScanChooser::FolderScanChooser(const Resources& resources, AgentCommands& commands,
+                                     QObject* parent)
+    : QObject(parent), m_resources(resources), m_commands(commands) {
+    connect(&resources, &Resources::darkModeFlipped, this, &FolderScanChooser::showAppearance);
+}
 
 FolderScanChooser::~FolderScanChooser() {
     delete m_dialog;
@@ -21,6 +26,7 @@ void FolderScanChooser::scanSpecificFolder() {
         m_dialog->setAttribute(Qt::WA_DeleteOnClose);
         m_dialog->setFileMode(QFileDialog::Directory);
         m_dialog->setOption(QFileDialog::ShowDirsOnly);
+        showAppearance();
         connect(m_dialog, &QFileDialog::accepted, this, [this] {
             const QStringList chosen = m_dialog->selectedFiles();
             if (!chosen.isEmpty()) {
@@ -31,6 +37,12 @@ void FolderScanChooser::scanSpecificFolder() {
     m_dialog->show();
     m_dialog->raise();
     m_dialog->activateWindow();
+}
+
+void FolderScanChooser::showAppearance() {
+    if (m_dialog) {
+        m_dialog->setPalette(windowPalette(m_resources.isDark()));
+    }
 }
 
 } // namespace korvale

@@ -7,20 +7,26 @@
 namespace korvale {
 
 class AgentCommands;
+class Resources;
 
 /// Lets the user choose one folder to be scanned, without holding up anything. Main thread.
 class FolderScanChooser : public QObject {
     Q_OBJECT
 
 public:
-    /// `commands` gets the chosen folder's path unchanged, and nothing when the user cancels.
-    explicit FolderScanChooser(AgentCommands& commands, QObject* parent = nullptr);
+    /// `commands` gets the chosen folder's path unchanged, and nothing when the user cancels. The
+    /// chooser follows the appearance that `resources` know. Both outlive the object.
+    FolderScanChooser(const Resources& resources, AgentCommands& commands,
+                      QObject* parent = nullptr);
     ~FolderScanChooser() override;
 
     /// Opens the chooser, or brings the one that is open to the front.
     void scanSpecificFolder();
 
 private:
+    void showAppearance();
+
+    const Resources& m_resources;
     AgentCommands& m_commands;
     QPointer<QFileDialog> m_dialog; ///< while open
 };

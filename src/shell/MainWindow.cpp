@@ -1,6 +1,7 @@
 #include "shell/MainWindow.h"
 
 #include "platform/Texts.h"
+#include "shell/MenuLabel.h"
 #include "shell/PlainToolTip.h"
 #include "shell/TabBarStyle.h"
 #include "shell/WindowMemory.h"
@@ -171,8 +172,9 @@ void MainWindow::setDark(bool dark) {
 }
 
 void MainWindow::setTabLabel(int position, const QString& label) {
-    if (m_ui->tabView->tabText(position) != label) {
-        m_ui->tabView->setTabText(position, label);
+    const QString shown = menuLabel(label, MenuRenderer::Toolkit); // no mnemonic here either
+    if (m_ui->tabView->tabText(position) != shown) {
+        m_ui->tabView->setTabText(position, shown);
     }
 }
 

@@ -124,6 +124,9 @@ void MainWindowController::showStatusMenu() {
 }
 
 void MainWindowController::showAppearance() {
+    if (m_isMenuDressed) {
+        dressStatusMenu();
+    }
     if (!m_window && !m_aboutPanel) {
         return; // nothing of the toolkit's looks is touched before something is shown
     }
@@ -134,13 +137,18 @@ void MainWindowController::showAppearance() {
     if (m_aboutPanel) {
         m_aboutPanel->setDark(dark);
     }
-    const QPalette palette = windowPalette(dark);
-    QToolTip::setPalette(palette);
-    if (m_context.statusMenu != nullptr) {
-        m_context.statusMenu->setPalette(palette);
-        for (QMenu* submenu : m_context.statusMenu->findChildren<QMenu*>()) {
-            submenu->setPalette(palette); // a window of its own, which inherits no palette
-        }
+    QToolTip::setPalette(windowPalette(dark));
+}
+
+void MainWindowController::dressStatusMenu() {
+    if (m_context.statusMenu == nullptr) {
+        return;
+    }
+    m_isMenuDressed = true;
+    const QPalette palette = windowPalette(m_context.resources.isDark());
+    m_context.statusMenu->setPalette(palette);
+    for (QMenu* submenu : m_context.statusMenu->findChildren<QMenu*>()) {
+        submenu->setPalette(palette); // a window of its own, which inherits no palette
     }
 }
 

@@ -64,6 +64,9 @@ public:
     /// hidden, minimised or not built yet.
     void updateCounters(TabIdentifier tab);
 
+    /// Gives the status menu the looks of the desktop's appearance, where the toolkit draws it.
+    void dressStatusMenu();
+
     /// Shows the device's present name.
     void showDeviceName() override;
 
@@ -94,6 +97,7 @@ private:
     WindowMemory m_memory;
     std::unique_ptr<MainWindow> m_window;
     QPointer<AboutPanel> m_aboutPanel;
+    bool m_isMenuDressed = false;
 };
 
 } // namespace korvale

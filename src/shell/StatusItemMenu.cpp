@@ -22,7 +22,7 @@ StatusItemMenu::StatusItemMenu(AppState& state, HostCache& hostCache, StatusItem
     m_openInPanel.setInterval(longestInPanel);
     connect(&m_openInPanel, &QTimer::timeout, this, &StatusItemMenu::closed);
     connect(&m_menu, &QMenu::aboutToShow, this, &StatusItemMenu::opened);
-    connect(&m_menu, &QMenu::aboutToHide, this, &StatusItemMenu::closed);
+    connect(&m_menu, &QMenu::aboutToHide, this, &StatusItemMenu::hidden);
     connect(&m_menu, &QMenu::triggered, this, &StatusItemMenu::closed);
 }
 
@@ -123,17 +123,42 @@ void StatusItemMenu::label(QAction& action, const QString& text) {
 }
 
 void StatusItemMenu::setRenderer(MenuRenderer renderer) {
+    if (renderer != m_renderer) {
+        m_panelSaysClosed = false; // the next panel may be another one
+    }
     m_renderer = renderer;
+    writeLabels(renderer);
+}
+
+void StatusItemMenu::writeLabels(MenuRenderer renderer) {
     for (const auto& [action, text] : m_labelled) {
         action->setText(menuLabel(text, renderer));
     }
 }
 
+void StatusItemMenu::popUp(const QPoint& place) {
+    m_isPoppedUp = true;
+    writeLabels(MenuRenderer::Toolkit);
+    m_menu.popup(place);
+}
+
 void StatusItemMenu::opened() {
     m_statusItem.setMenuOpen(true);
-    if (m_renderer == MenuRenderer::Panel) {
+    if (m_renderer == MenuRenderer::Toolkit || m_isPoppedUp) {
+        Q_EMIT aboutToBeDrawn();
+    } else if (!m_panelSaysClosed) {
         m_openInPanel.start();
     }
+}
+
+void StatusItemMenu::hidden() {
+    if (m_isPoppedUp) {
+        m_isPoppedUp = false;
+        writeLabels(m_renderer);
+    } else if (m_renderer == MenuRenderer::Panel) {
+        m_panelSaysClosed = true;
+    }
+    closed();
 }
 
 void StatusItemMenu::closed() {

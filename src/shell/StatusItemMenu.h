@@ -33,7 +33,8 @@ class StatusItemMenu : public QObject, public NotificationMark {
 
 public:
     /// Some panels tell that they open the menu and never that it closed: `longestInPanel` after
-    /// the one they are taken for having told the other.
+    /// the one they are taken for having told the other. A panel that has told it once is believed
+    /// from then on.
     StatusItemMenu(AppState& state, HostCache& hostCache, StatusItem& statusItem,
                    AgentCommands& commands,
                    std::chrono::milliseconds longestInPanel = std::chrono::seconds(5));
@@ -51,10 +52,16 @@ public:
     void showNotificationsClick();
     void menuWillOpen(QMenu* menu);
 
-    /// Labels are written for whoever draws the menu.
+    /// Who draws the menu from now on: labels are written for that one.
     void setRenderer(MenuRenderer renderer);
 
+    /// Shows the menu itself, once, for a panel that draws none. `place` is in screen coordinates.
+    void popUp(const QPoint& place);
+
 Q_SIGNALS:
+    /// The toolkit, and not a panel, is about to show the menu.
+    void aboutToBeDrawn();
+
     // The items that are no business of the agent's, when chosen.
     void showDetails();
     void aboutApp();
@@ -73,7 +80,9 @@ private:
     QAction* addPlainItem(QMenu& menu, const char* key);
     MarkedAction* addMarkedItem(QMenu& menu, const char* key);
     void label(QAction& action, const QString& text);
+    void writeLabels(MenuRenderer renderer);
     void opened();
+    void hidden();
     void closed();
     void takeUsersChoice();
     void applyLogLevel(int previous, int level);
@@ -86,6 +95,8 @@ private:
     StatusItemMenuMode m_mode;
     MenuRenderer m_renderer = MenuRenderer::Toolkit;
     MarkedMenu m_menu;
+    bool m_isPoppedUp = false;      ///< shown by the program while a panel is the renderer
+    bool m_panelSaysClosed = false; ///< this one has said so at least once
     QTimer m_openInPanel;
     MarkedAction* m_showNotifications = nullptr;            ///< owned by m_menu; none in no-UI mode
     std::array<MarkedAction*, logLevelCount> m_logLevels{}; ///< none outside advanced mode

@@ -1,8 +1,12 @@
 #include "shell/FolderScanChooser.h"
 
+#include "fakes/FakeAppearance.h"
 #include "fakes/RecordingAgentCommands.h"
 #include "fakes/RecordingLogSink.h"
+#include "shell/Resources.h"
+#include "shell/WindowLook.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
@@ -30,9 +34,11 @@ protected:
         return *openDialogs().constFirst();
     }
 
+    fakes::FakeAppearance appearance;
+    Resources resources{appearance, IconSet::Standard};
     QStringList forwarded;
     fakes::RecordingAgentCommands commands{forwarded};
-    FolderScanChooser chooser{commands};
+    FolderScanChooser chooser{resources, commands};
 };
 
 TEST_F(FolderScanChooserTest, LetsOneFolderBeChosenWithoutHoldingUpAnything) {
@@ -64,6 +70,19 @@ TEST_F(FolderScanChooserTest, CancellingForwardsNothing) {
 TEST_F(FolderScanChooserTest, AnOpenChooserIsNotOpenedTwice) {
     const QFileDialog* first = &open();
     EXPECT_EQ(&open(), first);
+}
+
+TEST_F(FolderScanChooserTest, FollowsTheDesktopsAppearance) {
+    resources.initialize();
+    appearance.set(QStringLiteral("Dark"));
+    const QFileDialog& dialog = open();
+    const auto* list = dialog.findChild<QAbstractItemView*>();
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(dialog.palette().color(QPalette::Window),
+              windowPalette(true).color(QPalette::Window));
+    EXPECT_EQ(list->palette().color(QPalette::Base), windowPalette(true).color(QPalette::Base));
+    appearance.set(QVariant());
+    EXPECT_EQ(list->palette().color(QPalette::Base), windowPalette(false).color(QPalette::Base));
 }
 
 TEST_F(FolderScanChooserTest, SaysSoAtTheDebugLevel) {

@@ -283,6 +283,54 @@ TEST_F(StatusItemMenuTest, AMenuThatAPanelLeavesWithoutAWordIsClosedAfterAWhile)
     }));
 }
 
+TEST_F(StatusItemMenuTest, APanelThatHasOnceSaidClosedIsBelievedFromThenOn) {
+    StatusItemMenu brief{state, hostCache, statusItem, commands, 1ms};
+    brief.setupStatusItemAndMenu({});
+    brief.setRenderer(MenuRenderer::Panel);
+    Q_EMIT brief.menu()->aboutToShow();
+    Q_EMIT brief.menu()->aboutToHide();
+    Q_EMIT brief.menu()->aboutToShow();
+    QTimer later; // than the time limit
+    later.setSingleShot(true);
+    later.start(50ms);
+    ASSERT_TRUE(waitUntil([&later] { return !later.isActive(); }));
+    EXPECT_EQ(statusItem.shownPicture().cacheKey(), resources.getImage(3).cacheKey());
+    Q_EMIT brief.menu()->aboutToHide();
+    EXPECT_EQ(statusItem.shownPicture().cacheKey(), resources.getImage(2).cacheKey());
+
+    brief.setRenderer(MenuRenderer::Toolkit); // the panel goes, and a silent one comes
+    brief.setRenderer(MenuRenderer::Panel);
+    Q_EMIT brief.menu()->aboutToShow();
+    EXPECT_TRUE(waitUntil([this] {
+        return statusItem.shownPicture().cacheKey() == resources.getImage(2).cacheKey();
+    }));
+}
+
+TEST_F(StatusItemMenuTest, AMenuPoppedUpForThePanelIsTheToolkitsUntilItCloses) {
+    const FakeTexts texts{{"About", QStringLiteral("A & B")}};
+    StatusItemMenu brief{state, hostCache, statusItem, commands, 1ms};
+    brief.setupStatusItemAndMenu({});
+    brief.setRenderer(MenuRenderer::Panel);
+    int drawn = 0;
+    QObject::connect(&brief, &StatusItemMenu::aboutToBeDrawn, &brief, [&drawn] { ++drawn; });
+    brief.popUp({});
+    EXPECT_EQ(drawn, 1);
+    EXPECT_NE(find(*brief.menu(), QStringLiteral("A && B")), nullptr);
+    QTimer later; // than the time limit for panels
+    later.setSingleShot(true);
+    later.start(50ms);
+    ASSERT_TRUE(waitUntil([&later] { return !later.isActive(); }));
+    EXPECT_EQ(statusItem.shownPicture().cacheKey(), resources.getImage(3).cacheKey());
+    brief.menu()->hide();
+    EXPECT_EQ(statusItem.shownPicture().cacheKey(), resources.getImage(2).cacheKey());
+    EXPECT_NE(find(*brief.menu(), QStringLiteral("&A & B")), nullptr);
+    Q_EMIT brief.menu()->aboutToShow(); // in the panel, which has never said that it closed
+    EXPECT_EQ(drawn, 1);
+    EXPECT_TRUE(waitUntil([this] {
+        return statusItem.shownPicture().cacheKey() == resources.getImage(2).cacheKey();
+    }));
+}
+
 TEST_F(StatusItemMenuTest, LabelsAreWrittenForWhoeverDrawsThem) {
     const FakeTexts texts{{"About", QStringLiteral("A & B")}};
     menu.setupStatusItemAndMenu({.advanced = true});
