@@ -26,9 +26,9 @@ void XdgLinkOpener::openLink(const QString& link) {
     opener.setStandardInputFile(QProcess::nullDevice());
     opener.setStandardOutputFile(QProcess::nullDevice());
     opener.setStandardErrorFile(QProcess::nullDevice());
-    if (!opener.startDetached() && logs(LogLevel::Warn)) {
-        OSLoggingLogMessage(LogLevel::Warn, "xdg-open cannot start, the link stays closed: %@",
-                            {opener.errorString()});
+    if (!opener.startDetached()) {
+        logLine(LogLevel::Warn, "xdg-open cannot start, the link stays closed: %@",
+                opener.errorString());
     }
 }
 
