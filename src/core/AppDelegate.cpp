@@ -120,13 +120,10 @@ void AppDelegate::setupStatusItemAndMenu() {
         {.noUI = processValues().noUIMode,
          .advanced = isAdvanceMode(m_context.commandLine, applicationSupportFolder())});
     m_isMenuBuilt = true;
+    m_trayIcon.start();
     if (m_sessionBus) {
-        startTray();
+        m_trayIcon.useSessionBus(*m_sessionBus);
     }
-}
-
-void AppDelegate::startTray() {
-    m_trayIcon.start(*m_sessionBus);
 }
 
 void AppDelegate::startStatusUpdates() {
@@ -141,7 +138,7 @@ void AppDelegate::useSessionBus(const QDBusConnection& sessionBus) {
     m_appearance.start(sessionBus);
     m_notifications.start(sessionBus);
     if (m_isMenuBuilt) {
-        startTray();
+        m_trayIcon.useSessionBus(sessionBus);
     }
 }
 

@@ -78,7 +78,6 @@ private:
     [[nodiscard]] MainWindowContext windowContext();
     void connectParts();
     void setupStatusItemAndMenu();
-    void startTray();
     void startStatusUpdates();
     void processAutoTest();
 

@@ -1,11 +1,14 @@
 #include "platform/NotificationServer.h"
 
+#include "platform/BusSignals.h"
 #include "platform/NotificationMessage.h"
 #include "platform/Texts.h"
 
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
+
+#include <algorithm>
+#include <utility>
 
 namespace korvale {
 namespace {
@@ -16,98 +19,144 @@ constexpr std::size_t mostLinks = 100;
 
 } // namespace
 
+NotificationServer::NotificationServer(QObject* parent)
+    : QObject(parent), m_owner(notificationsName()) {
+    connect(&m_owner, &NameOwner::changed, this, &NotificationServer::ownerChanged);
+}
+
 void NotificationServer::start(const QDBusConnection& sessionBus) {
     m_bus = sessionBus;
+    m_isStarted = true;
+    m_hasBodyMarkup.reset();
+    m_isAsking = false;
+    m_links.clear();
     if (!m_bus.isConnected()) {
+        m_owner.forget();
+        m_waiting.clear();
         return;
     }
-    // Without a service, since naming one makes Qt ask for its owner and wait: who sent a signal is
-    // compared in the slot.
     const QString path = notificationsPath();
     const QString name = notificationsName();
-    m_bus.connect(QString(), path, name, QStringLiteral("ActionInvoked"), this,
-                  SLOT(actionInvoked(uint, QString, QDBusMessage)));
-    m_bus.connect(QString(), path, name, QStringLiteral("NotificationClosed"), this,
-                  SLOT(notificationClosed(uint, uint, QDBusMessage)));
-    auto* owners =
-        new QDBusServiceWatcher(name, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString&, const QString& before) {
-                m_hasBodyMarkup.reset();
-                std::erase_if(m_links,
-                              [&before](const auto& shown) { return shown.first.first == before; });
-            });
+    hearSignals(m_bus, {path, name, QStringLiteral("ActionInvoked"), {}}, this,
+                SLOT(actionInvoked(QDBusMessage)));
+    hearSignals(m_bus, {path, name, QStringLiteral("NotificationClosed"), {}}, this,
+                SLOT(notificationClosed(QDBusMessage)));
+    m_owner.follow(m_bus);
+    if (!m_waiting.empty()) {
+        askWhatItCanDo();
+    }
+}
+
+void NotificationServer::ownerChanged(const QString& before) {
+    if (before.isEmpty()) {
+        return; // the question, if there is one, is waiting for this very owner
+    }
+    m_hasBodyMarkup.reset();
+    std::erase_if(m_links, [&before](const Shown& shown) { return shown.service == before; });
+    if (m_isAsking) {
+        askWhatItCanDo(); // whoever was asked can no longer answer
+    }
 }
 
 void NotificationServer::deliver(const DesktopNotification& notification) {
-    if (!m_bus.isConnected()) {
+    if (m_isStarted && !m_bus.isConnected()) {
         return;
     }
     if (m_hasBodyMarkup) {
-        show(notification, *m_hasBodyMarkup);
+        show(notification);
         return;
     }
     if (m_waiting.size() == mostWaiting) {
         m_waiting.pop_front();
     }
     m_waiting.push_back(notification);
-    if (!m_isAsking) {
+    if (m_isStarted && !m_isAsking) {
         askWhatItCanDo();
     }
 }
 
 void NotificationServer::askWhatItCanDo() {
-    m_isAsking = true;
-    auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(capabilitiesMessage()), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+    ++m_question;
+    const QDBusPendingCall question = m_bus.asyncCall(capabilitiesMessage(), noTimeout);
+    m_isAsking = !(question.isFinished() && question.isError());
+    if (!m_isAsking) {
+        m_waiting.clear(); // the bus has just gone; a watcher would hear nothing
+        return;
+    }
+    auto* answer = new QDBusPendingCallWatcher(question, this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, number = m_question] {
         answer->deleteLater();
-        m_isAsking = false;
-        const QDBusMessage reply = answer->reply();
-        const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage;
-        const bool hasBodyMarkup = isAnswer && reply.arguments().value(0).toStringList().contains(
-                                                   QLatin1String("body-markup"));
-        if (isAnswer) {
-            m_hasBodyMarkup = hasBodyMarkup;
-        }
-        for (const DesktopNotification& notification : std::exchange(m_waiting, {})) {
-            show(notification, hasBodyMarkup);
+        if (number == m_question && m_isAsking) {
+            m_isAsking = false;
+            takeAnswer(answer->reply());
         }
     });
 }
 
-void NotificationServer::show(const DesktopNotification& notification, bool hasBodyMarkup) {
+void NotificationServer::takeAnswer(const QDBusMessage& reply) {
+    const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage;
+    const bool isOfService = reply.service().startsWith(u':');
+    if (!isAnswer && !isOfService) {
+        m_waiting.clear(); // the bus has no such service
+        return;
+    }
+    // A service that does not know the question does not know markup either.
+    m_hasBodyMarkup = isAnswer && reply.arguments().value(0).toStringList().contains(
+                                      QLatin1String("body-markup"));
+    for (const DesktopNotification& notification : std::exchange(m_waiting, {})) {
+        show(notification);
+    }
+}
+
+void NotificationServer::show(const DesktopNotification& notification) {
     const QDBusMessage call =
-        notifyMessage(notification, hasBodyMarkup, localizedText("NotificationActionOpenLink"));
+        notifyMessage(notification, *m_hasBodyMarkup, localizedText("NotificationActionOpenLink"));
     if (notification.link.isEmpty()) {
         m_bus.send(call);
         return;
     }
-    auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+    const QDBusPendingCall question = m_bus.asyncCall(call, noTimeout);
+    auto* answer = new QDBusPendingCallWatcher(question, this);
     connect(answer, &QDBusPendingCallWatcher::finished, this,
             [this, answer, link = notification.link] {
                 answer->deleteLater();
                 const QDBusMessage reply = answer->reply();
-                if (reply.type() != QDBusMessage::ReplyMessage) {
-                    return;
+                if (reply.type() == QDBusMessage::ReplyMessage) {
+                    remember({reply.service(), reply.arguments().value(0).toUInt(), link});
                 }
-                if (m_links.size() == mostLinks) {
-                    m_links.erase(m_links.begin());
-                }
-                m_links[{reply.service(), reply.arguments().value(0).toUInt()}] = link;
             });
 }
 
-void NotificationServer::actionInvoked(uint id, const QString& action,
-                                       const QDBusMessage& message) {
-    // Every program on the bus hears of every notification.
-    const auto shown = m_links.find({message.service(), id});
-    if (shown != m_links.end() && action == QLatin1String("default")) {
-        Q_EMIT linkChosen(QString(shown->second));
+void NotificationServer::remember(const Shown& shown) {
+    std::erase_if(m_links, [&shown](const Shown& other) {
+        return other.service == shown.service && other.number == shown.number;
+    });
+    if (m_links.size() == mostLinks) {
+        m_links.pop_front();
+    }
+    m_links.push_back(shown);
+}
+
+/// Every program on the bus hears of every notification, and anybody can send such a signal.
+std::deque<NotificationServer::Shown>::iterator
+NotificationServer::find(const QDBusMessage& signal) {
+    const QVariant number = signal.arguments().value(0);
+    return std::find_if(m_links.begin(), m_links.end(), [&](const Shown& shown) {
+        return shown.service == signal.service() && QVariant(shown.number) == number;
+    });
+}
+
+void NotificationServer::actionInvoked(const QDBusMessage& message) {
+    const auto shown = find(message);
+    if (shown != m_links.end() && message.arguments().value(1) == QLatin1String("default")) {
+        Q_EMIT linkChosen(QString(shown->link));
     }
 }
 
-void NotificationServer::notificationClosed(uint id, uint /*reason*/, const QDBusMessage& message) {
-    m_links.erase({message.service(), id});
+void NotificationServer::notificationClosed(const QDBusMessage& message) {
+    if (const auto shown = find(message); shown != m_links.end()) {
+        m_links.erase(shown);
+    }
 }
 
 } // namespace korvale

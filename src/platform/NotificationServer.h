@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/NameOwner.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QImage>
@@ -7,9 +9,7 @@
 #include <QString>
 
 #include <deque>
-#include <map>
 #include <optional>
-#include <utility>
 
 namespace korvale {
 
@@ -24,15 +24,17 @@ struct DesktopNotification {
 
 /// The desktop's notification service (Desktop Notifications Specification), used without ever
 /// waiting for it. It is asked what it can do at the first notification, and again at the first one
-/// after its owner changed; what only others send is not heard. Without a bus or a service nothing
+/// after its owner changed; until it has answered, however late, notifications are kept: nobody can
+/// say how to write them. What only others send is not heard. Without a bus or a service nothing
 /// is shown and nothing fails. Main thread.
 class NotificationServer : public QObject {
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    explicit NotificationServer(QObject* parent = nullptr);
 
-    /// The bus to use from now on. Once; what was delivered before is lost.
+    /// The bus to use from now on, for each new connection. What was delivered before the first is
+    /// shown then; one that is not connected shows nothing.
     void start(const QDBusConnection& sessionBus);
 
     void deliver(const DesktopNotification& notification);
@@ -42,21 +44,32 @@ Q_SIGNALS:
     void linkChosen(const QString& link);
 
 private Q_SLOTS:
-    void actionInvoked(uint id, const QString& action, const QDBusMessage& message);
-    void notificationClosed(uint id, uint reason, const QDBusMessage& message);
+    void actionInvoked(const QDBusMessage& message);
+    void notificationClosed(const QDBusMessage& message);
 
 private:
-    /// A shown notification: the unique name of the service that shows it, and its number there.
-    using Shown = std::pair<QString, uint>;
+    /// A shown notification that has a link.
+    struct Shown {
+        QString service; ///< unique name of the one that shows it
+        uint number;     ///< its number there
+        QString link;
+    };
 
+    void ownerChanged(const QString& before);
     void askWhatItCanDo();
-    void show(const DesktopNotification& notification, bool hasBodyMarkup);
+    void takeAnswer(const QDBusMessage& reply);
+    void show(const DesktopNotification& notification);
+    void remember(const Shown& shown);
+    [[nodiscard]] std::deque<Shown>::iterator find(const QDBusMessage& signal);
 
     QDBusConnection m_bus{QString()};
+    NameOwner m_owner;
+    bool m_isStarted = false;
     std::optional<bool> m_hasBodyMarkup; ///< none while unknown
     bool m_isAsking = false;
-    std::deque<DesktopNotification> m_waiting; ///< for the answer to the question
-    std::map<Shown, QString> m_links;          ///< of the notifications that have one
+    int m_question = 0; ///< number of the last one; the answers to earlier ones are stale
+    std::deque<DesktopNotification> m_waiting; ///< for the answer
+    std::deque<Shown> m_links;                 ///< the oldest first
 };
 
 } // namespace korvale

@@ -1,8 +1,9 @@
 #include "platform/PortalAppearance.h"
 
+#include "platform/BusSignals.h"
+
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
 namespace korvale {
@@ -34,53 +35,81 @@ QVariant unwrapped(QVariant value) {
 
 } // namespace
 
+PortalAppearance::PortalAppearance(QObject* parent) : Appearance(parent), m_portal(portalName()) {
+    connect(&m_portal, &NameOwner::changed, this, &PortalAppearance::ownerChanged);
+}
+
 void PortalAppearance::start(const QDBusConnection& sessionBus) {
     m_bus = sessionBus;
+    dropEntry();
     if (!m_bus.isConnected()) {
+        m_portal.forget();
         return;
     }
-    // No service is named here, since naming one asks the bus for its owner and waits: the owner is
-    // compared in the slot. The slot takes the bare message, since QtDBus silently refuses one with
-    // a QDBusVariant that nothing in the process has used before.
-    m_bus.connect(QString(), portalPath(), settingsInterface(), QStringLiteral("SettingChanged"),
-                  this, SLOT(settingChanged(QDBusMessage)));
-    auto* watcher = new QDBusServiceWatcher(portalName(), m_bus,
-                                            QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString&, const QString&, const QString& owner) { ownerChanged(owner); });
-    read();
+    // The slot takes the bare message, since QtDBus silently refuses one with a QDBusVariant that
+    // nothing in the process has used before.
+    hearSignals(m_bus, {portalPath(), settingsInterface(), QStringLiteral("SettingChanged"), {}},
+                this, SLOT(settingChanged(QDBusMessage)));
+    m_portal.follow(m_bus);
+    read(); // which starts a portal that is not running yet
 }
 
 void PortalAppearance::read() {
     auto call = QDBusMessage::createMethodCall(portalName(), portalPath(), settingsInterface(),
                                                QStringLiteral("Read"));
     call << appearanceGroup() << colorSchemeKey();
-    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        const QDBusMessage reply = watcher->reply();
-        if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {
-            m_owner = reply.service();
-            take(reply.arguments().constFirst());
-        }
-    });
+    m_hasAppeared = false;
+    ++m_question;
+    const QDBusPendingCall question = m_bus.asyncCall(call, noTimeout);
+    m_isAsking = !(question.isFinished() && question.isError());
+    if (!m_isAsking) {
+        return; // the bus has just gone
+    }
+    auto* watcher = new QDBusPendingCallWatcher(question, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this, watcher, number = m_question] {
+                watcher->deleteLater();
+                if (number == m_question) {
+                    takeAnswer(watcher->reply());
+                }
+            });
 }
 
-void PortalAppearance::ownerChanged(const QString& newOwner) {
-    if (newOwner == m_owner) {
+void PortalAppearance::takeAnswer(const QDBusMessage& reply) {
+    m_isAsking = false;
+    if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {
+        take(reply.arguments().constFirst());
+    } else if (m_hasAppeared && !reply.service().startsWith(u':')) {
+        read(); // nobody was there when the bus was asked, but somebody is now
+    }
+}
+
+void PortalAppearance::ownerChanged(const QString& before, const QString& now) {
+    if (!before.isEmpty()) {
+        ++m_question; // whoever was asked is gone
+        m_isAsking = false;
+        dropEntry();
+    }
+    if (now.isEmpty()) {
         return;
     }
-    m_owner = newOwner;
-    // A portal that goes takes its entry along, but has no notification for that: the pictures stay
-    // as they are until the next one answers.
-    m_entry = QVariant();
-    if (!newOwner.isEmpty()) {
+    if (m_isAsking) {
+        m_hasAppeared = true; // and answers, unless the bus has refused in its place before
+    } else {
         read();
     }
 }
 
+/// A portal that goes takes its entry along.
+void PortalAppearance::dropEntry() {
+    if (m_entry.isValid()) {
+        m_entry = QVariant();
+        Q_EMIT interfaceThemeChanged();
+    }
+}
+
 void PortalAppearance::settingChanged(const QDBusMessage& message) {
-    const bool isFromPortal = !m_owner.isEmpty() && message.service() == m_owner;
+    const bool isFromPortal = m_portal.compare(message.service()) == NameOwner::Is::Owner;
     const QVariantList setting = message.arguments(); // group, key, value
     if (isFromPortal && setting.value(0) == appearanceGroup() &&
         setting.value(1) == colorSchemeKey() && setting.size() == 3) {

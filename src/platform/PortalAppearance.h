@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Appearance.h"
+#include "platform/NameOwner.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -14,9 +15,10 @@ class PortalAppearance final : public Appearance {
     Q_OBJECT
 
 public:
-    using Appearance::Appearance;
+    explicit PortalAppearance(QObject* parent = nullptr);
 
-    /// Asks the portal and follows it from now on. Once; a bus that is not connected is no portal.
+    /// Asks the portal and follows it from now on, for each new connection. A bus that is not
+    /// connected is no portal.
     void start(const QDBusConnection& sessionBus);
 
     [[nodiscard]] QVariant interfaceStyle() const override { return m_entry; }
@@ -26,11 +28,16 @@ private Q_SLOTS:
 
 private:
     void read();
-    void ownerChanged(const QString& newOwner);
+    void takeAnswer(const QDBusMessage& reply);
+    void ownerChanged(const QString& before, const QString& now);
+    void dropEntry();
     void take(const QVariant& value);
 
     QDBusConnection m_bus{QString()};
-    QString m_owner; ///< unique name of the portal; empty while unknown
+    NameOwner m_portal;
+    bool m_isAsking = false;
+    bool m_hasAppeared = false; ///< since the last question
+    int m_question = 0;         ///< number of the last one; the answers to earlier ones are stale
     QVariant m_entry;
 };
 

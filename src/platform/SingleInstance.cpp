@@ -1,6 +1,7 @@
 #include "platform/SingleInstance.h"
 
 #include "platform/ApplicationAdaptor.h"
+#include "platform/BusSignals.h"
 
 #include <QDBusError>
 #include <QDBusMessage>
@@ -31,16 +32,28 @@ QVariantMap platformDataOfThisStart() {
     return data;
 }
 
+SingleInstance::Outcome outcomeOf(const QDBusPendingReply<uint>& reply) {
+    if (reply.isError()) {
+        return SingleInstance::Outcome::Unknown;
+    }
+    return reply.value() == primaryOwner || reply.value() == alreadyOwner
+               ? SingleInstance::Outcome::First
+               : SingleInstance::Outcome::Second;
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(QObject* parent)
     : QObject(parent), m_platformData(platformDataOfThisStart()) {
+    m_limit.setSingleShot(true);
+    connect(&m_limit, &QTimer::timeout, this, [this] { m_decided(Outcome::Unknown); });
     new ApplicationAdaptor(this, [this](const QString& token) { Q_EMIT activated(token); });
 }
 
 void SingleInstance::claim(const QDBusConnection& sessionBus,
                            std::function<void(Outcome)> decided) {
     m_bus = sessionBus;
+    m_limit.stop();
     if (!m_bus.isConnected()) {
         decided(Outcome::Unknown);
         return;
@@ -51,19 +64,24 @@ void SingleInstance::claim(const QDBusConnection& sessionBus,
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
     request << QString::fromLatin1(name) << doNotQueue;
-    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(request, answerLimitMs), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [decided = std::move(decided)](QDBusPendingCallWatcher* finished) {
-                finished->deleteLater();
-                const QDBusPendingReply<uint> reply = *finished;
-                if (reply.isError()) {
-                    decided(Outcome::Unknown);
-                } else if (reply.value() == primaryOwner || reply.value() == alreadyOwner) {
-                    decided(Outcome::First);
-                } else {
-                    decided(Outcome::Second);
-                }
-            });
+    // However late the answer: it still says whether there is another one.
+    const QDBusPendingCall call = m_bus.asyncCall(request, noTimeout);
+    if (call.isFinished() && call.isError()) {
+        decided(Outcome::Unknown); // the bus has just gone; a watcher would hear nothing
+        return;
+    }
+    m_decided = std::move(decided);
+    m_limit.start(answerLimitMs);
+    auto* watcher = new QDBusPendingCallWatcher(call, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, number = ++m_claim] {
+        watcher->deleteLater();
+        const QDBusPendingReply<uint> reply = *watcher;
+        if (number != m_claim || (reply.isError() && !m_limit.isActive())) {
+            return; // of an earlier bus, or no news
+        }
+        m_limit.stop();
+        m_decided(outcomeOf(reply));
+    });
 }
 
 void SingleInstance::activateOwner(std::function<void()> done) {

@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <QVariantMap>
 
 #include <functional>
@@ -23,8 +24,9 @@ public:
 
     explicit SingleInstance(QObject* parent = nullptr);
 
-    /// Asks for the name, once. `decided` gets the outcome after a moment at most; with a bus that
-    /// is not connected, at once.
+    /// Asks for the name, on each new connection. `decided` gets the outcome after a moment at
+    /// most; with a bus that is not connected, at once. An outcome that was Unknown, because the
+    /// bus took too long, is followed by the true one when the bus says it after all.
     void claim(const QDBusConnection& sessionBus, std::function<void(Outcome)> decided);
 
     /// After Second: asks the owner to show itself. `done` follows when it has, or does not answer.
@@ -36,6 +38,9 @@ Q_SIGNALS:
 
 private:
     QDBusConnection m_bus{QString()};
+    std::function<void(Outcome)> m_decided;
+    QTimer m_limit;             ///< for the answer to the claim
+    int m_claim = 0;            ///< number of the last one
     QVariantMap m_platformData; ///< what this process was started with
 };
 

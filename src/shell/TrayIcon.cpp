@@ -1,20 +1,23 @@
 #include "shell/TrayIcon.h"
 
+#include "platform/BusSignals.h"
 #include "platform/SafeText.h"
 #include "shell/StatusItem.h"
 #include "shell/StatusItemMenu.h"
+#include "shell/X11Dock.h"
 
 #include <QCursor>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
-#include <limits>
 #include <utility>
 
 namespace korvale {
 namespace {
+
+/// Some hosts lose the pictures of the items they find when they start.
+constexpr std::chrono::milliseconds pictureAgainAfter = std::chrono::seconds(1);
 
 QString watcherName() {
     return QStringLiteral("org.kde.StatusNotifierWatcher");
@@ -31,52 +34,46 @@ TrayIcon::TrayIcon(StatusItem& item, StatusItemMenu& menu, AskForX11Tray askForX
       m_menu(menu),
       m_askForX11Tray(std::move(askForX11)),
       m_firstAsk(firstAsk),
-      m_askAgain(askAgain) {
+      m_askAgain(askAgain),
+      m_watcher(watcherName()) {
     m_x11Timer.setSingleShot(true);
     connect(&m_x11Timer, &QTimer::timeout, this, &TrayIcon::askForX11);
+    m_pictureAgain.setSingleShot(true);
+    m_pictureAgain.setInterval(pictureAgainAfter);
+    connect(&m_pictureAgain, &QTimer::timeout, this, &TrayIcon::updatePicture);
+    connect(&m_watcher, &NameOwner::changed, this, &TrayIcon::watcherChanged);
     connect(&item, &StatusItem::shownPictureSet, this, &TrayIcon::updatePicture);
     connect(&item, &StatusItem::toolTipChanged, this, &TrayIcon::updateToolTip);
 }
 
-void TrayIcon::start(const QDBusConnection& sessionBus) {
-    m_bus = sessionBus;
+TrayIcon::~TrayIcon() = default;
+
+void TrayIcon::start() {
     m_x11Timer.start(m_firstAsk);
-    if (!m_bus.isConnected()) {
-        m_item.setTrayAvailable(false);
-        return;
-    }
-    auto* names = new QDBusServiceWatcher(watcherName(), m_bus,
-                                          QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(names, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString&, const QString&, const QString& owner) { watcherIs(owner); });
-    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
-        // Without a service, since naming one makes Qt ask for its owner and wait.
-        m_bus.connect(QString(), watcherPath(), watcherName(), QLatin1String(signal), this,
-                      SLOT(hostsChanged(QDBusMessage)));
-    }
-    auto call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetNameOwner"));
-    call << watcherName();
-    auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        answer->deleteLater();
-        const QDBusMessage reply = answer->reply();
-        watcherIs(reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0).toString()
-                                                             : QString());
-    });
 }
 
-void TrayIcon::watcherIs(const QString& owner) {
-    if (m_isX11) {
-        return; // the choice is made, see above
-    }
-    m_watcher = owner;
-    if (owner.isEmpty()) {
+void TrayIcon::useSessionBus(const QDBusConnection& sessionBus) {
+    m_bus = sessionBus;
+    m_icon.reset(); // it lives on the connection of its own that it made to the former bus
+    m_watcher.follow(m_bus);
+    if (!m_bus.isConnected()) {
         hostIs(false);
         return;
     }
-    askWhetherThereIsAHost();
+    ++m_connections;
+    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
+        hearSignals(m_bus, {watcherPath(), watcherName(), QLatin1String(signal), {}}, this,
+                    SLOT(hostsChanged(QDBusMessage)));
+    }
+}
+
+void TrayIcon::watcherChanged(const QString& /*before*/, const QString& now) {
+    ++m_question; // whoever was asked is no longer the one that counts
+    if (now.isEmpty()) {
+        hostIs(false);
+    } else {
+        askWhetherThereIsAHost();
+    }
 }
 
 /// A watcher without a host (a desktop's background service in another session) shows nothing.
@@ -86,61 +83,68 @@ void TrayIcon::askWhetherThereIsAHost() {
                                                QStringLiteral("Get"));
     call << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
     call.setAutoStartService(false);
-    // Without a time-out, since it matters whether the watcher has answered at all.
-    auto* answer =
-        new QDBusPendingCallWatcher(m_bus.asyncCall(call, std::numeric_limits<int>::max()), this);
-    ++m_openQuestions;
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        answer->deleteLater();
-        --m_openQuestions;
-        const QDBusMessage reply = answer->reply();
-        const QVariant value = reply.arguments().value(0).value<QDBusVariant>().variant();
-        if (!m_isX11) {
-            hostIs(!m_watcher.isEmpty() && value.toBool());
-        }
-    });
+    auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call, noTimeout), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this,
+            [this, answer, number = ++m_question] {
+                answer->deleteLater();
+                if (number == m_question) {
+                    const QVariant value = answer->reply().arguments().value(0);
+                    hostIs(value.value<QDBusVariant>().variant().toBool());
+                }
+            });
 }
 
 void TrayIcon::hostsChanged(const QDBusMessage& message) {
-    if (!m_isX11 && !m_watcher.isEmpty() && message.service() == m_watcher) {
+    if (m_watcher.compare(message.service()) == NameOwner::Is::Owner) {
         askWhetherThereIsAHost();
     }
 }
 
 void TrayIcon::hostIs(bool isThere) {
-    m_menu.setRenderer(isThere ? MenuRenderer::Panel : MenuRenderer::Toolkit);
-    if (!isThere) {
-        m_item.setMenuOpen(false); // whoever had it open never says that it closed
-    }
-    m_item.setTrayAvailable(isThere);
-    if (isThere && !m_icon) {
+    m_isHosted = isThere && canMakeItem();
+    if (m_isHosted) {
         m_x11Timer.stop();
-        showIcon();
+        m_dock.reset();
+        showItem();
+        m_pictureAgain.start();
+    } else {
+        m_item.setMenuOpen(false); // whoever had it open never says that it closed
+        if (m_hasX11 && !m_x11Timer.isActive()) {
+            m_x11Timer.start(m_firstAsk);
+        }
     }
+    m_menu.setRenderer(m_isHosted ? MenuRenderer::Panel : MenuRenderer::Toolkit);
+    reportAvailability();
+}
+
+/// The toolkit decides at its first item, and by the first session bus of this process.
+bool TrayIcon::canMakeItem() const {
+    return m_hasMadeItem || m_connections == 1;
 }
 
 void TrayIcon::askForX11() {
-    if (m_openQuestions > 0) {
-        // The toolkit would ask this silent watcher, too, and wait for its answer.
-        m_item.setTrayAvailable(false);
-        m_x11Timer.start(m_askAgain);
-        return;
+    const X11Tray tray = m_askForX11Tray();
+    m_hasX11 = tray != X11Tray::NoX11;
+    if (tray != X11Tray::Present) {
+        m_dock.reset();
+    } else if (!m_dock) {
+        showDock();
     }
-    switch (m_askForX11Tray()) {
-    case X11Tray::Present:
-        m_isX11 = true;
-        showIcon();
-        m_item.setTrayAvailable(true);
-        break;
-    case X11Tray::Absent:
-        m_x11Timer.start(m_askAgain);
-        break;
-    case X11Tray::NoX11:
-        break;
+    if (m_hasX11) {
+        m_x11Timer.start(m_askAgain); // also to see whether the tray is still there
     }
+    reportAvailability();
 }
 
-void TrayIcon::showIcon() {
+void TrayIcon::reportAvailability() {
+    m_item.setTrayAvailable(m_isHosted || m_dock);
+}
+
+void TrayIcon::showItem() {
+    if (m_icon) {
+        return;
+    }
+    m_hasMadeItem = true;
     m_icon = std::make_unique<QSystemTrayIcon>();
     updatePicture();
     updateToolTip();
@@ -149,12 +153,28 @@ void TrayIcon::showIcon() {
     m_icon->show();
 }
 
+void TrayIcon::showDock() {
+    m_dock = std::make_unique<X11Dock>();
+    updatePicture();
+    updateToolTip();
+    connect(m_dock.get(), &X11Dock::chosen, this, &TrayIcon::choose);
+    connect(m_dock.get(), &X11Dock::menuWanted, this,
+            [this](const QPoint& place) { m_menu.menu()->popup(place); });
+    connect(m_dock.get(), &X11Dock::lost, this, &TrayIcon::askForX11, Qt::QueuedConnection);
+    m_dock->dock();
+}
+
 void TrayIcon::react(QSystemTrayIcon::ActivationReason reason) {
-    if (reason == QSystemTrayIcon::Trigger && !m_menu.isNoUI()) {
+    if (reason == QSystemTrayIcon::Trigger) {
+        choose();
+    } else if (reason == QSystemTrayIcon::Context) {
+        m_menu.popUp(QCursor::pos()); // a panel that does not draw menus itself
+    }
+}
+
+void TrayIcon::choose() {
+    if (!m_menu.isNoUI()) {
         Q_EMIT activated();
-    } else if (reason == QSystemTrayIcon::Context && !m_isX11) {
-        // A panel that does not draw menus itself; in the X11 tray the toolkit has opened it.
-        m_menu.popUp(QCursor::pos());
     }
 }
 
@@ -162,11 +182,18 @@ void TrayIcon::updatePicture() {
     if (m_icon) {
         m_icon->setIcon(m_item.shownPicture());
     }
+    if (m_dock) {
+        m_dock->setPicture(m_item.shownPicture());
+    }
 }
 
 void TrayIcon::updateToolTip() {
+    const QString text = trayToolTip(m_item.toolTip());
     if (m_icon) {
-        m_icon->setToolTip(trayToolTip(m_item.toolTip()));
+        m_icon->setToolTip(text);
+    }
+    if (m_dock) {
+        m_dock->setToolTip(text);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/NameOwner.h"
 #include "shell/X11Tray.h"
 
 #include <QDBusConnection>
@@ -16,30 +17,37 @@ namespace korvale {
 
 class StatusItem;
 class StatusItemMenu;
+class X11Dock;
 
-/// Shows the status item and its menu in whatever tray the desktop has, as soon as it has one: a
-/// StatusNotifierItem where org.kde.StatusNotifierWatcher knows of a host, else the X11 tray.
-/// Main thread; never waits for a tray.
+/// Shows the status item and its menu in whatever tray the desktop has now: a StatusNotifierItem
+/// where org.kde.StatusNotifierWatcher knows of a host, else the X11 tray. Trays may come, go and
+/// change places at any time. Main thread; never waits for a tray or a bus.
 ///
 /// Qt decides between the two kinds once per process, at the first QSystemTrayIcon and by that same
-/// word of the watcher, and for good: so none is made before one of them is really there.
+/// word of the watcher, and for good. So one is made only when a host is there, and the X11 tray
+/// has an X11Dock, which needs no bus either.
 class TrayIcon : public QObject {
     Q_OBJECT
 
 public:
     using AskForX11Tray = std::function<X11Tray()>;
 
-    /// `item` and `menu` outlive the object. `askForX11` is asked `firstAsk` after start(), and
-    /// every `askAgain` as long as there is no tray of either kind.
+    /// `item` and `menu` outlive the object. `askForX11` is asked `firstAsk` after start() or after
+    /// a host has gone, and every `askAgain` as long as there is no host.
     TrayIcon(StatusItem& item, StatusItemMenu& menu, AskForX11Tray askForX11 = askForX11Tray,
              std::chrono::milliseconds firstAsk = std::chrono::seconds(2),
-             std::chrono::milliseconds askAgain = std::chrono::seconds(10));
+             std::chrono::milliseconds askAgain = std::chrono::seconds(8));
+    ~TrayIcon() override;
 
-    /// Looks for a tray from now on. Once, after the menu is built. A bus that is not connected has
-    /// no StatusNotifier host.
-    void start(const QDBusConnection& sessionBus);
+    /// Looks for an X11 tray from now on. Once, after the menu is built.
+    void start();
+    /// Looks for a StatusNotifier host, too; after start(), for each new connection. A bus that is
+    /// not connected has none.
+    void useSessionBus(const QDBusConnection& sessionBus);
 
-    [[nodiscard]] bool isShown() const { return m_icon != nullptr; }
+    /// Whether the StatusNotifierItem was made; without a host nobody may be showing it.
+    [[nodiscard]] bool hasItem() const { return m_icon != nullptr; }
+    [[nodiscard]] bool isDocked() const { return m_dock != nullptr; }
 
 Q_SIGNALS:
     /// The user chose the item itself, not its menu.
@@ -49,12 +57,16 @@ private Q_SLOTS:
     void hostsChanged(const QDBusMessage& message);
 
 private:
-    void watcherIs(const QString& owner);
+    void watcherChanged(const QString& before, const QString& now);
     void askWhetherThereIsAHost();
     void hostIs(bool isThere);
+    [[nodiscard]] bool canMakeItem() const;
     void askForX11();
-    void showIcon();
+    void reportAvailability();
+    void showItem();
+    void showDock();
     void react(QSystemTrayIcon::ActivationReason reason);
+    void choose();
     void updatePicture();
     void updateToolTip();
 
@@ -64,11 +76,16 @@ private:
     std::chrono::milliseconds m_firstAsk;
     std::chrono::milliseconds m_askAgain;
     QDBusConnection m_bus{QString()};
-    QString m_watcher;       ///< unique name of the StatusNotifierWatcher; empty without one
-    int m_openQuestions = 0; ///< which the watcher has not answered yet
+    NameOwner m_watcher;
+    int m_question = 0; ///< number of the last one; the answers to earlier ones are stale
+    int m_connections = 0;
     QTimer m_x11Timer;
-    bool m_isX11 = false; ///< the icon is docked in the older kind of tray
+    QTimer m_pictureAgain;
+    bool m_hasX11 = true; ///< as far as is known
+    bool m_isHosted = false;
+    bool m_hasMadeItem = false;
     std::unique_ptr<QSystemTrayIcon> m_icon;
+    std::unique_ptr<X11Dock> m_dock;
 };
 
 } // namespace korvale

@@ -38,6 +38,9 @@ public:
         PrivateSessionBus::flush(m_connection);
     }
 
+    /// Sends a reply that `answer` has held back.
+    void reply(const QDBusMessage& late) { EXPECT_TRUE(m_connection.send(late)); }
+
     [[nodiscard]] std::vector<QDBusMessage> callsOf(const QString& member) const {
         std::vector<QDBusMessage> found;
         for (const QDBusMessage& call : calls) {

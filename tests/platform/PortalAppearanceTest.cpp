@@ -115,9 +115,9 @@ TEST_F(PortalAppearanceTest, ARestartedPortalIsAskedAgain) {
     startWith(1U);
     portal.service.vanish();
     ASSERT_TRUE(waitUntil([this] { return appearance.interfaceStyle() == none; }));
-    EXPECT_EQ(notifications, 1) << "without a portal nobody notifies";
+    EXPECT_EQ(notifications, 2) << "the light pictures come back";
     portal.service.appear();
-    ASSERT_TRUE(waitUntil([this] { return notifications == 2; }));
+    ASSERT_TRUE(waitUntil([this] { return notifications == 3; }));
     EXPECT_EQ(appearance.interfaceStyle(), dark);
 }
 
@@ -127,6 +127,46 @@ TEST_F(PortalAppearanceTest, APortalThatNeverAnswersHoldsUpNothing) {
     start();
     ASSERT_TRUE(waitUntil([this] { return !portal.service.calls.empty(); }));
     EXPECT_EQ(appearance.interfaceStyle(), none);
+}
+
+TEST_F(PortalAppearanceTest, AChangeCountsWhileTheQuestionIsUnanswered) {
+    portal.service.answer = [](const QDBusMessage&) { return QDBusMessage(); };
+    portal.service.appear();
+    start();
+    ASSERT_TRUE(waitUntil([this] { return !portal.service.calls.empty(); }));
+    portal.changeTo(1U);
+    ASSERT_TRUE(waitUntil([this] { return notifications == 1; }));
+    EXPECT_EQ(appearance.interfaceStyle(), dark);
+    const QVariant light = QVariant::fromValue(QDBusVariant(0U));
+    portal.service.reply(portal.service.calls.front().createReply(light)); // and the late answer
+    ASSERT_TRUE(waitUntil([this] { return notifications == 2; }));
+    EXPECT_EQ(appearance.interfaceStyle(), none);
+}
+
+TEST_F(PortalAppearanceTest, AChangeCountsAfterAQuestionThatFailed) {
+    portal.service.answer = [](const QDBusMessage& call) {
+        return call.createErrorReply(QDBusError::Failed, QStringLiteral("not now"));
+    };
+    portal.service.appear();
+    start();
+    ASSERT_TRUE(waitUntil([this] { return !portal.service.calls.empty(); }));
+    portal.changeTo(1U);
+    ASSERT_TRUE(waitUntil([this] { return notifications == 1; }));
+    EXPECT_EQ(appearance.interfaceStyle(), dark);
+}
+
+TEST_F(PortalAppearanceTest, ANewBusIsFollowed) {
+    startWith(1U);
+    appearance.start(QDBusConnection(QStringLiteral("lost")));
+    EXPECT_EQ(appearance.interfaceStyle(), none);
+    EXPECT_EQ(notifications, 2);
+    PrivateSessionBus nextBus;
+    Portal next(nextBus);
+    next.value = 1U;
+    next.service.appear();
+    appearance.start(nextBus.connect());
+    ASSERT_TRUE(waitUntil([this] { return notifications == 3; }));
+    EXPECT_EQ(appearance.interfaceStyle(), dark);
 }
 
 TEST_F(PortalAppearanceTest, AnErrorOrAnEmptyReplyIsNoEntry) {

@@ -159,6 +159,36 @@ TEST_F(SingleInstanceTest, ABusThatHangsIsGivenUp) {
     m_bus.goOn();
 }
 
+TEST_F(SingleInstanceTest, ALateAnswerOfABusThatWasGivenUpStillCounts) {
+    const QDBusConnection firstBus = start();
+    const QDBusConnection secondBus = start();
+    std::vector<Outcome> ofFirst;
+    std::vector<Outcome> ofSecond;
+    SingleInstance first;
+    SingleInstance second;
+    m_bus.hang();
+    first.claim(firstBus, [&](Outcome outcome) { ofFirst.push_back(outcome); });
+    second.claim(secondBus, [&](Outcome outcome) { ofSecond.push_back(outcome); });
+    EXPECT_TRUE(waitUntil([&] { return ofFirst.size() == 1 && ofSecond.size() == 1; }));
+    m_bus.goOn();
+    EXPECT_TRUE(waitUntil([&] { return ofFirst.size() == 2 && ofSecond.size() == 2; }));
+    EXPECT_THAT(ofFirst,
+                ElementsAre(Outcome::Unknown, testing::AnyOf(Outcome::First, Outcome::Second)));
+    EXPECT_THAT(ofSecond,
+                ElementsAre(Outcome::Unknown, testing::AnyOf(Outcome::First, Outcome::Second)));
+    EXPECT_NE(ofFirst.back(), ofSecond.back()) << "only one has the name";
+}
+
+TEST_F(SingleInstanceTest, ANewBusIsClaimedToo) {
+    SingleInstance instance;
+    EXPECT_EQ(claim(instance, start()), Outcome::First);
+    const SessionBusDaemon next;
+    const auto nextBus = QDBusConnection::connectToBus(next.address(), QStringLiteral("next"));
+    EXPECT_EQ(claim(instance, nextBus), Outcome::First);
+    EXPECT_EQ(nextBus.interface()->serviceOwner(QStringLiteral("com.korvale.ui")).value(),
+              nextBus.baseService());
+}
+
 TEST_F(SingleInstanceTest, AnOwnerThatHangsIsGivenUp) {
     // A connection whose thread never looks at its messages.
     QDBusConnection owner = start();

@@ -33,6 +33,10 @@ protected:
         menu.setupStatusItemAndMenu({});
     }
 
+    void begin(TrayIcon& tray) {
+        tray.start();
+        tray.useSessionBus(bus.connect());
+    }
     X11Tray askX11() {
         ++x11Questions;
         return x11;
@@ -66,44 +70,44 @@ protected:
 };
 
 TEST_F(TrayIconTest, NoIconIsMadeBeforeThereIsATray) {
-    patientIcon.start(bus.connect());
+    begin(patientIcon);
     ASSERT_TRUE(waitForAvailability(false));
-    EXPECT_FALSE(patientIcon.isShown());
+    EXPECT_FALSE(patientIcon.hasItem());
     EXPECT_TRUE(watcher.calls.empty());
 }
 
 TEST_F(TrayIconTest, AWatcherThatIsThereShowsTheIcon) {
     watcher.appear();
     statusItem.setTrayAvailable(false);
-    patientIcon.start(bus.connect());
+    begin(patientIcon);
     ASSERT_TRUE(waitForAvailability(true));
-    EXPECT_TRUE(patientIcon.isShown());
+    EXPECT_TRUE(patientIcon.hasItem());
     EXPECT_EQ(firstLabel(), QStringLiteral("a__b")) << "the panel draws the menu";
 }
 
 TEST_F(TrayIconTest, AWatcherThatAppearsLateShowsTheIcon) {
-    patientIcon.start(bus.connect());
+    begin(patientIcon);
     ASSERT_TRUE(waitForAvailability(false));
     watcher.appear();
     ASSERT_TRUE(waitForAvailability(true));
-    EXPECT_TRUE(patientIcon.isShown());
+    EXPECT_TRUE(patientIcon.hasItem());
 }
 
 TEST_F(TrayIconTest, AWatcherThatGoesAndComesIsFollowed) {
     watcher.appear();
-    patientIcon.start(bus.connect());
-    ASSERT_TRUE(waitUntil([this] { return patientIcon.isShown(); }));
+    begin(patientIcon);
+    ASSERT_TRUE(waitUntil([this] { return patientIcon.hasItem(); }));
     watcher.vanish();
     ASSERT_TRUE(waitForAvailability(false));
     EXPECT_EQ(firstLabel(), QStringLiteral("a_b")) << "only the window has the menu now";
     watcher.appear();
     ASSERT_TRUE(waitForAvailability(true));
-    EXPECT_TRUE(patientIcon.isShown());
+    EXPECT_TRUE(patientIcon.hasItem());
 }
 
 TEST_F(TrayIconTest, AMenuThatWasOpenIsClosedWhenThePanelGoes) {
     watcher.appear();
-    patientIcon.start(bus.connect());
+    begin(patientIcon);
     ASSERT_TRUE(waitUntil([this] { return !watcher.calls.empty(); }));
     ASSERT_TRUE(waitUntil([this] { return firstLabel() == QStringLiteral("a__b"); }));
     statusItem.setMenuOpen(true);
@@ -115,13 +119,13 @@ TEST_F(TrayIconTest, AMenuThatWasOpenIsClosedWhenThePanelGoes) {
 TEST_F(TrayIconTest, AWatcherWithoutAHostIsNoTrayUntilOneRegisters) {
     hasHost = false;
     watcher.appear();
-    patientIcon.start(bus.connect());
+    begin(patientIcon);
     ASSERT_TRUE(waitForAvailability(false));
-    EXPECT_FALSE(patientIcon.isShown()) << "Qt would take the X11 tray, and for good";
+    EXPECT_FALSE(patientIcon.hasItem()) << "Qt would take the X11 tray, and for good";
     hasHost = true;
     watcher.emitSignal(QStringLiteral("StatusNotifierHostRegistered"), {});
     ASSERT_TRUE(waitForAvailability(true));
-    EXPECT_TRUE(patientIcon.isShown());
+    EXPECT_TRUE(patientIcon.hasItem());
     hasHost = false;
     watcher.emitSignal(QStringLiteral("StatusNotifierHostUnregistered"), {});
     ASSERT_TRUE(waitForAvailability(false));
@@ -130,34 +134,36 @@ TEST_F(TrayIconTest, AWatcherWithoutAHostIsNoTrayUntilOneRegisters) {
 TEST_F(TrayIconTest, AWatcherThatDoesNotSayWhetherThereIsAHostHasNone) {
     knowsHosts = false;
     watcher.appear();
-    patientIcon.start(bus.connect());
+    begin(patientIcon);
     EXPECT_TRUE(waitForAvailability(false));
-    EXPECT_FALSE(patientIcon.isShown());
+    EXPECT_FALSE(patientIcon.hasItem());
 }
 
-TEST_F(TrayIconTest, AWatcherThatNeverAnswersIsNoTrayAndNoIconIsMade) {
+TEST_F(TrayIconTest, AWatcherThatNeverAnswersLeavesTheX11Tray) {
     watcher.answer = [](const QDBusMessage&) { return QDBusMessage(); };
     watcher.appear();
-    icon.start(bus.connect());
+    begin(icon);
     ASSERT_TRUE(waitUntil([this] { return watcher.calls.size() == 1; }));
+    ASSERT_TRUE(waitForAvailability(false)) << "the window has the menu in the meantime";
     x11 = X11Tray::Present;
-    ASSERT_TRUE(waitForAvailability(false));
-    EXPECT_FALSE(icon.isShown());
+    ASSERT_TRUE(waitForAvailability(true));
+    EXPECT_TRUE(icon.isDocked());
+    EXPECT_FALSE(icon.hasItem());
 }
 
 TEST_F(TrayIconTest, AnX11TrayServesWhereTheWatcherHasNoHost) {
     hasHost = false;
     x11 = X11Tray::Present;
     watcher.appear();
-    icon.start(bus.connect());
-    ASSERT_TRUE(waitUntil([this] { return icon.isShown(); }));
+    begin(icon);
+    ASSERT_TRUE(waitUntil([this] { return icon.isDocked(); }));
     EXPECT_TRUE(waitForAvailability(true));
     EXPECT_EQ(firstLabel(), QStringLiteral("a_b"));
 }
 
 TEST_F(TrayIconTest, SignalsOfOthersThanTheWatcherAskNothing) {
     watcher.appear();
-    patientIcon.start(bus.connect());
+    begin(patientIcon);
     ASSERT_TRUE(waitUntil([this] { return watcher.calls.size() == 1; }));
     FakeBusService impostor(bus, QStringLiteral("com.example.Impostor"),
                             QStringLiteral("/StatusNotifierWatcher"),
@@ -171,39 +177,104 @@ TEST_F(TrayIconTest, SignalsOfOthersThanTheWatcherAskNothing) {
 
 TEST_F(TrayIconTest, AnX11TrayServesWhereThereIsNoWatcher) {
     x11 = X11Tray::Present;
-    icon.start(bus.connect());
-    ASSERT_TRUE(waitUntil([this] { return icon.isShown(); }));
+    begin(icon);
+    ASSERT_TRUE(waitUntil([this] { return icon.isDocked(); }));
     EXPECT_TRUE(statusItem.isTrayAvailable());
     EXPECT_EQ(firstLabel(), QStringLiteral("a_b"));
 }
 
 TEST_F(TrayIconTest, AnX11TrayThatAppearsLateServesToo) {
-    icon.start(bus.connect());
+    begin(icon);
     ASSERT_TRUE(waitUntil([this] { return x11Questions >= 3; }));
-    EXPECT_FALSE(icon.isShown());
+    EXPECT_FALSE(icon.isDocked());
     x11 = X11Tray::Present;
-    ASSERT_TRUE(waitUntil([this] { return icon.isShown(); }));
-    const int questions = x11Questions;
-    watcher.appear();
-    PrivateSessionBus::flush(bus.connect());
-    EXPECT_EQ(x11Questions, questions);
+    ASSERT_TRUE(waitUntil([this] { return icon.isDocked(); }));
 }
 
 TEST_F(TrayIconTest, WithoutAnX11ServerItIsAskedOnce) {
     x11 = X11Tray::NoX11;
-    icon.start(bus.connect());
+    begin(icon);
     ASSERT_TRUE(waitUntil([this] { return x11Questions == 1; }));
     watcher.appear(); // a StatusNotifier host may still come
-    ASSERT_TRUE(waitUntil([this] { return icon.isShown(); }));
+    ASSERT_TRUE(waitUntil([this] { return icon.hasItem(); }));
     EXPECT_EQ(x11Questions, 1);
 }
 
 TEST_F(TrayIconTest, WithoutASessionBusTheX11TrayServes) {
     x11 = X11Tray::Present;
-    icon.start(QDBusConnection(QStringLiteral("not connected")));
+    icon.start();
+    icon.useSessionBus(QDBusConnection(QStringLiteral("not connected")));
     EXPECT_FALSE(statusItem.isTrayAvailable());
-    ASSERT_TRUE(waitUntil([this] { return icon.isShown(); }));
+    ASSERT_TRUE(waitUntil([this] { return icon.isDocked(); }));
     EXPECT_TRUE(statusItem.isTrayAvailable());
+}
+
+TEST_F(TrayIconTest, WhileTheBusSaysNothingTheX11TrayServesElseTheWindow) {
+    icon.start();
+    EXPECT_TRUE(waitForAvailability(false)) << "the window has the menu";
+    x11 = X11Tray::Present;
+    EXPECT_TRUE(waitForAvailability(true));
+    EXPECT_TRUE(icon.isDocked());
+    watcher.appear();
+    icon.useSessionBus(bus.connect()); // it speaks after all
+    EXPECT_TRUE(waitUntil([this] { return icon.hasItem(); }));
+    EXPECT_FALSE(icon.isDocked());
+}
+
+TEST_F(TrayIconTest, AnX11TrayThatEndsLeavesTheMenuToTheWindowUntilAnotherComes) {
+    x11 = X11Tray::Present;
+    begin(icon);
+    ASSERT_TRUE(waitUntil([this] { return icon.isDocked(); }));
+    x11 = X11Tray::Absent;
+    EXPECT_TRUE(waitForAvailability(false));
+    EXPECT_FALSE(icon.isDocked());
+    x11 = X11Tray::Present;
+    EXPECT_TRUE(waitForAvailability(true));
+    EXPECT_TRUE(icon.isDocked());
+}
+
+TEST_F(TrayIconTest, AHostThatComesAfterAnX11TrayGetsTheItemAndTheTrayWhatItLeaves) {
+    x11 = X11Tray::Present;
+    begin(icon);
+    ASSERT_TRUE(waitUntil([this] { return icon.isDocked(); }));
+    watcher.appear();
+    ASSERT_TRUE(waitUntil([this] { return icon.hasItem(); }));
+    EXPECT_FALSE(icon.isDocked());
+    EXPECT_TRUE(statusItem.isTrayAvailable());
+    EXPECT_EQ(firstLabel(), QStringLiteral("a__b"));
+    watcher.vanish();
+    ASSERT_TRUE(waitUntil([this] { return icon.isDocked(); }));
+    EXPECT_TRUE(statusItem.isTrayAvailable());
+    EXPECT_EQ(firstLabel(), QStringLiteral("a_b"));
+}
+
+TEST_F(TrayIconTest, ANewSessionBusIsFollowed) {
+    watcher.appear();
+    begin(patientIcon);
+    ASSERT_TRUE(waitUntil([this] { return patientIcon.hasItem(); }));
+    patientIcon.useSessionBus(QDBusConnection(QStringLiteral("lost")));
+    EXPECT_FALSE(statusItem.isTrayAvailable());
+    EXPECT_FALSE(patientIcon.hasItem()) << "it was on the bus that has gone";
+    PrivateSessionBus next;
+    FakeBusService nextWatcher(next, QStringLiteral("org.kde.StatusNotifierWatcher"),
+                               QStringLiteral("/StatusNotifierWatcher"),
+                               QStringLiteral("org.kde.StatusNotifierWatcher"));
+    nextWatcher.answer = watcher.answer;
+    nextWatcher.appear();
+    patientIcon.useSessionBus(next.connect());
+    EXPECT_TRUE(waitForAvailability(true));
+    EXPECT_TRUE(patientIcon.hasItem());
+}
+
+TEST_F(TrayIconTest, AFirstItemOnASecondBusIsNotTried) {
+    begin(patientIcon);
+    ASSERT_TRUE(waitForAvailability(false));
+    watcher.appear();
+    patientIcon.useSessionBus(bus.connect());
+    ASSERT_TRUE(waitUntil([this] { return !watcher.calls.empty(); }));
+    PrivateSessionBus::flush(bus.connect());
+    EXPECT_FALSE(patientIcon.hasItem()) << "the toolkit would ask the bus that has gone";
+    EXPECT_FALSE(statusItem.isTrayAvailable());
 }
 
 TEST(X11Tray, IsNoneWithoutAnX11Server) {

@@ -33,7 +33,8 @@ public:
                            ? call.createReply(QVariant(capabilities))
                            : call.createErrorReply(QDBusError::UnknownMethod, QString());
             }
-            return call.createReply(QVariant(++lastId));
+            lastId += static_cast<uint>(step);
+            return call.createReply(QVariant(lastId));
         };
     }
     [[nodiscard]] std::vector<QDBusMessage> shown() const {
@@ -50,6 +51,7 @@ public:
     bool hasCapabilities = true;
     QStringList capabilities{QStringLiteral("body"), QStringLiteral("actions")};
     uint lastId = 40;
+    int step = 1;
     FakeBusService service;
 };
 
@@ -353,6 +355,66 @@ TEST_F(UserNotificationsTest, WithoutAServiceNothingFailsAndALaterOneIsUsed) {
         notifications.SendSondarNotification(QStringLiteral("late"));
         return !server.shown().empty();
     }));
+}
+
+TEST_F(UserNotificationsTest, AnAnswerLaterThanTheUsualTimeLimitOfACallStillCounts) {
+    const auto answer = server.service.answer;
+    server.service.answer = [](const QDBusMessage&) { return QDBusMessage(); };
+    server.capabilities << QStringLiteral("body-markup");
+    start();
+    notifications.SendSondarNotification(QStringLiteral("a & b"));
+    ASSERT_TRUE(waitUntil([this] { return server.questions() == 1; }));
+    QTimer limit; // of D-Bus calls: 25 s; nothing tells that it has passed without effect
+    limit.setSingleShot(true);
+    limit.start(13'000);
+    ASSERT_TRUE(waitUntil([&limit] { return !limit.isActive(); }));
+    limit.start(13'000);
+    ASSERT_TRUE(waitUntil([&limit] { return !limit.isActive(); }));
+    EXPECT_TRUE(server.shown().empty()) << "nobody can say yet how to write it";
+    server.service.answer = answer;
+    server.service.reply(answer(server.service.calls.front()));
+    EXPECT_EQ(shownArguments().at(4), QVariant(QStringLiteral("a &amp; b")));
+    EXPECT_EQ(server.questions(), 1U);
+}
+
+TEST_F(UserNotificationsTest, WhatWasSentBeforeTheBusAnsweredIsShownThen) {
+    notifications.SendSondarNotification(QStringLiteral("1"));
+    notifications.SendSondarNotification(QStringLiteral("2"));
+    start();
+    EXPECT_EQ(shownArguments(0).at(4), QVariant(QStringLiteral("1")));
+    EXPECT_EQ(shownArguments(1).at(4), QVariant(QStringLiteral("2")));
+}
+
+TEST_F(UserNotificationsTest, ANewBusIsUsedThoughTheFormerNeverAnswered) {
+    server.service.answer = [](const QDBusMessage&) { return QDBusMessage(); };
+    start();
+    notifications.SendSondarNotification(QStringLiteral("1"));
+    ASSERT_TRUE(waitUntil([this] { return server.questions() == 1; }));
+    PrivateSessionBus nextBus;
+    Server next(nextBus);
+    next.service.appear();
+    notifications.start(nextBus.connect());
+    ASSERT_TRUE(waitUntil([&next] { return next.shown().size() == 1; }));
+    notifications.SendSondarNotification(QStringLiteral("2"));
+    ASSERT_TRUE(waitUntil([&next] { return next.shown().size() == 2; }));
+}
+
+TEST_F(UserNotificationsTest, BeyondAHundredLinksTheOldestIsForgotten) {
+    server.step = -1; // numbers are the service's affair
+    start();
+    server.lastId = 1000;
+    for (int i = 0; i < 101; ++i) {
+        const uint before = server.lastId;
+        notifications.SendConsumerNotification(QStringLiteral("see"),
+                                               QStringLiteral("https://korvale.example/%1").arg(i));
+        ASSERT_TRUE(waitUntil([&] { return server.lastId != before; }));
+    }
+    server.invoke(999); // the first
+    server.invoke(998);
+    server.invoke(899); // the last
+    ASSERT_TRUE(waitUntil([this] { return links.opened.size() == 2; }));
+    EXPECT_EQ(links.opened, QStringList({QStringLiteral("https://korvale.example/1"),
+                                         QStringLiteral("https://korvale.example/100")}));
 }
 
 TEST_F(UserNotificationsTest, WithoutABusNothingFails) {
