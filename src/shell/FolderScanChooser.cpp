@@ -4,7 +4,7 @@
 #include "core/base/Logging.h"
 #include "platform/Texts.h"
 #include "shell/Resources.h"
-#include "shell/WindowLook.h"
+#include "tables/WindowLook.h"
 
 namespace korvale {
 

@@ -4,7 +4,7 @@
 #include "fakes/RecordingAgentCommands.h"
 #include "fakes/RecordingLogSink.h"
 #include "shell/Resources.h"
-#include "shell/WindowLook.h"
+#include "tables/WindowLook.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

@@ -1,5 +1,5 @@
 #include "shell/WindowFixture.h"
-#include "shell/WindowLook.h"
+#include "tables/WindowLook.h"
 
 #include <QLabel>
 #include <QSignalSpy>
