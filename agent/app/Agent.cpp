@@ -42,6 +42,8 @@ Agent::Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> ke
       m_keeper(std::move(keeper)),
       m_cache(std::move(cache)),
       m_engines(m_configuration.current()),
+      m_engineWatch(m_configuration.current().engineUnits,
+                    [this](const std::string& unit) { startUnit(unit); }),
       m_publishing(QString::fromStdString(m_configuration.current().hostCache)),
       m_scanner(m_engines.both, m_cache.get()) {
     m_publishing.lists().setEventLimit(kMostEvents);
@@ -67,6 +69,7 @@ void Agent::join() {
     });
     connect(&m_bus, &AgentBus::nameOwned, this, [this] {
         logInfo("On the bus.");
+        m_units.use(AgentBus::connection());
         m_states.start();
     });
     connect(&m_bus, &AgentBus::busLost, this, [this] {
@@ -84,6 +87,9 @@ void Agent::join() {
                        : QStringLiteral("%1 findings wait for room on the disk.").arg(findings));
     });
     connect(&m_enginePoll, &EnginePoll::answered, this, &Agent::engineAnswered);
+    m_engines.clamd.onLost([this] {
+        QMetaObject::invokeMethod(&m_enginePoll, &EnginePoll::ask, Qt::QueuedConnection);
+    });
 }
 
 void Agent::configure() {
@@ -151,6 +157,7 @@ void Agent::tellWithoutFiles(const Finding& finding) {
 void Agent::engineAnswered(const EngineState& state) {
     const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     m_engineState = state;
+    m_engineWatch.answered(state, std::chrono::steady_clock::now());
     const bool fresh = isFresh(state, now);
     QString problem;
     if (!state.reachable) {
@@ -161,6 +168,17 @@ void Agent::engineAnswered(const EngineState& state) {
     }
     setProblem(QStringLiteral("engine"), problem.trimmed());
     m_states.setEngineFresh(fresh);
+}
+
+void Agent::startUnit(const std::string& unit) {
+    m_units.start(QString::fromStdString(unit),
+                  [this, unit](const std::optional<UnitState>& state, const QString& trouble) {
+                      if (!state) {
+                          logWarning(unit + " is not started: " + trouble.toStdString());
+                      } else if (state->isActive()) {
+                          m_enginePoll.ask();
+                      }
+                  });
 }
 
 void Agent::setProblem(const QString& what, const QString& sentence) {

@@ -17,6 +17,8 @@
 #include "agent/bus/AgentObject.h"
 #include "agent/bus/ControlPort.h"
 #include "agent/bus/RequestPort.h"
+#include "agent/bus/SystemdUnits.h"
+#include "agent/engine/EngineWatch.h"
 #include "agent/publish/Publishing.h"
 #include "agent/scan/Scanner.h"
 #include "agent/store/VerdictCache.h"
@@ -58,6 +60,7 @@ private:
     void found(const FoundFile& file);
     void shown(const Finding& finding, const QString& detail);
     void engineAnswered(const EngineState& state);
+    void startUnit(const std::string& unit);
     void setProblem(const QString& what, const QString& sentence);
     void tellWithoutFiles(const Finding& finding);
 
@@ -84,6 +87,8 @@ private:
     Engines m_engines;
     EnginePoll m_enginePoll{m_engines.both};
     EngineState m_engineState;
+    SystemdUnits m_units;
+    EngineWatch m_engineWatch;
     Publishing m_publishing;
     ThreatLists m_threats{m_publishing.lists()};
     StateSignals m_states;

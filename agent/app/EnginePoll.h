@@ -19,7 +19,7 @@ class EnginePoll : public QObject {
 public:
     /// Between two questions, while it answers and while it does not.
     static constexpr std::chrono::seconds kPeriod{30};
-    static constexpr std::chrono::seconds kPeriodWithout{5};
+    static constexpr std::chrono::seconds kPeriodWithout{15};
 
     /// `engine` must outlive this object.
     explicit EnginePoll(Engine& engine, QObject* parent = nullptr);

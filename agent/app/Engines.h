@@ -11,7 +11,8 @@ namespace korvale::agent {
 struct Engines {
     explicit Engines(const Configuration& configuration)
         : builtIn(configuration.hashLists),
-          clamd({configuration.engineConfiguration, configuration.engineSocket}) {}
+          clamd({configuration.engineConfiguration, configuration.engineSocket,
+                 std::chrono::seconds(2), configuration.state}) {}
 
     BuiltInEngine builtIn;
     ClamdEngine clamd;
