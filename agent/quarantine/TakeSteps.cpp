@@ -55,6 +55,9 @@ TakeResult TakeSteps::run() {
 }
 
 bool TakeSteps::openJudged() {
+    if (m_request.finding <= 0) { // kept in memory: its record could name no finding
+        return give(TakeOutcome::NoRoom, "The store has no room for the finding yet.");
+    }
     m_file = openRegular(m_request.folder, m_request.name);
     if (!m_file) {
         return errno == EINVAL || errno == ELOOP

@@ -81,6 +81,16 @@ TEST_P(TakeTest, LeavesAFileWhoseContentIsNotTheJudgedOne) {
     expectUntouched(request);
 }
 
+TEST_P(TakeTest, LeavesAFileWhoseFindingCouldNotBeWrittenYet) {
+    writeFile(path("bad"), kBad);
+    TakeRequest request = judged("bad");
+    const std::int64_t number = std::exchange(request.finding, -1);
+    EXPECT_EQ(m_vault->take(request).outcome, TakeOutcome::NoRoom);
+    EXPECT_EQ(readFile(path("bad")), kBad);
+    request.finding = number;
+    expectUntouched(request);
+}
+
 TEST_P(TakeTest, NeverTakesAFileThatReplacedTheJudgedOne) {
     writeFile(path("bad"), kBad);
     writeFile(path("mine"), "my thesis");
