@@ -1,6 +1,7 @@
 // A list file of the agent, handed to every parser, with every text of every row.
 
 #include "core/base/Logging.h"
+#include "model/EventList.h"
 #include "model/ExternalDevicesEvents.h"
 #include "model/FileProcessEvents.h"
 #include "model/FileStateChanges.h"
@@ -65,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FileStateChanges(state, table, notifications).parseFileStateChanges(list);
     ExternalDevicesEvents(state, table).parseExternalDevicesEvents(list);
 
-    const ProcessPass pass = processPass(*list, {}, [&] { return firstExploitTypeName(list); });
+    const ProcessPass pass = processPass(*list, {}, [&] { return firstExploitTypeName(*list); });
     table.loadData(pass.rows);
     if (processPass(*list, pass.newProcesses, [] { return QString(); }).message) {
         std::abort(); // every process is known by now

@@ -15,7 +15,7 @@ constexpr std::uint32_t processStates = 16;
 constexpr std::uint32_t externalDevices = 2048;
 } // namespace MessageBit
 
-constexpr std::int32_t scannerIdle = 1;
+constexpr std::int64_t scannerIdle = 1;
 
 } // namespace
 
@@ -30,8 +30,9 @@ AggregatedMessages::AggregatedMessages(AppState& state, HostCache& hostCache,
       m_status(status),
       m_counters(counters),
       m_fileStates(state, tables.fileThreatsTableCtrl, notifications),
-      m_processStates(state, hostCache, remembered.cachedProcessByPID, tables.memExploitTableCtrl,
-                      notifications),
+      m_eventList(hostCache, remembered),
+      m_processStates(state, remembered.cachedProcessByPID, tables.memExploitTableCtrl,
+                      notifications, [this] { return m_eventList.firstExploitTypeName(); }),
       m_events(state, remembered.cacheEvents, tables.eventsTableCtrl),
       m_devices(state, tables.externalDevicesTableCtrl) {}
 
@@ -91,7 +92,7 @@ void AggregatedMessages::readFileStates() {
 
 void AggregatedMessages::readScannerState() {
     const auto scanner = m_hostCache.readFile(QStringLiteral("scanner_state.log"));
-    if (scanner && integer32Value((*scanner)["ScannerState"]) == scannerIdle &&
+    if (scanner && integerValue((*scanner)["ScannerState"]) == scannerIdle &&
         m_state.statusState == StatusState::Inspecting) {
         m_status.updateStatusMessage(StatusState::Running);
     }
@@ -121,7 +122,7 @@ void AggregatedMessages::readProcessStates() {
 }
 
 void AggregatedMessages::readEvents() {
-    if (const auto list = changedList("file_process_events.log", m_remembered.lastEventsCRC)) {
+    if (const auto list = m_eventList.takeChanged()) {
         if (m_events.parseFileProcessEvents(list)) {
             m_tables.eventsTableCtrl.updateView();
         }

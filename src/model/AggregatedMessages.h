@@ -2,6 +2,7 @@
 
 #include "core/base/AppState.h"
 #include "core/base/Displays.h"
+#include "model/EventList.h"
 #include "model/ExternalDevicesEvents.h"
 #include "model/FileProcessEvents.h"
 #include "model/FileStateChanges.h"
@@ -48,6 +49,7 @@ private:
     StatusDisplay& m_status;
     CounterDisplay& m_counters;
     FileStateChanges m_fileStates;
+    EventList m_eventList;
     ProcessStateChanges m_processStates;
     FileProcessEvents m_events;
     ExternalDevicesEvents m_devices;

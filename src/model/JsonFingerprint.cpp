@@ -83,7 +83,10 @@ private:
         if (node.kind == JsonKind::Number) {
             return numberFingerprint(m_document.view(node), m_seed);
         }
-        return mixWords(m_seed + static_cast<std::uint64_t>(node.kind), 0x8EBC6AF09C88C6E3U);
+        if (node.kind == JsonKind::Null) {
+            return mixWords(m_seed, 0x8EBC6AF09C88C6E3U);
+        }
+        return numberFingerprint(node.kind == JsonKind::True ? "1" : "0", m_seed);
     }
 
     /// A sum does not depend on the order.

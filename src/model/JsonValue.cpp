@@ -54,24 +54,28 @@ JsonRange<JsonValue> JsonValue::elements() const {
                     : JsonRange<JsonValue>();
 }
 
+namespace {
+
+/// true counts as 1 and false as 0.
+std::optional<CanonicalNumber> numberOf(const JsonValue& value) {
+    if (value.isBoolean()) {
+        return canonicalNumber(value.kind() == JsonKind::True ? "1" : "0");
+    }
+    return value.isNumber() ? std::optional(canonicalNumber(value.utf8())) : std::nullopt;
+}
+
+} // namespace
+
 // Containers are equal when their fingerprints are: one walk over each, however large they are.
 bool operator==(const JsonValue& a, const JsonValue& b) {
-    const JsonKind kind = a.kind();
-    if (kind != b.kind()) {
-        return false;
+    if (const auto number = numberOf(a)) {
+        return number == numberOf(b);
     }
-    switch (kind) {
-    case JsonKind::Null:
-    case JsonKind::False:
-    case JsonKind::True:
-        return true;
-    case JsonKind::Text:
+    if (a.kind() != b.kind() || a.isNull()) {
+        return a.kind() == b.kind();
+    }
+    if (a.isText()) {
         return a.utf8() == b.utf8();
-    case JsonKind::Number:
-        return a.utf8() == b.utf8() || canonicalNumber(a.utf8()) == canonicalNumber(b.utf8());
-    case JsonKind::List:
-    case JsonKind::Object:
-        break;
     }
     return jsonFingerprint(*a.m_document, a.m_index) == jsonFingerprint(*b.m_document, b.m_index);
 }

@@ -58,8 +58,9 @@ public:
     /// The elements of a list; none for all others.
     [[nodiscard]] JsonRange<JsonValue> elements() const;
 
-    /// Equality by value: numbers as the decimal numbers they spell (1, 1.0 and 10e-1 are one),
-    /// texts by character, objects whatever the order of their members, lists element by element.
+    /// Equality by value: numbers as the decimal numbers they spell (1, 1.0, 10e-1 and true are
+    /// one), texts by character, objects whatever the order of their members, lists element by
+    /// element.
     friend bool operator==(const JsonValue& a, const JsonValue& b);
 
     [[nodiscard]] const std::shared_ptr<const JsonDocument>& document() const { return m_document; }

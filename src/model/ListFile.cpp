@@ -70,7 +70,7 @@ ListRead readListFile(const QString& path, const ListChecksum& last, JsonParser&
     }
     checksum.crc = contentCrc(*document);
     if (checksum.sameContent(last)) {
-        return {ListState::Unchanged, checksum, {}};
+        return {ListState::Unchanged, checksum, std::move(list)};
     }
     return {ListState::Changed, checksum, std::move(list)};
 }

@@ -22,7 +22,7 @@ struct ListRead {
     /// Of Unchanged and Changed lists, to be remembered when the list is parsed. That of an
     /// Unchanged list may be remembered at once: it knows the present bytes.
     ListChecksum checksum;
-    /// What Empty and Changed lists hold; null for all others.
+    /// What the file holds; null for Absent, and for Unchanged where the very bytes are the same.
     JsonValue list;
 };
 

@@ -2,7 +2,6 @@
 
 #include "core/base/Logging.h"
 #include "core/base/TextFormat.h"
-#include "model/HostCache.h"
 #include "model/JsonFingerprint.h"
 #include "model/Paths.h"
 #include "model/ProcessRows.h"
@@ -16,8 +15,9 @@
 namespace korvale {
 namespace {
 
-std::uint64_t identifierOf(const JsonValue& pid) {
-    return pid.isNull() ? 0 : jsonFingerprint(*pid.document(), pid.index());
+std::optional<std::uint64_t> identifierOf(const JsonValue& pid) {
+    return pid.isNull() ? std::nullopt
+                        : std::optional(jsonFingerprint(*pid.document(), pid.index()));
 }
 
 QString specificMessage(const JsonValue& record, const QString& typeName) {
@@ -35,18 +35,6 @@ void logRecord(const JsonMember& record) {
 
 } // namespace
 
-QString firstExploitTypeName(const std::optional<JsonValue>& events) {
-    if (events) {
-        for (const JsonMember& record : events->members()) {
-            if (record.value.isObject()) {
-                const std::optional<QString> type = textOnly(record.value["ItemType"]);
-                return type ? memdefTypeString(*type).value_or(QString()) : QString();
-            }
-        }
-    }
-    return {};
-}
-
 ProcessPass processPass(const JsonValue& list, const ProcessIds& remembered,
                         const std::function<QString()>& exploitTypeName) {
     ProcessPass pass;
@@ -59,15 +47,17 @@ ProcessPass processPass(const JsonValue& list, const ProcessIds& remembered,
         logRecord(record);
         rows->add(record.value);
         ++pass.attempts;
-        const std::uint64_t identifier = identifierOf(record.value["PID"]);
-        if (remembered.contains(identifier)) {
+        const std::optional<std::uint64_t> identifier = identifierOf(record.value["PID"]);
+        if (identifier && remembered.contains(*identifier)) {
             continue;
         }
         // Looked up among the earlier passes' only: an identifier that comes twice is new twice.
         pass.message = pass.message ? localizedText("NotificationMessageNewExploit")
                                     : specificMessage(record.value, exploitTypeName());
         pass.alert = pass.alert || state == ProcessState::alert;
-        pass.newProcesses.insert(identifier);
+        if (identifier) {
+            pass.newProcesses.insert(*identifier);
+        }
     }
     pass.rows = std::move(rows);
     return pass;
@@ -76,10 +66,7 @@ ProcessPass processPass(const JsonValue& list, const ProcessIds& remembered,
 void ProcessStateChanges::parseProcessStateChanges(const std::optional<JsonValue>& list) {
     std::int64_t attempts = 0;
     if (list) {
-        ProcessPass pass = processPass(*list, m_cachedProcessByPID, [this] {
-            return firstExploitTypeName(
-                m_hostCache.readFile(QStringLiteral("file_process_events.log")));
-        });
+        ProcessPass pass = processPass(*list, m_cachedProcessByPID, m_exploitTypeName);
         attempts = pass.attempts;
         // Only what was new is remembered, so that what stays in the list is reported as new again
         // on every second pass.

@@ -4,6 +4,8 @@
 #include "model/ProcessStateChanges.h"
 #include "model/RememberedEvents.h"
 
+#include <QString>
+
 namespace korvale {
 
 /// What is remembered from one aggregated message to the next, for the life of the program; nothing
@@ -16,6 +18,7 @@ struct RememberedLists {
     ListChecksum lastFileStateCRC;
     ListChecksum lastProcessStateCRC; ///< of the process or the device list, whichever came last
     ListChecksum lastEventsCRC;
+    QString lastEventsType; ///< exploit type of the first event of that list
 };
 
 } // namespace korvale

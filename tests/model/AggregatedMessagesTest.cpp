@@ -1,6 +1,8 @@
 #include "model/AggregatedMessages.h"
 
+#include "fakes/FakeTexts.h"
 #include "fakes/MemoryUserDefaults.h"
+#include "fakes/OpenCounter.h"
 #include "fakes/RecordingDisplays.h"
 #include "fakes/RecordingLogSink.h"
 #include "fakes/RecordingTableFeed.h"
@@ -302,6 +304,8 @@ TEST_F(AggregatedMessagesTest, AnIdleScannerEndsTheInspection) {
         {StatusState::Inspecting, R"({"ScannerState": "1"})", true},
         {StatusState::Inspecting, R"({"ScannerState": true})", true},
         {StatusState::Inspecting, R"({"ScannerState": 0})", false},
+        {StatusState::Inspecting, R"({"ScannerState": 4294967297})", false},
+        {StatusState::Inspecting, R"({"ScannerState": -4294967295})", false},
         {StatusState::Inspecting, R"({"ScannerState": 2})", false},
         {StatusState::Inspecting, R"({})", false},
         {StatusState::Inspecting, R"([1])", false},
@@ -376,6 +380,42 @@ TEST_F(AggregatedMessagesTest, TheExploitsNotificationNamesTheTypeOfTheEventList
     EXPECT_EQ(pass(processStates),
               lines({"processes load 1", "processes update", "events add 1", "events update"}));
     EXPECT_EQ(displays.shown.size(), 1);
+}
+
+TEST_F(AggregatedMessagesTest, TheTypeIsThatOfTheEventListOnDiskChangedOrNot) {
+    const FakeTexts texts{{"NotificationMessageExploitDetectedPID", QStringLiteral("%@ %@ %@")}};
+    const auto notified = [this](int pid) {
+        write("process_states.log",
+              "{\"r\": {\"Path\": \"/x\", \"PID\": " + QByteArray::number(pid) + "}}");
+        pass(processStates);
+        return displays.shown.value(0).section(u'|', 0, 0);
+    };
+    write("file_process_events.log", R"({"a": {"ItemType": "3"}, "b": {"ItemType": "12"}})");
+    const QString first = notified(1);
+    EXPECT_TRUE(first.startsWith(QStringLiteral("notify x 1 "))) << qPrintable(first);
+    EXPECT_EQ(notified(2), QString(first).replace(u'1', u'2'));
+    write("file_process_events.log", R"({"b": {"ItemType": "12"}, "a": {"ItemType": "3"}})");
+    EXPECT_EQ(notified(3), QStringLiteral("notify x 3 LsassRead")) << "only the order is another";
+    EXPECT_EQ(notified(4), QStringLiteral("notify x 4 LsassRead"));
+    remove("file_process_events.log");
+    EXPECT_EQ(notified(5), QStringLiteral("notify x 5 "));
+    write("file_process_events.log", R"({"b": {"ItemType": "12"}, "a": {"ItemType": "3"}})");
+    EXPECT_EQ(notified(6), QStringLiteral("notify x 6 LsassRead"));
+    write("file_process_events.log", "{}");
+    EXPECT_EQ(notified(7), QStringLiteral("notify x 7 "));
+}
+
+TEST_F(AggregatedMessagesTest, TheEventListIsOpenedOnceABatch) {
+    writeEvents(1);
+    writeProcesses(1);
+    const fakes::OpenCounter opened(folder.filePath(QStringLiteral("file_process_events.log")));
+    pass(processStates);
+    EXPECT_EQ(opened.count(), 1);
+    writeProcesses(2); // news, so that its type is asked for, while the events are the same
+    pass(processStates);
+    EXPECT_EQ(opened.count(), 2);
+    pass(fileStates);
+    EXPECT_EQ(opened.count(), 3);
 }
 
 } // namespace

@@ -59,6 +59,7 @@ TEST_F(ListFileTest, OrderWhiteSpaceAndSpellingDoNotMatter) {
             "{ \"/a\" : {\n\"State\":1 , "
             "\"ID\":\"x\"},\t\"/b\":{\"State\":2},\"n\":[1,0.5,null]}\n",
             R"({"\/a":{"St\u0061te":1.0,"ID":"\u0078"},"/b":{"State":20e-1},"n":[10E-1,5e-1,null]})",
+            R"({"/a":{"State":true,"ID":"x"},"/b":{"State":2},"n":[true,0.5,null]})",
             R"({"/a":5,"/a":{"State":7,"State":1,"ID":"x"},"/b":{"State":2},"n":[1,0.5,null]})",
         }) {
         const ListRead result = read(same);
@@ -77,7 +78,7 @@ TEST_F(ListFileTest, EveryDifferenceOfAValueIsAChange) {
              R"({"/a":{"State":1,"ID":"x"},"/c":{"State":2},"n":[1,2]})",
              R"({"/a":{"State":1,"ID":"x"},"/b":{"State":2},"n":[2,1]})",
              R"({"/a":{"State":1,"ID":"x"},"/b":{"State":"2"},"n":[1,2]})",
-             R"({"/a":{"State":true,"ID":"x"},"/b":{"State":2},"n":[1,2]})",
+             R"({"/a":{"State":false,"ID":"x"},"/b":{"State":2},"n":[1,2]})",
              R"({"/a":{"State":1,"ID":"x"},"/b":{"State":2},"n":[1,2],"m":null})",
              R"({"/a":{"State":1,"ID":"x"},"n":[1,2]})",
              R"({"/a":{"State":1,"id":"x"},"/b":{"State":2},"n":[1,2]})",

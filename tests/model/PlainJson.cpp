@@ -316,6 +316,12 @@ const PlainJson* PlainJson::find(std::string_view name) const {
 }
 
 std::string PlainJson::canonical() const {
+    if (kind == Kind::True || kind == Kind::False) {
+        PlainJson number; // equal by value
+        number.kind = Kind::Number;
+        number.text = kind == Kind::True ? "1e0" : "0";
+        return number.canonical();
+    }
     std::string result(1, "nftN\"[{"[static_cast<int>(kind)]);
     result += withLength(text);
     for (const PlainJson& element : elements) {

@@ -3,14 +3,10 @@
 #include "ParsedJson.h"
 #include "fakes/FakeTexts.h"
 #include "fakes/LogLevelScope.h"
-#include "fakes/MemoryUserDefaults.h"
 #include "fakes/RecordingDisplays.h"
 #include "fakes/RecordingLogSink.h"
 #include "fakes/RecordingTableFeed.h"
-#include "model/HostCache.h"
-
-#include <QFile>
-#include <QTemporaryDir>
+#include "model/EventList.h"
 
 #include <gtest/gtest.h>
 
@@ -28,12 +24,6 @@ protected:
 
     void parse(const QByteArray& text) { processes.parseProcessStateChanges(parsedJson(text)); }
 
-    void writeEvents(const QByteArray& text) const {
-        QFile file(folder.filePath(QStringLiteral("file_process_events.log")));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-    }
-
     /// The message of the only notification so far, which is forgotten then; "-" if there is none.
     QString notified() {
         EXPECT_LE(displays.shown.size(), 1);
@@ -42,21 +32,20 @@ protected:
         return shown;
     }
 
+    QString exploitType;
     const FakeTexts texts{
         {"NotificationMessageExploitDetectedPID", QStringLiteral("%@ [%@] %@")},
         {"NotificationMessageNewExploit", QStringLiteral("several")},
         {"NotificationSubtitleExploitAttemptDetected", QStringLiteral("attempt")},
     };
     RecordingLogSink log;
-    QTemporaryDir folder;
     QStringList calls;
     AppState state;
-    fakes::MemoryUserDefaults defaults;
-    HostCache hostCache{defaults, folder.path()};
     ProcessIds remembered;
     fakes::RecordingTableFeed table{QStringLiteral("processes"), calls};
     fakes::RecordingDisplays displays{state};
-    ProcessStateChanges processes{state, hostCache, remembered, table, displays};
+    ProcessStateChanges processes{state, remembered, table, displays,
+                                  [this] { return exploitType; }};
 };
 
 constexpr const char* oneAlert =
@@ -75,7 +64,7 @@ TEST_F(ProcessStateChangesTest, ARecordIsARow) {
 }
 
 TEST_F(ProcessStateChangesTest, ANewAlertIsNotifiedWithTheTypeOfTheFirstEvent) {
-    writeEvents(R"({"a": {"ItemType": "12"}, "b": {"ItemType": "1"}})");
+    exploitType = QStringLiteral("LsassRead");
     parse(oneAlert);
     EXPECT_EQ(notified(), QStringLiteral("notify thief [100] LsassRead|attempt|4"));
     EXPECT_EQ(table.rows->size(), 1U);
@@ -201,8 +190,14 @@ TEST_F(ProcessStateChangesTest, AnEmptyRecordIsAnAlertWithEmptyCells) {
     }
     EXPECT_EQ(table.rows->text(0, RowKey::Category), QStringLiteral("Alert"));
     EXPECT_EQ(notified(), QStringLiteral("notify (null) [(null)] |attempt|4"));
-    parse(R"({"a": {"PID": null}})");
-    EXPECT_EQ(notified(), QStringLiteral("-")) << "a missing identifier is one too";
+}
+
+TEST_F(ProcessStateChangesTest, ARecordWithoutIdentifierIsNewEachTimeAndNotRemembered) {
+    for (const char* list : {R"({"a": {}})", R"({"a": {"PID": null}})", R"({"b": {}})"}) {
+        parse(list);
+        EXPECT_EQ(notified(), QStringLiteral("notify (null) [(null)] |attempt|4")) << list;
+        EXPECT_TRUE(remembered.empty());
+    }
 }
 
 TEST_F(ProcessStateChangesTest, ValuesOfAnyTypeAreShownAsTheyAre) {
@@ -234,7 +229,12 @@ TEST_F(ProcessStateChangesTest, IdentifiersAreComparedByValue) {
         {"\"a\"", "\"A\"", false},
         {"[1]", "[1.0]", true},
         {"[1]", "[1,1]", false},
-        {"0", "null", false},
+        {"true", "1", true},
+        {"1.0", "true", true},
+        {"false", "0", true},
+        {"true", "false", false},
+        {"true", "\"1\"", false},
+        {"[true]", "[1]", true},
         {"{\"a\":1,\"b\":2}", "{\"b\":2,\"a\":1}", true},
         {"9007199254740993", "9007199254740992", false},
     };
@@ -287,7 +287,6 @@ TEST_F(ProcessStateChangesTest, HundredThousandRecordsAreBorne) {
 
 TEST(FirstExploitTypeName, IsThatOfTheFirstRecord) {
     const auto name = [](const char* events) { return firstExploitTypeName(parsedJson(events)); };
-    EXPECT_EQ(firstExploitTypeName(std::nullopt), QString());
     EXPECT_EQ(name("{}"), QString());
     EXPECT_EQ(name(R"([{"ItemType": "1"}])"), QString());
     EXPECT_EQ(name(R"({"z": {"ItemType": "1"}, "a": {"ItemType": "2"}})"),
