@@ -2,9 +2,10 @@
 
 #include "model/JsonEscapes.h"
 #include "model/JsonNames.h"
+#include "model/JsonScanner.h"
 
 #include <cstring>
-#include <simdjson.h>
+#include <new>
 #include <span>
 
 namespace korvale {
@@ -57,9 +58,8 @@ const char* skipNumber(const char* at) {
     return at;
 }
 
-/// The grammar, over the places that simdjson's first stage found: each bracket, colon and comma,
-/// each opening quote, and the first character of all else. That stage has also checked the UTF-8,
-/// that strings are closed and that they hold no control characters.
+/// The grammar, over the places that JsonScanner found. That has also checked that strings are
+/// closed, are UTF-8 and hold no control characters; outside of strings all is ASCII here.
 class Grammar {
 public:
     Grammar(char* bytes, std::span<const std::uint32_t> places, JsonDocument& document)
@@ -250,29 +250,6 @@ private:
 
 } // namespace
 
-struct JsonParser::Workspace {
-    std::unique_ptr<simdjson::internal::dom_parser_implementation> scanner;
-
-    /// simdjson needs one place for each byte at worst; untouched ones cost no memory.
-    bool makeRoom(std::size_t size) {
-        if (!scanner) {
-            return simdjson::get_active_implementation()->create_dom_parser_implementation(
-                       size, 1, scanner) == simdjson::SUCCESS;
-        }
-        return size <= scanner->capacity() || scanner->allocate(size, 1) == simdjson::SUCCESS;
-    }
-
-    bool scan(const char* bytes, std::size_t size) {
-        if (!makeRoom(size)) {
-            scanner.reset();
-            return false;
-        }
-        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): simdjson reads bytes
-        const auto* from = static_cast<const std::uint8_t*>(static_cast<const void*>(bytes));
-        return scanner->stage1(from, size, simdjson::stage1_mode::regular) == simdjson::SUCCESS;
-    }
-};
-
 JsonParser::JsonParser() = default;
 JsonParser::~JsonParser() = default;
 
@@ -281,27 +258,33 @@ std::shared_ptr<const JsonDocument> JsonParser::parse(std::shared_ptr<char[]> by
     if (size == 0 || size > maxJsonSize) {
         return nullptr;
     }
-    if (!m_workspace) {
-        m_workspace = std::make_unique<Workspace>();
-    }
-    bytes.get()[size] = '\0';
-    std::shared_ptr<JsonDocument> document;
-    if (m_workspace->scan(bytes.get(), size)) {
-        const std::span<const std::uint32_t> places(m_workspace->scanner->structural_indexes.get(),
-                                                    m_workspace->scanner->n_structural_indexes);
-        document = std::make_shared<JsonDocument>();
-        // Each node takes a place of its own and all but the first a separator or bracket.
-        document->nodes = std::make_unique_for_overwrite<JsonNode[]>(places.size() + 1);
-        Grammar grammar(bytes.get(), places, *document);
-        document->bytes = bytes;
-        if (!grammar.document()) {
-            document.reset();
-        }
+    std::shared_ptr<const JsonDocument> document;
+    try {
+        document = parseText(std::move(bytes), size);
+    } catch (const std::bad_alloc&) {
+        m_scanner.reset();
     }
     if (size > keptTextSize) {
-        m_workspace.reset();
+        m_scanner.reset();
     }
     return document;
+}
+
+std::shared_ptr<const JsonDocument> JsonParser::parseText(std::shared_ptr<char[]> bytes,
+                                                          std::size_t size) {
+    if (!m_scanner) {
+        m_scanner = std::make_unique<JsonScanner>();
+    }
+    bytes.get()[size] = '\0';
+    const auto places = m_scanner->scan(bytes.get(), size);
+    if (!places) {
+        return nullptr;
+    }
+    auto document = std::make_shared<JsonDocument>();
+    // Each node takes a place of its own and all but the first a separator or bracket.
+    document->nodes = std::make_unique_for_overwrite<JsonNode[]>(places->size() + 1);
+    document->bytes = bytes;
+    return Grammar(bytes.get(), *places, *document).document() ? document : nullptr;
 }
 
 } // namespace korvale

@@ -7,6 +7,8 @@
 
 namespace korvale {
 
+class JsonScanner;
+
 /// Strict RFC 8259 parser: UTF-8, an object or a list on top, nested at most maxJsonDepth deep. It
 /// keeps its work space for the next text. One thread at a time.
 class JsonParser {
@@ -16,15 +18,17 @@ public:
     JsonParser(const JsonParser&) = delete;
     JsonParser& operator=(const JsonParser&) = delete;
 
-    /// The document in the first `size` of `bytes`, or nullptr when any byte of it is wrong.
-    /// `bytes` has at least jsonPadding writable bytes more; texts lose their escapes in place, so
-    /// the bytes are not JSON any more afterwards. More than maxJsonSize is refused.
+    /// The document in the first `size` of `bytes`, or nullptr when any byte of it is wrong or
+    /// there is no memory for it. `bytes` has at least jsonPadding writable bytes more; texts lose
+    /// their escapes in place, so the bytes are not JSON any more afterwards. More than maxJsonSize
+    /// is refused.
     [[nodiscard]] std::shared_ptr<const JsonDocument> parse(std::shared_ptr<char[]> bytes,
                                                             std::size_t size);
 
 private:
-    struct Workspace;
-    std::unique_ptr<Workspace> m_workspace;
+    std::shared_ptr<const JsonDocument> parseText(std::shared_ptr<char[]> bytes, std::size_t size);
+
+    std::unique_ptr<JsonScanner> m_scanner;
 };
 
 inline constexpr std::size_t maxJsonDepth = 512;

@@ -5,6 +5,7 @@
 #include "model/JsonParser.h"
 
 #include <algorithm>
+#include <new>
 
 namespace korvale {
 
@@ -13,13 +14,14 @@ std::optional<JsonValue> JsonValue::parse(QByteArrayView utf8) {
     if (size > maxJsonSize) {
         return std::nullopt;
     }
-    auto bytes = std::make_shared_for_overwrite<char[]>(size + jsonPadding);
-    std::copy(utf8.begin(), utf8.end(), bytes.get());
-    auto document = JsonParser().parse(std::move(bytes), size);
-    if (!document) {
+    try {
+        auto bytes = std::make_shared_for_overwrite<char[]>(size + jsonPadding);
+        std::copy(utf8.begin(), utf8.end(), bytes.get());
+        auto document = JsonParser().parse(std::move(bytes), size);
+        return document ? std::optional(JsonValue(std::move(document), 0)) : std::nullopt;
+    } catch (const std::bad_alloc&) {
         return std::nullopt;
     }
-    return JsonValue(std::move(document), 0);
 }
 
 std::string_view JsonValue::utf8() const {

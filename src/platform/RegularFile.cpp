@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -15,6 +16,7 @@ namespace {
 
 /// Small enough to be still in the processor's cache when the block's consumer looks at it.
 constexpr std::size_t blockSize = std::size_t{128} << 10;
+constexpr std::size_t leastRoom = 4095;
 
 /// Reads up to `room.size()` bytes at `offset`; 0 at the end, no value on an error.
 std::optional<std::size_t> readAt(int descriptor, std::span<char> room, std::size_t offset) {
@@ -33,17 +35,20 @@ FileBytes withRoomFor(std::size_t size, const FileBytes& present) {
 
 } // namespace
 
-std::optional<RegularFile> RegularFile::open(const QString& path) {
-    const QByteArray name = QFile::encodeName(path);
+std::optional<RegularFile> RegularFile::open(const QString& path, std::size_t limit) {
+    return open(QFile::encodeName(path).constData(), limit);
+}
+
+std::optional<RegularFile> RegularFile::open(const char* path, std::size_t limit) {
     // O_NONBLOCK: a FIFO without a writer would hold up the program right here.
-    const int descriptor = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    const int descriptor = ::open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0) {
         return std::nullopt;
     }
-    RegularFile file(descriptor, 0);
+    RegularFile file(descriptor, limit);
     struct stat status {};
     if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
-        static_cast<std::size_t>(status.st_size) > maxFileSize) {
+        static_cast<std::size_t>(status.st_size) > limit) {
         return std::nullopt;
     }
     file.m_size = static_cast<std::size_t>(status.st_size);
@@ -51,7 +56,9 @@ std::optional<RegularFile> RegularFile::open(const QString& path) {
 }
 
 RegularFile::RegularFile(RegularFile&& other) noexcept
-    : m_descriptor(std::exchange(other.m_descriptor, -1)), m_size(other.m_size) {}
+    : m_descriptor(std::exchange(other.m_descriptor, -1)),
+      m_size(other.m_size),
+      m_limit(other.m_limit) {}
 
 RegularFile::~RegularFile() {
     if (m_descriptor >= 0) {
@@ -60,20 +67,32 @@ RegularFile::~RegularFile() {
 }
 
 bool RegularFile::readBlocks(const BlockConsumer& consume) const {
-    const auto block = std::make_unique_for_overwrite<char[]>(blockSize);
-    std::size_t total = 0;
-    while (const auto count = readAt(m_descriptor, {block.get(), blockSize}, total)) {
-        total += *count;
-        if (*count == 0 || total > maxFileSize) {
-            return *count == 0;
+    try {
+        const auto block = std::make_unique_for_overwrite<char[]>(blockSize);
+        std::size_t total = 0;
+        while (const auto count = readAt(m_descriptor, {block.get(), blockSize}, total)) {
+            total += *count;
+            if (*count == 0 || total > m_limit) {
+                return *count == 0;
+            }
+            consume({block.get(), *count});
         }
-        consume({block.get(), *count});
+    } catch (const std::bad_alloc&) { // no memory is no file
     }
     return false;
 }
 
 std::optional<FileBytes> RegularFile::readAll(const BlockConsumer& consume) const {
-    std::size_t room = m_size;
+    try {
+        return readWhole(consume);
+    } catch (const std::bad_alloc&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<FileBytes> RegularFile::readWhole(const BlockConsumer& consume) const {
+    // Files of /proc have no size of their own.
+    std::size_t room = std::max(m_size, leastRoom);
     FileBytes content = withRoomFor(room, {});
     // The one byte more shows the end of the file, or that it has grown.
     while (const auto count = readAt(
@@ -87,11 +106,11 @@ std::optional<FileBytes> RegularFile::readAll(const BlockConsumer& consume) cons
             consume({content.bytes.get() + content.size, *count});
         }
         content.size += *count;
-        if (content.size > maxFileSize) {
+        if (content.size > m_limit) {
             return std::nullopt;
         }
         if (content.size > room) {
-            room = std::min(maxFileSize, room * 2 + blockSize);
+            room = std::min(m_limit, room * 2 + leastRoom);
             content = withRoomFor(room, content);
         }
     }

@@ -16,16 +16,20 @@ struct FileBytes {
     std::size_t size = 0;
 };
 
-/// A regular file opened for reading, at most maxFileSize long. Anything else of that name (a
-/// folder, FIFO, socket or device) is as absent as no file; opening one never blocks.
+/// A regular file opened for reading; links are followed. Anything else of that name (a folder,
+/// FIFO, socket or device), a file larger than its limit and one that memory does not hold are as
+/// absent as no file; opening never blocks. Everything that others may write is read through this
+/// class.
 class RegularFile {
 public:
     using BlockConsumer = std::function<void(std::span<const char>)>;
 
     static constexpr std::size_t maxFileSize = std::size_t{256} << 20;
 
-    /// No value when there is no such file, or it may not be read.
-    [[nodiscard]] static std::optional<RegularFile> open(const QString& path);
+    /// No value when there is no such file, it may not be read, or it has more than `limit` bytes.
+    [[nodiscard]] static std::optional<RegularFile> open(const QString& path,
+                                                         std::size_t limit = maxFileSize);
+    [[nodiscard]] static std::optional<RegularFile> open(const char* path, std::size_t limit);
 
     RegularFile(RegularFile&& other) noexcept;
     RegularFile(const RegularFile&) = delete;
@@ -44,10 +48,13 @@ public:
     [[nodiscard]] std::optional<FileBytes> readAll(const BlockConsumer& consume = {}) const;
 
 private:
-    RegularFile(int descriptor, std::size_t size) : m_descriptor(descriptor), m_size(size) {}
+    RegularFile(int descriptor, std::size_t limit) : m_descriptor(descriptor), m_limit(limit) {}
+
+    [[nodiscard]] std::optional<FileBytes> readWhole(const BlockConsumer& consume) const;
 
     int m_descriptor;
-    std::size_t m_size;
+    std::size_t m_size = 0;
+    std::size_t m_limit;
 };
 
 } // namespace korvale

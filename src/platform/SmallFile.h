@@ -7,9 +7,8 @@
 
 namespace korvale {
 
-/// The whole content of a regular file that is expected to be small (settings, /proc), of at most
-/// `limit` bytes. Anything else of that name (a FIFO, device, folder, a file too large) and any
-/// failure is no value. Opening never blocks; links are followed.
+/// The whole content of a RegularFile of at most `limit` bytes (settings, /proc), for those who
+/// work with a QByteArray.
 [[nodiscard]] std::optional<QByteArray> readSmallFile(const QString& path, qint64 limit);
 [[nodiscard]] std::optional<QByteArray> readSmallFile(const char* path, qint64 limit);
 

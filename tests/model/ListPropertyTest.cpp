@@ -2,6 +2,7 @@
 // each run does the same.
 #include "PlainFileThreats.h"
 #include "PlainJson.h"
+#include "RandomLists.h"
 #include "model/FileThreatGroups.h"
 #include "model/JsonFingerprint.h"
 #include "model/JsonValue.h"
@@ -14,141 +15,9 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
-#include <random>
 
 namespace korvale {
 namespace {
-
-using Numbers = std::mt19937_64;
-
-std::size_t below(Numbers& numbers, std::size_t limit) {
-    return numbers() % limit;
-}
-
-template <typename Item, std::size_t size>
-const Item& pick(Numbers& numbers, const Item (&items)[size]) {
-    return items[below(numbers, size)];
-}
-
-/// JSON texts with what makes lists hard: escapes, odd types and spellings, repeated names.
-class Writer {
-public:
-    explicit Writer(Numbers& numbers) : m_numbers(numbers) {}
-
-    std::string list(std::size_t records) {
-        std::vector<std::string> members;
-        for (std::size_t i = 0; i < records; ++i) {
-            members.push_back(text(path(records)) + blank() + ":" + record());
-        }
-        return object(members);
-    }
-
-    std::string object(const std::vector<std::string>& members) {
-        std::string out = blank() + "{" + blank();
-        for (std::size_t i = 0; i < members.size(); ++i) {
-            out += i == 0 ? "" : blank() + "," + blank();
-            out += members[i];
-        }
-        return out + blank() + "}" + blank();
-    }
-
-private:
-    std::string path(std::size_t records) {
-        static const char* const shorts[] = {"", "a", "/", "é", "\\", "\x01", "\uFFFD", "x/"};
-        if (below(m_numbers, 6) == 0) {
-            return pick(m_numbers, shorts);
-        }
-        static const char* const parts[] = {"/home/ü", "/TMP", "/a b", "/日本", "/\"q\"",
-                                            "/x\ny",   "/",    "/\\",  "",      "/😀"};
-        std::string result;
-        for (std::size_t i = below(m_numbers, 4); i > 0; --i) {
-            result += pick(m_numbers, parts);
-        }
-        return result + "/F" + std::to_string(below(m_numbers, records + records / 4 + 1));
-    }
-
-    std::string record() {
-        if (below(m_numbers, 12) == 0) {
-            static const char* const others[] = {"5",  "null", "[]", "\"x\"", "[{\"State\":1}]",
-                                                 "{}", "true"};
-            return pick(m_numbers, others);
-        }
-        std::vector<std::string> members;
-        for (std::size_t i = below(m_numbers, 6); i > 0; --i) {
-            members.push_back(member());
-        }
-        return object(members);
-    }
-
-    std::string member() {
-        static const char* const states[] = {"0",  "1",    "2",    "3",     "5",     "9",   "10",
-                                             "16", "17",   "25",   "1.0",   "90e-1", "1.9", "\"9\"",
-                                             "{}", "null", "true", "false", "[1]",   "11"};
-        static const char* const values[] = {"1e400",
-                                             "-0",
-                                             "[1,[2,{}]]",
-                                             "{\"a\":{\"a\":1,\"a\":2}}",
-                                             "123456789012345678901234567890",
-                                             "\"\\u0000\"",
-                                             "null",
-                                             "0.1e-5",
-                                             "12",
-                                             "2.0",
-                                             "1e1",
-                                             "12345678901234567890123",
-                                             "1.25e3",
-                                             "-0.333",
-                                             "true",
-                                             "false",
-                                             "[[[[[[[[\"\\ud800\"]]]]]]]]"};
-        static const char* const ids[] = {"12",
-                                          "2",
-                                          "abc",
-                                          "",
-                                          "1",
-                                          "ä",
-                                          "0f0f0f0f0f0f0f0f0f0f0f",
-                                          "18446744073709551628",
-                                          "36893488147419103244"};
-        switch (below(m_numbers, 4)) {
-        case 0:
-            return text("ID") + ":" +
-                   (below(m_numbers, 3) == 0 ? pick(m_numbers, values)
-                                             : text(pick(m_numbers, ids)));
-        case 1:
-            return text("Score") + ":" + pick(m_numbers, values);
-        default:
-            return text("State") + blank() + ":" + blank() + pick(m_numbers, states);
-        }
-    }
-
-    std::string blank() {
-        static const char* const blanks[] = {"", "", "", "", " ", "\n", "\t", "\r\n  "};
-        return pick(m_numbers, blanks);
-    }
-
-    /// The text as a JSON string, some of its characters escaped without need.
-    std::string text(const std::string& utf8) {
-        std::string out = "\"";
-        for (const char16_t unit : QString::fromStdString(utf8).toStdU16String()) {
-            const bool must = unit == u'"' || unit == u'\\' || unit < 0x20;
-            if (unit == u'/' && below(m_numbers, 8) == 0) {
-                out += "\\/";
-            } else if (unit == 0xFFFD && below(m_numbers, 2) == 0) {
-                out += "\\uDCE9"; // half a pair reads as that character
-            } else if (must || QChar::isSurrogate(unit) || below(m_numbers, 12) == 0) {
-                const QString code = QString::number(unit, 16).rightJustified(4, QLatin1Char('0'));
-                out.append("\\u").append(
-                    (below(m_numbers, 2) == 0 ? code : code.toUpper()).toStdString());
-            } else {
-                out += QString(QChar(unit)).toStdString();
-            }
-        }
-        return out + "\"";
-    }
-
-    Numbers& m_numbers;
-};
 
 std::optional<JsonValue> parse(const std::string& text) {
     return JsonValue::parse(QByteArray::fromStdString(text));
@@ -190,7 +59,7 @@ void expectSameThreats(const FileThreatGroups& fast, const PlainThreats& plain) 
 }
 
 /// Members in another order, and everything spelled anew; of repeated names only the last is kept.
-std::string rewritten(const PlainJson& value, Numbers& numbers) {
+std::string rewritten(const PlainJson& value, RandomNumbers& numbers) {
     std::vector<std::string> parts;
     switch (value.kind) {
     case PlainJson::Kind::Null:
@@ -231,36 +100,12 @@ std::string rewritten(const PlainJson& value, Numbers& numbers) {
     return value.kind == PlainJson::Kind::List ? "[" + out + "]" : "{" + out + "}";
 }
 
-/// One or a few bytes changed, removed, doubled or cut off.
-std::string damaged(std::string text, Numbers& numbers) {
-    static const char bytes[] = {'"',    '\\',   '{',    '}',    '[',    ']',    ',',  ':',
-                                 '0',    '-',    '.',    'e',    'u',    ' ',    '\n', '\x00',
-                                 '\x1F', '\x7F', '\x80', '\xC3', '\xED', '\xFF', 'a'};
-    for (std::size_t i = 1 + below(numbers, 3); i > 0 && !text.empty(); --i) {
-        const std::size_t at = below(numbers, text.size());
-        switch (below(numbers, 5)) {
-        case 0:
-            text.erase(at, 1 + below(numbers, 4));
-            break;
-        case 1:
-            text.insert(at, 1, pick(numbers, bytes));
-            break;
-        case 2:
-            text.resize(at);
-            break;
-        default:
-            text[at] = pick(numbers, bytes);
-        }
-    }
-    return text;
-}
-
 class ListProperty : public testing::TestWithParam<std::uint64_t> {};
 
 TEST_P(ListProperty, FastAndPlainReadingAgree) {
-    Numbers numbers(GetParam());
+    RandomNumbers numbers(GetParam());
     for (int round = 0; round < 60; ++round) {
-        const std::string text = Writer(numbers).list(below(numbers, 40));
+        const std::string text = RandomLists(numbers).list(below(numbers, 40));
         const auto plain = parsePlainJson(text);
         const auto fast = parse(text);
         ASSERT_TRUE(plain) << text;
@@ -271,9 +116,9 @@ TEST_P(ListProperty, FastAndPlainReadingAgree) {
 }
 
 TEST_P(ListProperty, ShuffledAndReformattedListsAreUnchanged) {
-    Numbers numbers(GetParam());
+    RandomNumbers numbers(GetParam());
     for (int round = 0; round < 60; ++round) {
-        const std::string text = Writer(numbers).list(below(numbers, 40));
+        const std::string text = RandomLists(numbers).list(below(numbers, 40));
         const std::string other = rewritten(*parsePlainJson(text), numbers);
         const auto one = parse(text);
         const auto two = parse(other);
@@ -284,11 +129,11 @@ TEST_P(ListProperty, ShuffledAndReformattedListsAreUnchanged) {
 }
 
 TEST_P(ListProperty, ListsHaveChangedWhenThePlainOnesDiffer) {
-    Numbers numbers(GetParam());
+    RandomNumbers numbers(GetParam());
     std::map<std::string, std::uint64_t> seen;
     std::map<std::uint64_t, std::string> byFingerprint;
     for (int round = 0; round < 400; ++round) {
-        const std::string text = Writer(numbers).list(below(numbers, 3));
+        const std::string text = RandomLists(numbers).list(below(numbers, 3));
         const std::string canonical = parsePlainJson(text)->canonical();
         const std::uint64_t print = fingerprint(*parse(text));
         EXPECT_EQ(seen.emplace(canonical, print).first->second, print) << text;
@@ -297,9 +142,9 @@ TEST_P(ListProperty, ListsHaveChangedWhenThePlainOnesDiffer) {
 }
 
 TEST_P(ListProperty, DamagedListsAreAbsentOrReadAlike) {
-    Numbers numbers(GetParam());
+    RandomNumbers numbers(GetParam());
     for (int round = 0; round < 1000; ++round) {
-        const std::string text = damaged(Writer(numbers).list(1 + below(numbers, 4)), numbers);
+        const std::string text = damaged(RandomLists(numbers).list(1 + below(numbers, 4)), numbers);
         const auto plain = parsePlainJson(text);
         const auto fast = parse(text);
         ASSERT_EQ(plain.has_value(), fast.has_value()) << text;
