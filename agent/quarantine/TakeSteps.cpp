@@ -158,7 +158,9 @@ bool TakeSteps::settle(MovedFile& moved) {
     m_result.outcome = TakeOutcome::Taken;
     m_result.id = m_record.id;
     m_result.otherNames = m_record.otherNames;
-    if (!m_store.settleRecord(m_record.id, QuarantineState::Taken, FindingState::Quarantined)) {
+    m_result.noted =
+        m_store.settleRecord(m_record.id, QuarantineState::Taken, FindingState::Quarantined);
+    if (!m_result.noted) {
         m_result.reason += " It is taken, but that could not be noted yet: " + m_store.lastError();
     }
     return true;

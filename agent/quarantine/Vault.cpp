@@ -45,11 +45,17 @@ void Vault::onStep(std::function<void(VaultStep)> call) {
 
 TakeResult Vault::take(const TakeRequest& request) {
     const std::lock_guard lock(m_mutex);
-    return TakeSteps(m_place, m_store, request).run();
+    settleLocked();
+    const TakeResult result = TakeSteps(m_place, m_store, request).run();
+    if (!result.noted) {
+        m_unsettled.push_back(result.id);
+    }
+    return result;
 }
 
 RestoreResult Vault::restore(const std::string& id, const RestoreOptions& options) {
     const std::lock_guard lock(m_mutex);
+    settleLocked();
     const auto record = m_store.record(id);
     if (!record || record->state != QuarantineState::Taken) {
         return {RestoreOutcome::NoRecord, {}, "It is not in the vault."};
@@ -59,6 +65,7 @@ RestoreResult Vault::restore(const std::string& id, const RestoreOptions& option
 
 bool Vault::remove(const std::string& id, std::string& error) {
     const std::lock_guard lock(m_mutex);
+    settleLocked();
     const auto record = m_store.record(id);
     if (!record || record->state != QuarantineState::Taken) {
         error = "It is not in the vault.";
@@ -73,6 +80,18 @@ bool Vault::remove(const std::string& id, std::string& error) {
         return false;
     }
     return true;
+}
+
+std::size_t Vault::settleWaiting() {
+    const std::lock_guard lock(m_mutex);
+    settleLocked();
+    return m_unsettled.size();
+}
+
+void Vault::settleLocked() {
+    std::erase_if(m_unsettled, [this](const std::string& id) {
+        return m_store.settleRecord(id, QuarantineState::Taken, FindingState::Quarantined);
+    });
 }
 
 std::vector<QuarantineRecord> Vault::list() const {

@@ -40,6 +40,7 @@ struct TakeRequest {
 struct TakeResult {
     TakeOutcome outcome = TakeOutcome::Failed;
     std::string id;     ///< of the record; empty unless Taken
+    bool noted = true;  ///< false: taken, but the store had no room to say so yet
     std::string reason; ///< a sentence for people, also when taken and there is more to say
     /// Hard links that remain elsewhere. They were made mode 0, so that no user runs or reads them.
     std::uint32_t otherNames = 0;
@@ -94,17 +95,22 @@ public:
     /// there is none or it fails.
     bool remove(const std::string& id, std::string& error);
     [[nodiscard]] std::vector<QuarantineRecord> list() const; ///< those in the vault
+    /// Notes what was taken while the store had no room for it; every other call does so first. How
+    /// many still wait.
+    std::size_t settleWaiting();
 
     /// For tests that end or disturb the process at a step.
     void onStep(std::function<void(VaultStep)> call);
 
 private:
     Vault(UniqueFd folder, Store& store);
+    void settleLocked();
 
     mutable std::mutex m_mutex;
     UniqueFd m_folder;
     VaultPlace m_place;
     Store& m_store;
+    std::vector<std::string> m_unsettled; ///< ids of records that still say Prepared
 };
 
 } // namespace korvale::agent

@@ -76,7 +76,7 @@ class RestoreTest : public VaultTest {
 protected:
     void SetUp() override {
         VaultTest::SetUp();
-        if (!IsSkipped() && !HasFatalFailure()) {
+        if (canGoOn()) {
             writeFile(path("bad"), kBad);
         }
     }

@@ -15,7 +15,7 @@ class VaultCrashTest : public VaultTest {
 protected:
     void SetUp() override {
         VaultTest::SetUp();
-        if (!IsSkipped() && !HasFatalFailure()) {
+        if (canGoOn()) {
             writeFile(path("bad"), kBad);
         }
     }

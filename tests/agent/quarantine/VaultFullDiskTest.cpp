@@ -46,29 +46,63 @@ TEST_F(VaultFullDiskTest, KeepsACopyThatItsFolderHasNoRoomFor) {
     EXPECT_EQ(m_vault->restore(taken.id).outcome, RestoreOutcome::Restored);
 }
 
-TEST_F(VaultFullDiskTest, TakesNothingThatTheStoreCannotNote) {
-    std::filesystem::create_directory(m_scratch / "state");
-    ASSERT_NO_FATAL_FAILURE(make(Files::InScratchFolder, VaultOn::AnotherFileSystem));
-    const ScratchMount state = ScratchMount::tmpfs(m_scratch / "state", "size=1m,mode=0700");
-    ASSERT_TRUE(state.mounted());
-    std::string error;
-    const auto store = Store::open(m_scratch / "state/findings.db", error);
-    ASSERT_NE(store, nullptr) << error;
-    const auto vault = Vault::open(m_vaultPath, *store, error);
-    ASSERT_NE(vault, nullptr) << error;
-    writeFile(path("bad"), "bad");
+/// A store on a small disk of its own, which can be filled.
+class FullStoreTest : public VaultFullDiskTest {
+protected:
+    void SetUp() override {
+        KORVALE_NEEDS_MOUNTS();
+        m_state.emplace(smallDisk("state"));
+        ASSERT_TRUE(m_state->mounted());
+        ASSERT_NO_FATAL_FAILURE(make(Files::InScratchFolder, VaultOn::AnotherFileSystem));
+        std::string error;
+        m_vault.reset();
+        m_store = Store::open(m_scratch / "state/findings.db", error);
+        ASSERT_NE(m_store, nullptr) << error;
+        m_vault = Vault::open(m_vaultPath, *m_store, error);
+        ASSERT_NE(m_vault, nullptr) << error;
+        writeFile(path("bad"), "bad");
+    }
+
+    /// Until the store's log has no room left either.
+    void fillDisk() {
+        std::ofstream ballast(m_scratch / "state/ballast", std::ios::binary);
+        while (ballast.write(std::string(4096, 'x').data(), 4096).flush()) {
+        }
+        Finding finding;
+        for (int i = 0; m_store->kept() == 0 && i < 10'000; ++i) {
+            finding.path = std::to_string(i);
+            m_store->add(finding);
+        }
+    }
+
+    std::optional<ScratchMount> m_state;
+};
+
+TEST_F(FullStoreTest, TakesNothingThatCannotBeNoted) {
     const TakeRequest request = judged("bad");
-    std::ofstream ballast(m_scratch / "state/ballast", std::ios::binary);
-    while (ballast.write(std::string(4096, 'x').data(), 4096).flush()) {
-    }
-    Finding finding;
-    for (int i = 0; store->kept() == 0 && i < 10'000; ++i) { // until its log has no room left
-        finding.path = std::to_string(i);
-        store->add(finding);
-    }
-    EXPECT_EQ(vault->take(request).outcome, TakeOutcome::NoRoom);
+    fillDisk();
+    EXPECT_EQ(m_vault->take(request).outcome, TakeOutcome::NoRoom);
     EXPECT_THAT(inFolder(), ElementsAre("bad"));
     EXPECT_THAT(inVault(), IsEmpty());
+}
+
+TEST_F(FullStoreTest, NotesWhatWasTakenOnceThereIsRoom) {
+    const TakeRequest request = judged("bad");
+    m_vault->onStep([this](VaultStep step) {
+        if (step == VaultStep::Moved) {
+            fillDisk();
+        }
+    });
+    const TakeResult taken = m_vault->take(request);
+    EXPECT_EQ(taken.outcome, TakeOutcome::Taken) << taken.reason;
+    EXPECT_FALSE(taken.noted);
+    EXPECT_THAT(inFolder(), IsEmpty());
+    EXPECT_EQ(stateOf(request), FindingState::Detected);
+    EXPECT_EQ(m_vault->settleWaiting(), 1U);
+    std::filesystem::remove(m_scratch / "state/ballast");
+    EXPECT_EQ(m_vault->settleWaiting(), 0U);
+    EXPECT_EQ(stateOf(request), FindingState::Quarantined);
+    EXPECT_EQ(m_vault->restore(taken.id).outcome, RestoreOutcome::Restored);
 }
 
 } // namespace
