@@ -12,7 +12,7 @@ import tempfile
 
 HERE = pathlib.Path(__file__).resolve().parent
 PROJECT = HERE.parent
-GROUPS = ("batch", "tables", "start", "rest", "window", "answers", "package")
+GROUPS = ("batch", "tables", "start", "rest", "window", "answers", "package", "agent")
 
 
 def arguments():
@@ -39,6 +39,18 @@ def on_desktop(names, binaries, folder, quick, take):
         for name in names:
             take(measures[name](bench))
         bench.watch.close()
+
+
+def measure_agent(options, binaries, folder, take):
+    import agent_measures
+
+    reason = agent_measures.missing()
+    if not reason:
+        take(agent_measures.agent(binaries, folder, options.quick))
+    elif options.only:
+        sys.exit(f"bench: {reason}.")
+    else:
+        print(f"\nthe agent is left out: {reason}.")
 
 
 def main():
@@ -68,7 +80,9 @@ def main():
             take(batch_measures.batch(binaries, folder, repetitions))
         if "tables" in names:
             take(batch_measures.tables(binaries, repetitions))
-        desktop = [one for one in names if one not in ("batch", "tables")]
+        if "agent" in names:
+            measure_agent(options, binaries, folder, take)
+        desktop = [one for one in names if one not in ("batch", "tables", "agent")]
         if desktop:
             on_desktop(desktop, binaries, folder, options.quick, take)
     if options.plot:

@@ -1,0 +1,87 @@
+// The agent's scan, as its service runs it, and its memory of clean files.
+//
+//   korvale-bench-agent scan CLAMD_CONFIGURATION CACHE TREE   one scan; a line of figures
+//   korvale-bench-agent remember CACHE COUNT                   as many clean files in the cache
+
+#include "agent/base/Log.h"
+#include "agent/engine/BuiltInEngine.h"
+#include "agent/engine/ClamdEngine.h"
+#include "agent/engine/CombinedEngine.h"
+#include "agent/scan/ScanJob.h"
+#include "agent/store/VerdictCache.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <future>
+#include <string>
+
+using namespace korvale::agent;
+
+namespace {
+
+class WaitForEnd final : public ScanListener {
+public:
+    void began(const std::string& /*path*/, const std::string& /*trouble*/) override {}
+    void progress(const std::string& /*path*/, std::uint64_t /*analysed*/) override {}
+    void found(FoundFile /*file*/) override {}
+    void ended(const ScanSummary& summary) override { m_end.set_value(summary); }
+    ScanSummary wait() { return m_end.get_future().get(); }
+
+private:
+    std::promise<ScanSummary> m_end;
+};
+
+int scan(const std::string& configuration, const std::string& cacheFile, const std::string& tree) {
+    std::string error;
+    const auto cache = VerdictCache::open(cacheFile, error);
+    BuiltInEngine builtIn;
+    ClamdEngine clamd({configuration, {}, std::chrono::seconds(2), {}});
+    CombinedEngine engine(builtIn, &clamd);
+    ScanRequest request;
+    request.path = tree;
+    WaitForEnd listener;
+    ScanSummary summary;
+    {
+        ScanJob job(1, request, engine, cache.get(), listener);
+        job.start();
+        summary = listener.wait();
+    }
+    const auto count = [](std::uint64_t number) { return static_cast<unsigned long long>(number); };
+    std::printf("{\"analysed\": %llu, \"known\": %llu, \"found\": %llu, \"not_scanned\": %llu, "
+                "\"unanswered\": %llu, \"unreadable\": %llu, \"with_engine\": %s}\n",
+                count(summary.analysed), count(summary.known), count(summary.found),
+                count(summary.notScanned), count(summary.unanswered), count(summary.unreadable),
+                summary.withEngine ? "true" : "false");
+    return summary.trouble.empty() && cache ? 0 : 1;
+}
+
+int remember(const std::string& cacheFile, std::uint64_t number) {
+    std::string error;
+    const auto cache = VerdictCache::open(cacheFile, error);
+    if (!cache) {
+        std::fprintf(stderr, "%s\n", error.c_str());
+        return 1;
+    }
+    cache->setSignatureKey("bench");
+    for (std::uint64_t inode = 1; inode <= number; ++inode) {
+        const auto time = static_cast<std::int64_t>(1'700'000'000'000'000'000 + inode * 7919);
+        cache->remember({42, inode, static_cast<std::int64_t>(inode % 100'000), time, time},
+                        KnownVerdict::Clean);
+    }
+    return cache->flush() ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    setLogLevel(LogLevel::Warning);
+    if (arguments.size() == 4 && arguments[0] == "scan") {
+        return scan(arguments[1], arguments[2], arguments[3]);
+    }
+    if (arguments.size() == 3 && arguments[0] == "remember") {
+        return remember(arguments[1], std::strtoull(arguments[2].c_str(), nullptr, 10));
+    }
+    std::fputs("see the head of bench/agent.cpp\n", stderr);
+    return 2;
+}
