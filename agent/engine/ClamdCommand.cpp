@@ -45,7 +45,8 @@ std::optional<std::string> askClamd(const std::string& socketPath, std::string_v
     if (!socket) {
         return std::nullopt;
     }
-    const std::string message = "z" + std::string(command) + '\0';
+    std::string message("z");
+    message.append(command).push_back('\0');
     if (::send(socket.get(), message.data(), message.size(), MSG_NOSIGNAL | MSG_DONTWAIT) !=
         static_cast<ssize_t>(message.size())) {
         error = socketPath + ": " + std::strerror(errno);
