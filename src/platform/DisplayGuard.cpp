@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <algorithm>
 #include <cstdlib>
 #include <forward_list>
 
@@ -30,6 +31,16 @@ QString reason() {
                                   : QStringLiteral(": ") + complaints().join(QStringLiteral("; "));
 }
 
+/// What to install where the toolkit lacks the plug-in of the display that is there.
+QString advice() {
+    const bool lacksWayland =
+        std::any_of(complaints().cbegin(), complaints().cend(), [](const QString& complaint) {
+            return complaint.contains(QLatin1String("Could not find")) &&
+                   complaint.contains(QLatin1String("\"wayland\""));
+        });
+    return lacksWayland ? QStringLiteral("; the package qt6-wayland is missing") : QString();
+}
+
 void whileStarting(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
     if (type != QtFatalMsg) {
         complaints() += message;
@@ -37,9 +48,9 @@ void whileStarting(QtMsgType type, const QMessageLogContext& /*context*/, const 
     }
     if (message.contains(QLatin1String("platform plugin"))) {
         logLine(
-            LogLevel::Error, "No usable display (%@, %@)%@",
+            LogLevel::Error, "No usable display (%@, %@)%@%@",
             [] { return environmentText("DISPLAY"); },
-            [] { return environmentText("WAYLAND_DISPLAY"); }, reason);
+            [] { return environmentText("WAYLAND_DISPLAY"); }, reason, advice);
     } else {
         logLine(LogLevel::Error, "%@", message);
     }

@@ -14,7 +14,9 @@
 #include "ui_MainWindow.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QPainter>
+#include <QScreen>
 #include <QShortcut>
 #include <QTabBar>
 
@@ -216,9 +218,13 @@ std::array<ThreatsTableView*, 4> MainWindow::tableViews() const {
 }
 
 void MainWindow::restorePlacement() {
-    resize(look::windowWidth, look::windowHeight);
+    // At scale factors above 1 a screen may be smaller than what is usual.
+    resize(QSize(look::windowWidth, look::windowHeight).boundedTo(screen()->availableSize()));
     const WindowPlacement placement = m_memory.load();
-    restoreGeometry(placement.geometry);
+    // Wayland tells no place: one kept there would put the window into a corner under X11.
+    if (placement.platform == QGuiApplication::platformName()) {
+        restoreGeometry(placement.geometry);
+    }
     for (ThreatsTableView* view : tableViews()) {
         CustHeaderView& header = view->header();
         const QList<int> widths = placement.columnWidths.value(view->objectName());
@@ -231,7 +237,7 @@ void MainWindow::restorePlacement() {
 }
 
 void MainWindow::savePlacement() {
-    WindowPlacement placement{saveGeometry(), {}};
+    WindowPlacement placement{saveGeometry(), QGuiApplication::platformName(), {}};
     for (const ThreatsTableView* view : tableViews()) {
         QList<int>& widths = placement.columnWidths[view->objectName()];
         for (int column = 0; column + 1 < view->header().count(); ++column) {

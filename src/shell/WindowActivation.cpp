@@ -13,8 +13,15 @@ bool readsTokenFromEnvironment(QStringView platform) {
 
 void bringToFront(QWidget& window, const QString& activationToken) {
     const bool hasToken = !activationToken.isEmpty();
-    if (hasToken && readsTokenFromEnvironment(QGuiApplication::platformName())) {
+    const bool isWayland = readsTokenFromEnvironment(QGuiApplication::platformName());
+    if (hasToken && isWayland) {
         qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8()); // the toolkit takes it, once
+    }
+    // Without a token a Wayland compositor leaves a window where it is, behind others or on another
+    // workspace. One that is mapped anew comes up.
+    if (isWayland && qEnvironmentVariableIsEmpty("XDG_ACTIVATION_TOKEN") && window.isVisible() &&
+        !window.isActiveWindow()) {
+        window.hide();
     }
     const X11Activation x11(hasToken ? window.winId() : 0, activationToken.toUtf8());
     x11.announce();

@@ -19,6 +19,7 @@ constexpr int widestColumn = 10000;
 constexpr int narrowestColumn = 8;
 
 constexpr QLatin1String geometryKey{"geometry"};
+constexpr QLatin1String platformKey{"platform"};
 constexpr QLatin1String columnsKey{"columns"};
 
 /// Widths of one table; none at all when one of them makes no sense.
@@ -37,6 +38,7 @@ QList<int> columnWidths(const QJsonArray& array) {
 WindowPlacement placementFrom(const QJsonObject& object) {
     WindowPlacement placement;
     placement.geometry = QByteArray::fromBase64(object[geometryKey].toString().toLatin1());
+    placement.platform = object[platformKey].toString();
     const QJsonObject columns = object[columnsKey].toObject();
     for (auto table = columns.begin(); table != columns.end(); ++table) {
         if (const QList<int> widths = columnWidths(table.value().toArray()); !widths.isEmpty()) {
@@ -58,6 +60,7 @@ QByteArray toJson(const WindowPlacement& placement) {
     }
     return QJsonDocument(
                QJsonObject{{geometryKey, QString::fromLatin1(placement.geometry.toBase64())},
+                           {platformKey, placement.platform},
                            {columnsKey, columns}})
         .toJson();
 }

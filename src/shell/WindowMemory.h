@@ -11,6 +11,7 @@ namespace korvale {
 /// What the details window remembers of its looks from one run to the next.
 struct WindowPlacement {
     QByteArray geometry;                    ///< of QWidget::saveGeometry; empty: none
+    QString platform;                       ///< the toolkit's platform that `geometry` is of
     QMap<QString, QList<int>> columnWidths; ///< by table, from the first column on
 
     friend bool operator==(const WindowPlacement&, const WindowPlacement&) = default;

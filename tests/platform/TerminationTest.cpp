@@ -4,6 +4,7 @@
 #include "fakes/WaitUntil.h"
 #include "platform/DisplayGuard.h"
 #include "platform/SystemLogSink.h"
+#include "platform/ToolkitMessages.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -12,6 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <thread>
 #include <unistd.h>
 
 namespace korvale {
@@ -113,6 +115,46 @@ TEST(AnUnusableDisplay, LosesNoLine) {
             qFatal("no platform plugin");
         },
         testing::ExitedWithCode(1), "line 4999.*\n.*No usable display");
+}
+
+// The toolkit's Wayland client says so and calls _exit.
+TEST(TheEndOfTheCompositor, IsAnEndLikeAnyOther) {
+    EXPECT_EXIT(
+        {
+            logToolkitMessages();
+            const ToolkitExitGuard guard([] { std::fputs("will terminate\n", stderr); });
+            qWarning("The Wayland connection broke. Did the Wayland compositor die?");
+            std::_Exit(1);
+        },
+        testing::ExitedWithCode(0), "compositor die.*\nwill terminate");
+}
+
+TEST(TheEndOfTheCompositor, IsMetByTheMainThreadWhoeverHearsOfIt) {
+    EXPECT_EXIT(
+        {
+            logToolkitMessages();
+            const std::thread::id mainThread = std::this_thread::get_id();
+            const ToolkitExitGuard guard([mainThread] {
+                std::fputs(std::this_thread::get_id() == mainThread ? "main\n" : "other\n", stderr);
+            });
+            std::thread reader([] {
+                qWarning("The Wayland connection broke. Did the Wayland compositor die?");
+                std::_Exit(1);
+            });
+            QCoreApplication::exec();
+            reader.join();
+        },
+        testing::ExitedWithCode(0), "compositor die.*\nmain");
+}
+
+TEST(AMissingWaylandPlugIn, IsNamedWithItsPackage) {
+    EXPECT_EXIT(
+        {
+            const DisplayGuard guard;
+            qWarning("Could not find the Qt platform plugin \"wayland\" in \"\"");
+            qFatal("no Qt platform plugin could be initialized");
+        },
+        testing::ExitedWithCode(1), "No usable display.*the package qt6-wayland is missing");
 }
 
 TEST(ToolkitExit, IsLeftAloneAfterwards) {

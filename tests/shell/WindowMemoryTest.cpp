@@ -26,6 +26,7 @@ private:
 
 const WindowPlacement somePlacement{
     QByteArray("\0\1geometry", 10),
+    QStringLiteral("xcb"),
     {{QStringLiteral("eventsTable"), {120, 80, 300}}, {QStringLiteral("fileThreatsTable"), {90}}}};
 
 TEST_F(WindowMemoryTest, IsEmptyAtFirst) {
@@ -40,8 +41,8 @@ TEST_F(WindowMemoryTest, GivesBackWhatAnEarlierRunSaved) {
 TEST_F(WindowMemoryTest, TheLastOfSeveralWritesCounts) {
     {
         WindowMemory memory(path());
-        memory.save(WindowPlacement{QByteArray("1"), {}});
-        memory.save(WindowPlacement{QByteArray("2"), {}});
+        memory.save(WindowPlacement{QByteArray("1"), {}, {}});
+        memory.save(WindowPlacement{QByteArray("2"), {}, {}});
         memory.save(somePlacement);
     }
     EXPECT_EQ(WindowMemory(path()).load(), somePlacement);
