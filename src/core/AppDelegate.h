@@ -72,6 +72,10 @@ public:
     /// The menu's exit.
     void exitApp();
 
+    [[nodiscard]] const AppState& state() const { return m_state; }
+    /// The status poll's; not active before the launch and in no-UI mode.
+    [[nodiscard]] const QTimer& statusUpdateTimer() const { return m_statusUpdateTimer; }
+
 private:
     [[nodiscard]] static AppState initialState();
     [[nodiscard]] AgentNotificationsParts agentNotificationsParts();
@@ -116,7 +120,7 @@ private:
     AggregatedMessages m_messages;
     AgentNotifications m_agentNotifications;
     StatusPoll m_statusPoll;
-    QTimer m_statusUpdateTimer; ///< not active in no-UI mode
+    QTimer m_statusUpdateTimer;
 };
 
 } // namespace korvale
