@@ -4,7 +4,6 @@
 #include "model/Utf8Text.h"
 #include "platform/SmallFile.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -47,12 +46,6 @@ bool isAdvanceMode(const CommandLine& commandLine, const QString& applicationSup
     }
     logLine(LogLevel::Debug, "isAdvanceMode false exit");
     return false;
-}
-
-QString applicationSupportFolder() {
-    const QString given = QFile::decodeName(qgetenv("XDG_DATA_HOME"));
-    return given.startsWith(QLatin1Char('/')) ? given
-                                              : QDir::homePath() + QStringLiteral("/.local/share");
 }
 
 } // namespace korvale

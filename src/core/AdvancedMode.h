@@ -11,7 +11,4 @@ namespace korvale {
 /// first look, readable or not.
 [[nodiscard]] bool isAdvanceMode(const CommandLine& commandLine, const QString& applicationSupport);
 
-/// The user's folder for application data: XDG_DATA_HOME, else ~/.local/share.
-[[nodiscard]] QString applicationSupportFolder();
-
 } // namespace korvale

@@ -6,6 +6,7 @@
 #include "model/Values.h"
 #include "platform/HostIdentity.h"
 #include "platform/Texts.h"
+#include "platform/XdgFolders.h"
 
 #include <QGuiApplication>
 

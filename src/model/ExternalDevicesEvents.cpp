@@ -1,6 +1,7 @@
 #include "model/ExternalDevicesEvents.h"
 
 #include "core/base/Logging.h"
+#include "model/TableFeeds.h"
 #include "model/TextRows.h"
 #include "model/Values.h"
 #include "platform/Texts.h"
@@ -13,7 +14,6 @@
 namespace korvale {
 namespace {
 
-constexpr std::size_t mostRows = 1000;
 constexpr std::array deviceColumns{RowKey::DeviceType, RowKey::When,         RowKey::VendorId,
                                    RowKey::ProductId,  RowKey::SerialNumber, RowKey::Action};
 
@@ -54,7 +54,7 @@ void trace(const JsonValue& list) {
 RowBatchPtr deviceRows(const JsonValue& list) {
     auto rows = std::make_shared<TextRows>(deviceColumns);
     for (const JsonMember& record : list.members()) {
-        if (rows->size() >= mostRows) {
+        if (rows->size() >= mostTableRows) {
             break; // the rest of this file is never shown
         }
         if (!record.value.isObject()) {

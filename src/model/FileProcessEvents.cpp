@@ -3,6 +3,7 @@
 #include "core/base/Logging.h"
 #include "core/base/TextFormat.h"
 #include "model/StateVocabulary.h"
+#include "model/TableFeeds.h"
 #include "model/TextRows.h"
 #include "model/Values.h"
 #include "platform/Texts.h"
@@ -15,7 +16,6 @@
 namespace korvale {
 namespace {
 
-constexpr std::size_t mostNewRows = 1000;
 constexpr std::array eventColumns{RowKey::When, RowKey::Category, RowKey::Event, RowKey::Details};
 
 /// A text of the row that is part of the event's identity too.
@@ -132,7 +132,7 @@ RowBatchPtr newEventRows(const JsonValue& list, RememberedEvents& remembered) {
     EventPass pass(remembered);
     for (const JsonMember& record : list.members()) {
         pass.add(record);
-        if (pass.rows()->size() >= mostNewRows) {
+        if (pass.rows()->size() >= mostTableRows) {
             break; // the rest waits for a later change of the file
         }
     }

@@ -1,5 +1,6 @@
 #include "model/FileThreatKeys.h"
 
+#include "core/base/Digits.h"
 #include "model/FastHash.h"
 #include "model/Values.h"
 
@@ -13,10 +14,6 @@ namespace {
 std::uint64_t mixDigit(std::uint64_t hash, char digit) {
     return mixWords(hash ^ 0x8EBC6AF09C88C6E3U,
                     0x589965CC75374CC3U + static_cast<unsigned char>(digit));
-}
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
 }
 
 std::uint64_t mixState(std::uint64_t hash, std::uint32_t state) {

@@ -1,5 +1,7 @@
 #include "model/JsonNumber.h"
 
+#include "core/base/Digits.h"
+
 #include <QLocale>
 
 #include <algorithm>
@@ -12,10 +14,6 @@ namespace {
 
 /// Far beyond what a file of at most 256 MiB can move an exponent by with its digits.
 constexpr std::int64_t exponentLimit = std::int64_t{1} << 40;
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 std::int64_t exponentPart(std::string_view text) {
     const bool negative = text.starts_with('-');

@@ -1,5 +1,6 @@
 #include "model/JsonParser.h"
 
+#include "core/base/Digits.h"
 #include "model/JsonEscapes.h"
 #include "model/JsonNames.h"
 #include "model/JsonScanner.h"
@@ -17,10 +18,6 @@ constexpr std::size_t keptTextSize = std::size_t{1} << 20;
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
 }
 
 const char* skipDigits(const char* at) {

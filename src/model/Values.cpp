@@ -1,10 +1,10 @@
 #include "model/Values.h"
 
 #include "model/JsonNumber.h"
+#include "platform/LeadingValue.h"
 
 #include <QStringDecoder>
 
-#include <algorithm>
 #include <string>
 
 namespace korvale {
@@ -82,41 +82,6 @@ void appendCompact(std::string& out, const JsonValue& value) {
     }
 }
 // NOLINTEND(misc-no-recursion)
-
-bool isBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-std::string_view withoutBlanks(std::string_view text) {
-    const auto* first = std::find_if_not(text.begin(), text.end(), isBlank);
-    return text.substr(static_cast<std::size_t>(first - text.begin()));
-}
-
-std::uint64_t leadingInteger(std::string_view text) {
-    text = withoutBlanks(text);
-    const bool negative = text.starts_with('-');
-    if (negative || text.starts_with('+')) {
-        text.remove_prefix(1);
-    }
-    std::uint64_t value = 0;
-    for (const char c : text) {
-        if (c < '0' || c > '9') {
-            break;
-        }
-        value = value * 10 + static_cast<std::uint64_t>(c - '0');
-    }
-    return negative ? 0 - value : value;
-}
-
-bool leadingBoolean(std::string_view text) {
-    text = withoutBlanks(text);
-    if (text.starts_with('-') || text.starts_with('+')) {
-        text.remove_prefix(1);
-    }
-    const std::size_t first = text.find_first_not_of('0');
-    constexpr std::string_view yes = "YyTt123456789";
-    return first != std::string_view::npos && yes.find(text[first]) != std::string_view::npos;
-}
 
 } // namespace
 

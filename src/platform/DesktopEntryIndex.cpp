@@ -2,7 +2,9 @@
 
 #include "platform/SmallFile.h"
 #include "platform/UserLanguages.h"
+#include "platform/XdgFolders.h"
 
+#include <QFile>
 #include <QList>
 
 #include <algorithm>
@@ -67,10 +69,7 @@ std::vector<EntryFile> entryFiles(const std::string& folder) {
 } // namespace
 
 DesktopEntryIndex::Sources DesktopEntryIndex::environment() {
-    QByteArray dataHome = qgetenv("XDG_DATA_HOME");
-    if (!dataHome.startsWith('/')) {
-        dataHome = qgetenv("HOME") + "/.local/share";
-    }
+    const QByteArray dataHome = QFile::encodeName(applicationSupportFolder());
     QByteArray dataDirs = qgetenv("XDG_DATA_DIRS");
     if (dataDirs.isEmpty()) {
         dataDirs = "/usr/local/share:/usr/share";

@@ -115,10 +115,6 @@ QList<QLatin1String> MainWindow::toolbarDefaultItemIdentifiers(MainWindowToolbar
             toolbar_item::logoImage, toolbar_item::flexibleSpace};
 }
 
-QList<QLatin1String> MainWindow::toolbarAllowedItemIdentifiers(MainWindowToolbar& toolbar) {
-    return toolbarDefaultItemIdentifiers(toolbar);
-}
-
 std::optional<ToolbarItem> MainWindow::toolbarItemForItemIdentifier(MainWindowToolbar& /*toolbar*/,
                                                                     QLatin1String identifier) {
     if (identifier == toolbar_item::flexibleSpace) {

@@ -63,8 +63,6 @@ protected:
 private:
     [[nodiscard]] QList<QLatin1String>
     toolbarDefaultItemIdentifiers(MainWindowToolbar& toolbar) override;
-    [[nodiscard]] QList<QLatin1String>
-    toolbarAllowedItemIdentifiers(MainWindowToolbar& toolbar) override;
     [[nodiscard]] std::optional<ToolbarItem>
     toolbarItemForItemIdentifier(MainWindowToolbar& toolbar, QLatin1String identifier) override;
 

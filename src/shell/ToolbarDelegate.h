@@ -33,8 +33,6 @@ public:
     virtual ~ToolbarDelegate() = default;
     [[nodiscard]] virtual QList<QLatin1String>
     toolbarDefaultItemIdentifiers(MainWindowToolbar& toolbar) = 0;
-    [[nodiscard]] virtual QList<QLatin1String>
-    toolbarAllowedItemIdentifiers(MainWindowToolbar& toolbar) = 0;
     /// No value: the toolbar skips that identifier.
     [[nodiscard]] virtual std::optional<ToolbarItem>
     toolbarItemForItemIdentifier(MainWindowToolbar& toolbar, QLatin1String identifier) = 0;

@@ -1,5 +1,7 @@
 #include "shell/WindowMemory.h"
 
+#include "platform/XdgFolders.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -7,7 +9,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
-#include <QStandardPaths>
 
 #include <utility>
 
@@ -86,8 +87,7 @@ WindowMemory::~WindowMemory() {
 }
 
 QString WindowMemory::userPath() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QLatin1String("/Korvale/KorvaleUI-window.json");
+    return userConfigFolder() + QLatin1String("/Korvale/KorvaleUI-window.json");
 }
 
 WindowPlacement WindowMemory::load() {

@@ -1,6 +1,5 @@
 #include "tables/KeyEvents.h"
 
-#include <QGuiApplication>
 #include <QKeyEvent>
 
 namespace korvale {
@@ -17,9 +16,8 @@ constexpr FlagOfModifier flags[] = {{Qt::ShiftModifier, ShiftFlag},
                                     {Qt::ControlModifier, CommandFlag}};
 
 // X11 and Wayland number the real modifiers alike: bit 1 is Lock. Elsewhere it is not known.
-bool capsLockIsOn(const QKeyEvent& event) {
+bool capsLockIsOn(const QKeyEvent& event, const QString& platform) {
     constexpr quint32 lockMask = 2;
-    const QString platform = QGuiApplication::platformName();
     const bool known =
         platform == QLatin1String("xcb") || platform.startsWith(QLatin1String("wayland"));
     return known && (event.nativeModifiers() & lockMask) != 0;
@@ -27,8 +25,8 @@ bool capsLockIsOn(const QKeyEvent& event) {
 
 } // namespace
 
-std::uint32_t modifierFlags(const QKeyEvent& event) {
-    std::uint32_t result = capsLockIsOn(event) ? CapsLockFlag : 0U;
+std::uint32_t modifierFlags(const QKeyEvent& event, const QString& platform) {
+    std::uint32_t result = capsLockIsOn(event, platform) ? CapsLockFlag : 0U;
     for (const FlagOfModifier& entry : flags) {
         if (event.modifiers().testFlag(entry.modifier)) {
             result |= entry.flag;
@@ -37,14 +35,15 @@ std::uint32_t modifierFlags(const QKeyEvent& event) {
     return result;
 }
 
-QString characters(const QKeyEvent& event) {
+QString characters(const QKeyEvent& event, const QString& platform) {
     const int key = event.key();
     if (!event.modifiers().testFlag(Qt::ControlModifier)) {
         return event.text();
     }
     // With Control held the text is a control character; the key still tells what it would type.
     if (key >= Qt::Key_A && key <= Qt::Key_Z) {
-        const bool upper = event.modifiers().testFlag(Qt::ShiftModifier) != capsLockIsOn(event);
+        const bool upper =
+            event.modifiers().testFlag(Qt::ShiftModifier) != capsLockIsOn(event, platform);
         return QString(QChar(static_cast<char16_t>(key + (upper ? 0 : u'a' - u'A'))));
     }
     return key < 0x10000 ? QString(QChar(static_cast<char16_t>(key))) : QString();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QGuiApplication>
 #include <QString>
 
 #include <cstdint>
@@ -20,9 +21,12 @@ enum ModifierFlag : std::uint32_t {
     DeviceIndependentFlags = 0xFFFF0000,
 };
 
-[[nodiscard]] std::uint32_t modifierFlags(const QKeyEvent& event);
+/// `platform` is the toolkit's name of it: Caps Lock is known on some only.
+[[nodiscard]] std::uint32_t
+modifierFlags(const QKeyEvent& event, const QString& platform = QGuiApplication::platformName());
 
 /// What the key types with Control left out.
-[[nodiscard]] QString characters(const QKeyEvent& event);
+[[nodiscard]] QString characters(const QKeyEvent& event,
+                                 const QString& platform = QGuiApplication::platformName());
 
 } // namespace korvale

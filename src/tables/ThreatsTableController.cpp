@@ -86,7 +86,7 @@ void ThreatsTableController::removeAll() {
 }
 
 void ThreatsTableController::removeExtraData() {
-    m_currentRows.truncate(maximumRows);
+    m_currentRows.truncate(mostTableRows);
 }
 
 void ThreatsTableController::updateView() {

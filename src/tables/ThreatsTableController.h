@@ -20,9 +20,6 @@ class ThreatsTableController : public QObject, public TableFeed, public TableDat
 public:
     ~ThreatsTableController() override;
 
-    /// An extended list keeps this many rows.
-    static constexpr std::size_t maximumRows = 1000;
-
     /// Gives the attached view its columns, titles and spacing, puts the controller behind it in
     /// the key-event chain, and shows the rows.
     void awakeFromNib();
@@ -36,13 +33,12 @@ public:
     /// cap.
     void addData(const ThreatsTableView* tableView, RowBatchPtr rows);
     void removeAll();
-    /// Drops what lies behind the first 1000 rows.
+    /// Drops what lies behind the first mostTableRows rows.
     void removeExtraData();
     /// Reloads the view, if there is one yet, and lets it select several rows.
     void updateView() override;
 
     [[nodiscard]] const RowList& currentRows() const { return m_currentRows; }
-    void setCurrentRows(RowList rows) { m_currentRows = std::move(rows); }
     /// Not used by any operation; part of the class's interface. Not owned.
     [[nodiscard]] const RowList* rowsObjects() const { return m_rowsObjects; }
     void setRowsObjects(const RowList* rows) { m_rowsObjects = rows; }

@@ -211,15 +211,5 @@ TEST_F(AdvancedMode, SaysAtDebugWhatItFound) {
     setLogLevel(LogLevel::Info);
 }
 
-TEST(ApplicationSupport, IsXdgDataHomeElseBelowTheHomeFolder) {
-    qputenv("XDG_DATA_HOME", "/data");
-    EXPECT_EQ(applicationSupportFolder(), QStringLiteral("/data"));
-    for (const char* unusable : {"", "relative"}) {
-        qputenv("XDG_DATA_HOME", unusable);
-        EXPECT_EQ(applicationSupportFolder(), QDir::homePath() + QStringLiteral("/.local/share"));
-    }
-    qunsetenv("XDG_DATA_HOME");
-}
-
 } // namespace
 } // namespace korvale

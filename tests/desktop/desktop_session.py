@@ -157,6 +157,14 @@ class DesktopSession:
                         found.append(int(entry.name))
         return found
 
+    def commands(self):
+        """The names of the processes in this session."""
+        names = set()
+        for pid in self._marked():
+            with contextlib.suppress(OSError):
+                names.add(pathlib.Path(f"/proc/{pid}/comm").read_text().strip())
+        return names
+
     # Parts
 
     def start_part(self, name, command, **options):

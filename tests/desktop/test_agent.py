@@ -1,7 +1,10 @@
 """What the agent says and how it lives, seen at the item, the notifications and the log."""
+import contextlib
 import os
 import signal
 import unittest
+
+import dbus.lowlevel
 
 from desktop_case import DesktopCase, wait_until
 from texts import text
@@ -189,10 +192,12 @@ class AgentLife(DesktopCase):
         agent.tell_all("start", "halyx on")
         item.wait_colour("green")
         # any process may emit signals on the bus; only the name's owner is heard
-        self.desktop.run(["dbus-send", f"--bus={self.desktop.env['DBUS_SYSTEM_BUS_ADDRESS']}",
-                          "--type=signal", "/com/korvale/agent_server",
-                          "com.korvale.driver.notconnected"])
-        agent.tell("running")
+        with contextlib.closing(self.desktop.system_bus()) as bus:
+            bus.send_message(dbus.lowlevel.SignalMessage(
+                "/com/korvale/agent_server", "com.korvale.driver", "notconnected"))
+            bus.name_has_owner("com.korvale.agent_server")  # the bus has passed the signal on
+        agent.tell_all("requests clear", "start")  # which leaves a red item red
+        wait_until(lambda: {"CMD_": "GDRV"} in agent.requests(), "what followed to be handled")
         self.assertEqual(item.colour(), "green")
 
     @unittest.skipUnless(os.geteuid() == 0, "only root can become another user")

@@ -5,6 +5,21 @@ import time
 from desktop_case import DesktopCase, wait_until
 
 
+class NoScan(DesktopCase):
+    """With a tray and an agent that would scan."""
+    parts = {"notifications": None}
+
+    def test_a_folder_scan_of_a_file_becomes_a_tray_program_that_scans_nothing(self):
+        regular = self.desktop.folder / "regular file"
+        regular.write_text("")
+        agent = self.agent()
+        program = self.program("-folder-scan", str(regular))
+        self.item(program).wait_colour("yellow")
+        wait_until(lambda: {"CMD_": "GOPV"} in agent.requests(), "the first poll")
+        self.assertEqual({request["CMD_"] for request in agent.requests()},
+                         {"GDRV", "CUST", "POLY", "GPUT", "GOPV"})
+
+
 class OneShot(DesktopCase):
     parts = {"panel": False, "notifications": None}
 

@@ -39,7 +39,8 @@ class Start(DesktopCase):
         program = self.program()
         program.wait_log(r"Bundle ID")
         os.kill(program.pid, signal.SIGTERM)
-        self.assertIn(program.wait_exit(), (0, -signal.SIGTERM))
+        self.assertEqual(program.wait_exit(), 0)
+        program.wait_log(r"applicationWillTerminate")
 
     def test_a_second_start_shows_the_window_of_the_first_and_ends(self):
         first = self.program()
@@ -72,6 +73,17 @@ class Start(DesktopCase):
         return found.split()
 
 
+class DisplayServer(DesktopCase):
+    parts = {"panel": False, "notifications": None}
+
+    def test_its_death_is_an_end_like_any_other(self):
+        program = self.program()
+        wait_until(lambda: self.desktop.has_name("com.korvale.ui"), "the program's name")
+        self.desktop.stop_part("xvfb", signal.SIGKILL)
+        self.assertEqual(program.wait_exit(), 0)
+        self.assertEqual(program.count("applicationWillTerminate"), 1)
+
+
 class StartWithoutHelp(DesktopCase):
     """No session bus, no system bus, no panel."""
     parts = {"panel": False, "notifications": None, "system_bus": False}
@@ -92,6 +104,17 @@ class StartWithoutHelp(DesktopCase):
         window = wait_until(lambda: self.desktop.run(windows, check=False), "the window").split()[0]
         told = self.desktop.run(["xprop", "-id", window, "_NET_STARTUP_ID"])
         self.assertIn('"launcher-1_TIME4711"', told)
+
+    def test_no_address_of_a_session_bus_starts_none(self):
+        before = self.desktop.commands()
+        program = self.program(environment={
+            "DBUS_SESSION_BUS_ADDRESS": None, "XDG_RUNTIME_DIR": str(self.desktop.folder / "home")})
+        program.wait_log(r"Bundle ID")
+        with self.assertRaises(subprocess.TimeoutExpired):
+            program.wait_exit(3)
+        self.assertEqual(self.desktop.commands() - before, {"korvale-ui"})
+        os.kill(program.pid, signal.SIGTERM)
+        self.assertEqual(program.wait_exit(), 0)
 
     def test_a_dead_display_is_one_clear_line(self):
         for display in (":4711", "nonsense", None):

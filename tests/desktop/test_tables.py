@@ -1,5 +1,7 @@
 """What stands in the four tables, and what the copy key makes of it."""
-from window_case import WindowCase, text
+import json
+
+from window_case import WindowCase, text, wait_until
 
 
 class Tables(WindowCase):
@@ -51,6 +53,42 @@ class Tables(WindowCase):
                          {("USB-Storage", "0781", "5583", "4C53", text("Blocked")),
                           ("Phone (MTP)", "04e8", "6860", "R58M", text("FullAccess"))})
         self.assertEqual(self.tips(), cells)
+
+    def test_every_table_has_its_titles(self):
+        self.open_window()
+        for tab, columns in (("HPS_Threats", "File Category Found ID"),
+                             ("HPS_Exploits", "Process Category Found PID"),
+                             ("HPS_Events", "When Category Event Details"),
+                             ("HPS_ExternalDevices",
+                              "DeviceType VendorID ProductID SerialNumber When Action")):
+            self.go_to(tab, 0)
+            self.assertEqual(json.loads(self.read("titles")),
+                             [text(f"HPS_Col{column}") for column in columns.split()])
+
+    def test_a_click_on_a_title_sorts_and_a_second_turns_it(self):
+        self.publish("threat /tmp/c.exe 1 id-1", "threat /tmp/a.exe 1 id-2",
+                     "threat /tmp/b.exe 1 id-3")
+        self.open_window()
+        self.go_to("HPS_Threats", 3)
+        self.assertEqual(self.names(), ["c.exe", "a.exe", "b.exe"])
+        self.click_title("HPS_ColFile")
+        wait_until(lambda: self.names() == ["a.exe", "b.exe", "c.exe"], "the sorted rows")
+        self.click_row(0)
+        first = self.copied()
+        self.assertTrue(first[1].startswith("a.exe,"), first)
+        self.click_title("HPS_ColFile")
+        wait_until(lambda: self.names() == ["c.exe", "b.exe", "a.exe"], "the turned rows")
+        # positions stay selected, whatever stands there after a sort
+        self.press("Tab")
+        turned = self.copied("\n".join(first))
+        self.assertTrue(turned[1].startswith("c.exe,"), turned)
+
+    def names(self):
+        return [row[0] for row in self.cells()]
+
+    def click_title(self, key):
+        x, y = json.loads(self.read(f"place:{text(key)}"))
+        self.desktop.run(["xdotool", "mousemove", str(x), str(y), "click", "1"])
 
     def test_a_changed_batch_replaces_the_threats(self):
         self.publish("threat /tmp/a.exe 1 id-a", "threat /tmp/b.exe 1 id-b")

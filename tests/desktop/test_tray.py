@@ -52,6 +52,47 @@ class Tray(DesktopCase):
         self.assertEqual([entry.label for entry in scans],
                          self.labels(["TM_Background", "TM_Folder", "TM_Stop"]))
 
+    def test_the_toolkits_options_leave_the_programs_own(self):
+        item = self.item(self.program("-style", "fusion", "-a"))
+        self.assertEqual(self.menu_labels(item), self.labels(ADVANCED_MENU))
+
+    def test_the_administrator_can_choose_the_other_icon_set(self):
+        first = self.program()
+        item = self.item(first)
+        item.wait_colour("yellow")
+        standard = item.pixmap()
+        os.kill(first.pid, signal.SIGTERM)
+        first.wait_exit()
+        folder = self.desktop.root / "etc" / "korvale-ui"
+        folder.mkdir(parents=True, exist_ok=True)
+        (folder / "Info.json").write_text('{"Use Vexa App Icon": true}')
+        self.addCleanup((folder / "Info.json").unlink)
+        item = self.item(self.program())
+        item.wait_colour("yellow")
+        self.assertNotEqual(item.pixmap(), standard)
+
+    def test_the_alternate_picture_is_shown_while_the_menu_is_open(self):
+        item = self.item(self.program())
+        item.wait_colour("yellow")
+        closed = item.pixmap()
+        item.open_menu()
+        wait_until(lambda: item.pixmap() != closed, "the alternate picture")
+        item.close_menu()
+        wait_until(lambda: item.pixmap() == closed, "the picture")
+
+    def test_the_folder_chooser_sends_the_folder(self):
+        agent = self.agent()
+        program = self.program("-a")
+        item = self.item(program)
+        folder = self.desktop.folder / "to be scanned"
+        folder.mkdir(exist_ok=True)
+        item.click(item.entry(text("TM_Folder")))
+        chooser = wait_until(lambda: self.windows(program), "the chooser")[0]
+        self.desktop.run(["xdotool", "windowactivate", "--sync", chooser])
+        self.desktop.run(["xdotool", "type", str(folder)])
+        self.desktop.run(["xdotool", "key", "Return"])
+        wait_until(lambda: {"CMD_": "SCAN", "START": str(folder)} in agent.requests(), "the scan")
+
     def test_a_one_time_file_gives_the_advanced_menu_once(self):
         folder = self.desktop.folder / "data" / "Korvale"
         folder.mkdir(parents=True, exist_ok=True)
@@ -78,6 +119,21 @@ class Tray(DesktopCase):
         self.assertEqual(self.program().wait_exit(), 0)  # nor does a second start show a window
         self.assertTrue(item.menu())
         self.assertEqual(self.windows(program), [])
+
+    def test_without_a_user_interface_the_agent_is_heard_all_the_same(self):
+        folder = self.desktop.root / "etc" / "korvale-ui"
+        folder.mkdir(parents=True, exist_ok=True)
+        (folder / "Info.json").write_text('{"NoKorvaleUI": 1}')
+        self.addCleanup((folder / "Info.json").unlink)
+        agent = self.agent()
+        item = self.item(self.started(agent))
+        item.wait_colour("green")
+        agent.tell("stop")
+        item.wait_colour("yellow")
+        agent.tell_all("start", "halyx on")
+        item.wait_colour("green")
+        agent.tell("driver lost")
+        item.wait_colour("red")
 
     def test_the_administrator_can_take_the_policy_check_away(self):
         folder = self.desktop.root / "etc" / "korvale-ui"

@@ -102,6 +102,22 @@ class Window(WindowCase):
         geometry = self.desktop.run(["xdotool", "getwindowgeometry", window])
         self.assertIn("1000x610", geometry)
 
+    def test_dragging_the_logo_moves_the_window(self):
+        window = self.open_window()
+
+        def geometry():
+            return self.desktop.run(["xdotool", "getwindowgeometry", window])
+        before = geometry()
+        x, y = json.loads(self.read(f"place:{text('HPS_Logo')}"))
+        self.desktop.run(["xdotool", "mousemove", str(x), str(y), "mousedown", "1"])
+        try:
+            for _ in range(10):  # the window manager takes over in between
+                self.desktop.run(["xdotool", "mousemove_relative", "--sync", "6", "4"])
+        finally:
+            self.desktop.run(["xdotool", "mouseup", "1"])
+        wait_until(lambda: geometry() != before, "the window to move")
+        self.assertEqual(self.desktop.opened_links(), [])  # which is no click
+
     def test_a_large_batch_leaves_the_menu_alive(self):
         self.open_window()
         self.reported_agent.tell("synthetic 20000 files", 60)

@@ -121,6 +121,13 @@ class TrayItem:
     def open(self, entry):
         self._menu().AboutToShow(entry.number, dbus_interface=MENU)
 
+    def open_menu(self):
+        self._menu().AboutToShow(0, dbus_interface=MENU)
+
+    def close_menu(self):
+        self._menu().Event(0, "closed", dbus.Int32(0, variant_level=1), dbus.UInt32(0),
+                           dbus_interface=MENU)
+
     def click(self, entry):
         self._menu().Event(entry.number, "clicked", dbus.Int32(0, variant_level=1), dbus.UInt32(0),
                            dbus_interface=MENU)

@@ -11,7 +11,14 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <array>
+#include <cstring>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
+#include <string>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 namespace korvale {
 namespace {
@@ -106,6 +113,90 @@ TEST_F(AggregatedMessagesTest, AMaskOfZeroReadsNothing) {
     write("analysis_count.log", R"({"AnalyzedCount": 5})");
     EXPECT_EQ(pass(0), lines({}));
     EXPECT_EQ(state.analyzedCount, 0);
+}
+
+/// The names of the files in a folder that are opened while it lives.
+class Opens {
+public:
+    explicit Opens(const QString& folder) : m_descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+        EXPECT_GE(inotify_add_watch(m_descriptor, QFile::encodeName(folder).constData(), IN_OPEN),
+                  0);
+    }
+    ~Opens() { close(m_descriptor); }
+    Opens(const Opens&) = delete;
+    Opens& operator=(const Opens&) = delete;
+
+    [[nodiscard]] std::set<std::string> names() const {
+        std::set<std::string> names;
+        alignas(inotify_event) std::array<char, 65536> events{};
+        const ssize_t size = ::read(m_descriptor, events.data(), events.size());
+        for (ssize_t at = 0; at < size;) {
+            inotify_event event{};
+            std::memcpy(&event, events.data() + at, sizeof event);
+            if (event.len > 0) { // not the folder itself
+                names.emplace(events.data() + at + sizeof event);
+            }
+            at += static_cast<ssize_t>(sizeof event + event.len);
+        }
+        return names;
+    }
+
+private:
+    int m_descriptor;
+};
+
+TEST_F(AggregatedMessagesTest, AMaskOfZeroOpensTheHeaderAlone) {
+    writeThreat();
+    writeProcesses(1);
+    writeEvents(1);
+    writeDevices(1);
+    write("analysis_count.log", "{}");
+    write("scanner_state.log", "{}");
+    write("header.log", R"({"MessageMask": 0})");
+    const Opens opens(folder.path());
+    pass();
+    EXPECT_THAT(opens.names(), testing::ElementsAre("header.log"));
+}
+
+TEST_F(AggregatedMessagesTest, EachBitOpensItsOwnFilesAndNoOthers) {
+    writeThreat();
+    writeProcesses(1);
+    writeEvents(1);
+    writeDevices(1);
+    write("analysis_count.log", "{}");
+    write("scanner_state.log", "{}");
+    const auto opened = [this](int mask) {
+        write("header.log", "{\"MessageMask\": " + QByteArray::number(mask) + "}");
+        const Opens opens(folder.path());
+        pass();
+        std::set<std::string> names = opens.names();
+        names.erase("header.log");
+        return names;
+    };
+    using testing::ElementsAre;
+    EXPECT_THAT(opened(fileStates), ElementsAre("file_process_events.log", "file_states.log"));
+    EXPECT_THAT(opened(scannerState), ElementsAre("scanner_state.log"));
+    EXPECT_THAT(opened(analysisCount), ElementsAre("analysis_count.log"));
+    EXPECT_THAT(opened(processStates),
+                ElementsAre("file_process_events.log", "process_states.log"));
+    EXPECT_THAT(opened(devices), ElementsAre("external_device_control_events.log"));
+}
+
+TEST_F(AggregatedMessagesTest, OfFifteenHundredEventsTheRestWaitsForTheFileToChange) {
+    const auto writeMany = [this](int count) {
+        QByteArray events = "{";
+        for (int i = 0; i < count; ++i) {
+            events += "\"/tmp/" + QByteArray::number(i) + "\": {\"Category\": \"Threat\"},";
+        }
+        events.back() = '}';
+        write("file_process_events.log", events);
+    };
+    writeMany(1500);
+    EXPECT_EQ(pass(processStates), lines({"events add 1000", "events update"}));
+    EXPECT_EQ(pass(processStates), lines({})) << "the file is the same";
+    writeMany(1501);
+    EXPECT_EQ(pass(processStates), lines({"events add 501", "events update"}));
+    EXPECT_EQ(state.eventCount, 1501);
 }
 
 TEST_F(AggregatedMessagesTest, TheMaskIsReadWhateverItsType) {

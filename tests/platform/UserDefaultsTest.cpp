@@ -104,6 +104,7 @@ INSTANTIATE_TEST_SUITE_P(AllKinds, BooleanTexts,
                                          BooleanText{"000", false}, BooleanText{"true", true},
                                          BooleanText{"Yes", true}, BooleanText{"no", false},
                                          BooleanText{"\"  y\"", true}, BooleanText{"", false},
+                                         BooleanText{"\"\xc2\xa0y\"", false},
                                          BooleanText{"x1", false}, BooleanText{"\"1, 2\"", true}));
 
 } // namespace

@@ -128,7 +128,6 @@ struct KvImageViewTest : testing::Test {
 };
 
 TEST_F(KvImageViewTest, DraggingMovesTheWindowOnceAndIsNoClick) {
-    EXPECT_TRUE(KvImageView::mouseDownCanMoveWindow());
     QTest::mousePress(&view, Qt::LeftButton, {}, QPoint(5, 5));
     QTest::mouseMove(&view, QPoint(30, 30));
     QTest::mouseMove(&view, QPoint(40, 40));

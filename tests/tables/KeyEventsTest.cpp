@@ -33,5 +33,23 @@ TEST(KeyEvents, CharactersAreThoseTypedWithoutControl) {
     EXPECT_EQ(characters(press(Qt::Key_F5, Qt::ControlModifier)), QString());
 }
 
+/// A press of Control and C as the windowing system reports it.
+QKeyEvent pressWithNativeModifiers(quint32 native, Qt::KeyboardModifiers others = {}) {
+    return {QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier | others, 54, 99, native};
+}
+
+TEST(KeyEvents, CapsLockIsAModifierWhereItIsKnown) {
+    const QKeyEvent locked = pressWithNativeModifiers(2 | 4);
+    for (const QString& known : {u"xcb"_s, u"wayland"_s, u"wayland-egl"_s}) {
+        EXPECT_EQ(modifierFlags(locked, known), 1048576U | 65536U);
+        EXPECT_EQ(characters(locked, known), u"C"_s);
+        EXPECT_EQ(characters(pressWithNativeModifiers(2, Qt::ShiftModifier), known), u"c"_s);
+        EXPECT_EQ(modifierFlags(pressWithNativeModifiers(4), known), 1048576U);
+        EXPECT_EQ(characters(pressWithNativeModifiers(4), known), u"c"_s);
+    }
+    EXPECT_EQ(modifierFlags(locked, u"offscreen"_s), 1048576U);
+    EXPECT_EQ(characters(locked, u"offscreen"_s), u"c"_s);
+}
+
 } // namespace
 } // namespace korvale

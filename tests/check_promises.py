@@ -1,0 +1,37 @@
+#!/usr/bin/python3
+"""Fails when a document names a test that is not there. Arguments: the project's folder, documents."""
+import pathlib
+import re
+import sys
+
+CPP_TEST = re.compile(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", re.MULTILINE)
+PYTHON_TEST = re.compile(r"^    def (test_\w+)\(", re.MULTILINE)
+NAMED = re.compile(r"`(?:(\w+)\.([A-Z]\w+)|(test_\w+\.py):(test_\w+))`")
+
+
+def existing(tests):
+    for path in tests.rglob("*.cpp"):
+        for suite, name in CPP_TEST.findall(path.read_text(encoding="utf-8")):
+            yield f"{suite}.{name}"
+    for path in tests.rglob("test_*.py"):
+        for name in PYTHON_TEST.findall(path.read_text(encoding="utf-8")):
+            yield f"{path.name}:{name}"
+
+
+def main():
+    project = pathlib.Path(sys.argv[1])
+    known = set(existing(project / "tests"))
+    missing, count = [], 0
+    for document in sys.argv[2:]:
+        for suite, name, file, function in NAMED.findall((project / document).read_text("utf-8")):
+            count += 1
+            test = f"{suite}.{name}" if suite else f"{file}:{function}"
+            if test not in known:
+                missing.append(f"{document} promises by {test}, which is not there")
+    if count == 0:
+        sys.exit("no document names a test")
+    print("\n".join(missing) if missing else f"{count} tests are named and there")
+    sys.exit(1 if missing else 0)
+
+
+main()
