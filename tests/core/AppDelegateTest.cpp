@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -73,8 +74,9 @@ protected:
         m_info.emplace(InfoDictionary::load(m_folder.filePath(QStringLiteral("Info.json")),
                                             m_folder.filePath(QStringLiteral("none"))));
         setAutomationMode();
-        m_delegate = std::make_unique<AppDelegate>(AppDelegateContext{
-            *m_commandLine, *m_info, [this] { say("wait"); }, [this] { say("terminate"); }});
+        m_delegate = std::make_unique<AppDelegate>(
+            AppDelegateContext{*m_commandLine, *m_info, m_environment, [this] { say("wait"); },
+                               [this] { say("terminate"); }});
         return *m_delegate;
     }
 
@@ -90,6 +92,7 @@ protected:
     const Translations m_texts{{"de"}};
     std::optional<CommandLine> m_commandLine;
     std::optional<InfoDictionary> m_info;
+    const QProcessEnvironment m_environment;
     std::unique_ptr<AppDelegate> m_delegate;
     std::vector<std::string> m_said;
 
