@@ -1,0 +1,85 @@
+"""The whole program on a Wayland compositor (sway, waybar)."""
+import unittest
+
+from desktop_case import DesktopCase, wait_until
+from wayland_session import WaylandSession
+
+APP_ID = "com.korvale.ui"
+EXIT_LINE = r'^INFO "-\[AppDelegate applicationWillTerminate:\]\(\) Bastion KorvaleUI Exit"$'
+
+
+class Wayland(DesktopCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = WaylandSession().__enter__()
+        cls.addClassCleanup(cls.desktop.stop)
+
+    def setUp(self):
+        super().setUp()
+        self.addCleanup(self.desktop.tell, "workspace", "1")
+
+    def shown(self):
+        program = self.program()
+        item = self.item(program)
+        item.activate()
+        self.desktop.wait_in_front(APP_ID)
+        return program, item
+
+    def test_the_item_shows_its_colour_and_a_click_the_window(self):
+        _, item = self.shown()
+        self.assertEqual(item.colour(), "yellow")
+        self.assertTrue(item.menu())
+
+    def go_away(self):
+        """To another workspace."""
+        self.desktop.tell("workspace", "2")
+        wait_until(lambda: not self.desktop.window(APP_ID)["visible"], "the window to go out of sight")
+
+    def test_a_click_brings_the_window_up_from_another_workspace(self):
+        _, item = self.shown()
+        self.go_away()
+        self.desktop.wait_in_front(APP_ID, item.activate)
+
+    def test_a_second_start_brings_the_window_up_from_another_workspace(self):
+        self.shown()
+        self.go_away()
+        self.assertEqual(self.program().wait_exit(), 0)
+        self.desktop.wait_in_front(APP_ID)
+
+    def test_the_window_keeps_its_size_when_it_comes_up(self):
+        _, item = self.shown()
+        self.desktop.tell(f'[app_id="{APP_ID}"]', "resize set 1000 650")
+        chosen = {"width": 1000, "height": 650}
+        wait_until(lambda: self.size() == chosen, "the new size")
+        self.go_away()
+        self.desktop.wait_in_front(APP_ID, item.activate)
+        self.assertEqual(self.size(), chosen)
+
+    def size(self):
+        whole = self.desktop.window(APP_ID)["rect"]
+        return {side: whole[side] for side in ("width", "height")}
+
+    def test_a_restarted_panel_gets_the_item_again(self):
+        program, _ = self.shown()
+        self.desktop.stop_part("panel")
+        self.desktop.start_panel()
+        self.item(program)
+
+
+class EndOfTheCompositor(DesktopCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = WaylandSession(notifications=None).__enter__()
+        cls.addClassCleanup(cls.desktop.stop)
+
+    def test_is_an_end_like_any_other(self):
+        program = self.program()
+        self.item(program).activate()
+        self.desktop.wait_in_front(APP_ID)
+        self.desktop.stop_part("sway")
+        self.assertEqual(program.wait_exit(), 0)
+        program.wait_log(EXIT_LINE)
+
+
+if __name__ == "__main__":
+    unittest.main()
