@@ -56,8 +56,9 @@ class Wayland(DesktopCase):
         self.assertEqual(self.size(), chosen)
 
     def size(self):
-        whole = self.desktop.window(APP_ID)["rect"]
-        return {side: whole[side] for side in ("width", "height")}
+        """With the title bar, which the compositor draws."""
+        node = self.desktop.window(APP_ID)
+        return {"width": node["rect"]["width"], "height": node["rect"]["height"] + node["deco_rect"]["height"]}
 
     def test_a_restarted_panel_gets_the_item_again(self):
         program, _ = self.shown()
