@@ -2,6 +2,7 @@
 //
 //   korvale-bench-agent scan CLAMD_CONFIGURATION CACHE TREE   one scan; a line of figures
 //   korvale-bench-agent remember CACHE COUNT                   as many clean files in the cache
+//   korvale-bench-agent recall CACHE COUNT                     asks for all of them; KiB of memory
 
 #include "agent/base/Log.h"
 #include "agent/engine/BuiltInEngine.h"
@@ -12,8 +13,10 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <future>
 #include <string>
+#include <vector>
 
 using namespace korvale::agent;
 
@@ -55,6 +58,24 @@ int scan(const std::string& configuration, const std::string& cacheFile, const s
     return summary.trouble.empty() && cache ? 0 : 1;
 }
 
+FileIdentity file(std::uint64_t inode) {
+    const auto time = static_cast<std::int64_t>(1'700'000'000'000'000'000 + inode * 7919);
+    return {42, inode, static_cast<std::int64_t>(inode % 100'000), time, time};
+}
+
+/// Written to by this process alone.
+long privateKiB() {
+    std::ifstream summary("/proc/self/smaps_rollup");
+    std::string word;
+    long kib = 0;
+    while (summary >> word) {
+        if (word == "Private_Dirty:") {
+            summary >> kib;
+        }
+    }
+    return kib;
+}
+
 int remember(const std::string& cacheFile, std::uint64_t number) {
     std::string error;
     const auto cache = VerdictCache::open(cacheFile, error);
@@ -64,11 +85,29 @@ int remember(const std::string& cacheFile, std::uint64_t number) {
     }
     cache->setSignatureKey("bench");
     for (std::uint64_t inode = 1; inode <= number; ++inode) {
-        const auto time = static_cast<std::int64_t>(1'700'000'000'000'000'000 + inode * 7919);
-        cache->remember({42, inode, static_cast<std::int64_t>(inode % 100'000), time, time},
-                        KnownVerdict::Clean);
+        cache->remember(file(inode), KnownVerdict::Clean);
     }
     return cache->flush() ? 0 : 1;
+}
+
+int recall(const std::string& cacheFile, std::uint64_t number) {
+    std::string error;
+    const auto cache = VerdictCache::open(cacheFile, error);
+    if (!cache) {
+        std::fprintf(stderr, "%s\n", error.c_str());
+        return 1;
+    }
+    const long before = privateKiB();
+    cache->setSignatureKey("bench");
+    for (std::uint64_t inode = 1; inode <= number; ++inode) {
+        if (cache->find(file(inode)) != KnownVerdict::Clean) {
+            std::fprintf(stderr, "file %llu is forgotten\n",
+                         static_cast<unsigned long long>(inode));
+            return 1;
+        }
+    }
+    std::printf("%ld\n", privateKiB() - before);
+    return 0;
 }
 
 } // namespace
@@ -81,6 +120,9 @@ int main(int argc, char** argv) {
     }
     if (arguments.size() == 3 && arguments[0] == "remember") {
         return remember(arguments[1], std::strtoull(arguments[2].c_str(), nullptr, 10));
+    }
+    if (arguments.size() == 3 && arguments[0] == "recall") {
+        return recall(arguments[1], std::strtoull(arguments[2].c_str(), nullptr, 10));
     }
     std::fputs("see the head of bench/agent.cpp\n", stderr);
     return 2;

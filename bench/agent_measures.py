@@ -159,7 +159,8 @@ def scans(bench_scans, pairs):
 def private_bus(folder):
     address = f"unix:path={folder}/bus"
     daemon = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--nosyslog",
-                               f"--address={address}", "--print-address"], stdout=subprocess.PIPE)
+                               f"--address={address}", "--print-address"], stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL)
     try:
         daemon.stdout.readline()
         yield address
@@ -226,8 +227,10 @@ def rest(binaries, folder, bench_scans, seconds):
     clamd.start()
     with private_bus(folder) as address:
         agent = Agent(binaries, folder, address, clamd)
-        subprocess.run([bench_scans.program, "remember", str(agent.state / "verdicts.sqlite"), "1000000"],
-                       check=True)
+        cache = str(agent.state / "verdicts.sqlite")
+        subprocess.run([bench_scans.program, "remember", cache, "1000000"], check=True)
+        recalled = int(subprocess.run([bench_scans.program, "recall", cache, "1000000"], check=True,
+                                      stdout=subprocess.PIPE).stdout)
         pid = agent.start()
         try:
             agent.scan(bench_scans.tree)
@@ -242,8 +245,10 @@ def rest(binaries, folder, bench_scans, seconds):
             clamd.stop()
     woken = sum(count - before.get(task, 0) for task, count in after.items()) / seconds
     return [
-        Figure(GROUP, "private memory with 1,000,000 remembered files, after two scans",
-               f"{memory / 1024:.1f} MiB", "-", memory / 1024, "≤ 20 MB", 20e6 / (1 << 20), unit=" MiB"),
+        # The service's own, which asked for few of them, and what asking for all of them adds.
+        Figure(GROUP, "private memory with 1,000,000 remembered files, after two scans and asking for all",
+               f"{memory / 1024:.1f} + {recalled / 1024:.1f} MiB", "-", (memory + recalled) / 1024,
+               "≤ 20 MB", 20e6 / (1 << 20), unit=" MiB"),
         Figure(GROUP, "wake-ups of all threads at rest, watchdog and engine included",
                f"{woken:.2f} per second", "-", woken, "≤ 0.5 per second", 0.5, unit="/s"),
     ]
