@@ -90,8 +90,14 @@ FindingsKeeper::FindingsKeeper(std::unique_ptr<Store> store, std::unique_ptr<Vau
     m_thread.start();
     m_retry.setInterval(kRetryPeriod);
     connect(&m_retry, &QTimer::timeout, this, [this] {
+        change(
+            [this](Store& /*store*/, Vault* safe) {
+                m_unsettled = safe == nullptr ? 0 : safe->settleWaiting();
+                return QJsonObject();
+            },
+            [](const QJsonObject&) {});
         run([this](Store& kept, Vault* /*vault*/) -> Then {
-            const int left = static_cast<int>(kept.writeKept());
+            const int left = static_cast<int>(kept.writeKept() + m_unsettled);
             return [this, left] {
                 if (left == 0) {
                     m_retry.stop();
@@ -139,8 +145,9 @@ void FindingsKeeper::found(FoundFile file, bool quarantine) {
         if (quarantine && vault != nullptr && finding.state == FindingState::Detected) {
             detail = takeAway(*vault, *held, finding.number);
             finding = store.finding(finding.number).value_or(finding);
+            m_unsettled = vault->settleWaiting();
         }
-        const int kept = static_cast<int>(store.kept());
+        const int kept = static_cast<int>(store.kept() + m_unsettled);
         return [this, finding, detail, kept] {
             Q_EMIT shown(finding, QString::fromStdString(detail));
             if (kept > 0 && !m_retry.isActive()) {

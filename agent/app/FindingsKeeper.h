@@ -67,6 +67,7 @@ private:
     std::unique_ptr<Vault> m_vault;
     std::vector<Finding> m_known;
     QString m_trouble;
+    std::size_t m_unsettled = 0; ///< taken files of which the store does not know yet; its thread's
     QTimer m_retry;
 };
 
