@@ -132,6 +132,26 @@ TEST_F(SecondScanTest, RemembersNothingThatSignaturesChangedUnder) {
     EXPECT_EQ(scan().known, 0U);
 }
 
+TEST_F(SecondScanTest, RemembersNothingThatSeemsToBeFromTheFuture) {
+    make("file", "good");
+    grow();
+    auto folder = std::make_shared<WalkedFolder>();
+    folder->descriptor.reset(::open((m_folder / "tree").c_str(), O_RDONLY | O_DIRECTORY));
+    folder->facts = *fileSystemFacts(folder->descriptor.get());
+    WalkedFile file;
+    file.folder = folder;
+    file.name = "file";
+    file.descriptor.reset(::open((m_folder / "tree/file").c_str(), O_RDONLY));
+    file.identity = *identify(file.descriptor.get());
+    VerdictMemory memory(m_cache.get(), m_engine);
+    VerdictMemory::Begun begun = memory.begin(file);
+    begun.time -= 1h; // somebody set the clock back
+    memory.remember(file, begun);
+    EXPECT_FALSE(memory.isKnownClean(file));
+    memory.remember(file, memory.begin(file));
+    EXPECT_TRUE(memory.isKnownClean(file));
+}
+
 TEST_F(SecondScanTest, RemembersNothingThatChangedWhileItWasJudged) {
     make("file", "good");
     grow();
