@@ -2,6 +2,7 @@
 
 #include "platform/BusProbe.h"
 #include "platform/SingleInstance.h"
+#include "platform/SystemBus.h"
 
 #include <QDBusConnection>
 #include <QEventLoop>
@@ -14,6 +15,8 @@ namespace korvale {
 ///
 /// The toolkit greets the session bus, blocking, as soon as its own event loop runs. So while the
 /// bus says nothing (it hangs) a plain loop runs in its place, and nothing touches that bus.
+///
+/// A bus that is lost is looked for until it is back, and everything told of it again.
 class UserSession : public QObject {
     Q_OBJECT
 public:
@@ -32,20 +35,26 @@ public:
     void terminate();
 
 Q_SIGNALS:
-    /// The bus answers or there is none; before or after launch(), at most once.
+    /// The bus answers, for the first time or again, or there is none: a connection that is not
+    /// connected. Before or after launch().
     void busDecided(const QDBusConnection& sessionBus);
     void launch();
     /// A second start, or the desktop, wants to see the program. Never before launch().
     void activated(const QString& activationToken);
 
+private Q_SLOTS:
+    void firstBusLost();
+
 private:
     void begin();
     void busAnswered();
+    void use(const QDBusConnection& bus);
     void instanceDecided(SingleInstance::Outcome outcome);
     void launchOnce();
 
     BusProbe m_probe;
     SingleInstance m_instance;
+    SystemBus m_laterBus; ///< the session's, after the one of the start was lost
     bool m_isLaunched = false;
     bool m_isTerminating = false;
     End m_end = End::Terminated;

@@ -1,6 +1,5 @@
 #include "platform/SystemBus.h"
 
-#include "platform/BusProbe.h"
 #include "platform/BusSearch.h"
 
 #include <QFile>
@@ -22,8 +21,11 @@ QString nextConnectionName() {
 
 } // namespace
 
-SystemBus::SystemBus(int answerLimitMs, QObject* parent)
-    : QObject(parent), m_answerLimitMs(answerLimitMs), m_retryDelayMs(firstRetryMs) {
+SystemBus::SystemBus(int answerLimitMs, QByteArray (*address)(), QObject* parent)
+    : QObject(parent),
+      m_answerLimitMs(answerLimitMs),
+      m_address(address),
+      m_retryDelayMs(firstRetryMs) {
     m_retry.setSingleShot(true);
     connect(&m_retry, &QTimer::timeout, this, &SystemBus::tryNow);
 }
@@ -51,12 +53,12 @@ void SystemBus::finishFirstAttempt(int timeoutMs) {
         return;
     }
     m_search.reset();
-    BusSearch search(systemBusAddress(), timeoutMs);
+    BusSearch search(m_address(), timeoutMs);
     onSearched(search.wait());
 }
 
 void SystemBus::tryNow() {
-    m_search = std::make_unique<BusSearch>(systemBusAddress(), m_answerLimitMs);
+    m_search = std::make_unique<BusSearch>(m_address(), m_answerLimitMs);
     connect(m_search.get(), &BusSearch::finished, this, &SystemBus::onSearched);
     m_search->start();
 }
@@ -117,7 +119,7 @@ void SystemBus::watchSocketFolders() {
         return;
     }
     m_folders = std::make_unique<QFileSystemWatcher>();
-    for (const QByteArray& entry : systemBusAddress().split(';')) {
+    for (const QByteArray& entry : m_address().split(';')) {
         const QString socket = QFile::decodeName(busAddressValue(entry, "path"));
         const QString folder = QFileInfo(socket).path();
         if (!socket.isEmpty() && QFileInfo::exists(folder)) {

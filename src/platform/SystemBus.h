@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/BusProbe.h"
+
 #include <QDBusConnection>
 #include <QObject>
 #include <QString>
@@ -30,7 +32,9 @@ public:
     enum class State { Idle, FirstAttempt, Connected, Absent };
 
     /// `answerLimitMs`: how long a bus that takes the connection may say nothing.
-    explicit SystemBus(int answerLimitMs = 5000, QObject* parent = nullptr);
+    /// `address` names the bus: the session's can be followed in the same way.
+    explicit SystemBus(int answerLimitMs = 5000, QByteArray (*address)() = systemBusAddress,
+                       QObject* parent = nullptr);
     ~SystemBus() override;
 
     /// Starts looking for the bus; the event loop does the rest. Only the first call counts.
@@ -68,6 +72,7 @@ private:
     std::unique_ptr<QFileSystemWatcher> m_folders;
     QTimer m_retry;
     int m_answerLimitMs;
+    QByteArray (*m_address)();
     int m_retryDelayMs;
 };
 

@@ -160,8 +160,13 @@ void TrayIcon::showDock() {
     connect(m_dock.get(), &X11Dock::chosen, this, &TrayIcon::choose);
     connect(m_dock.get(), &X11Dock::menuWanted, this,
             [this](const QPoint& place) { m_menu.menu()->popup(place); });
-    connect(m_dock.get(), &X11Dock::lost, this, &TrayIcon::askForX11, Qt::QueuedConnection);
+    connect(m_dock.get(), &X11Dock::lost, this, &TrayIcon::dockLost, Qt::QueuedConnection);
     m_dock->dock();
+}
+
+void TrayIcon::dockLost() {
+    m_dock.reset();
+    askForX11(); // the tray may have let go of it alone, or another may be there already
 }
 
 void TrayIcon::react(QSystemTrayIcon::ActivationReason reason) {

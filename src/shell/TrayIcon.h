@@ -65,6 +65,7 @@ private:
     void reportAvailability();
     void showItem();
     void showDock();
+    void dockLost();
     void react(QSystemTrayIcon::ActivationReason reason);
     void choose();
     void updatePicture();

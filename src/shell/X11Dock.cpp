@@ -30,6 +30,7 @@ X11Dock::X11Dock()
     setAttribute(Qt::WA_AlwaysShowToolTips);
     setFocusPolicy(Qt::NoFocus);
     resize(preferredSide, preferredSide);
+    setMinimumSize(preferredSide, preferredSide); // a tray hides what asks for no room
 }
 
 X11Dock::~X11Dock() {

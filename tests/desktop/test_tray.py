@@ -1,7 +1,9 @@
 """The status item and its menu, read as a panel reads them."""
+import json
 import os
 import re
 import signal
+import socket
 
 from desktop_case import DesktopCase, wait_until
 from texts import text
@@ -234,21 +236,83 @@ class TrayHosts(DesktopCase):
 class X11Tray(DesktopCase):
     """The panel takes X11 tray icons, too; the program's bus has no StatusNotifier host."""
 
+    def icon(self):
+        """Size and place of the picture in the tray."""
+        for line in self.desktop.run(["xwininfo", "-root", "-tree"]).splitlines():
+            place = re.search(r'"korvale-ui"\).* (\d+)x(\d+)\+\S+ +\+(\d+)\+(\d+)$', line)
+            if place and int(place[1]) < 64:
+                return [int(number) for number in place.groups()]
+        return None
+
+    def click(self, button):
+        width, height, x, y = wait_until(self.icon, "the icon")
+        self.desktop.run(["xdotool", "mousemove", str(x + width // 2), str(y + height // 2),
+                          "click", str(button)])
+
+    def windows(self, program):
+        return self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid", str(program.pid)],
+                                check=False).split()
+
     def test_the_x11_tray_shows_the_item_and_its_click_opens_the_window(self):
         program = self.program(environment={"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"})
-
-        def icon():
-            for line in self.desktop.run(["xwininfo", "-root", "-tree"]).splitlines():
-                place = re.search(r'"korvale-ui".* (\d+)x(\d+)\+\S+ +\+(\d+)\+(\d+)$', line)
-                if place and int(place[1]) < 64:
-                    return [int(number) for number in place.groups()]
-            return None
-        width, height, x, y = wait_until(icon, "the icon")
-        self.desktop.run(["xdotool", "mousemove", str(x + width // 2), str(y + height // 2),
-                          "click", "1"])
+        self.click(1)
         wait_until(lambda: self.desktop.run(
             ["xdotool", "search", "--onlyvisible", "--pid", str(program.pid), "--name",
              "KorvaleUI"], check=False).split(), "the window")
+
+    def test_the_menu_opens_in_the_x11_tray(self):
+        program = self.program(environment={"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"})
+        wait_until(self.icon, "the icon")
+        before = len(self.windows(program))
+        self.click(3)
+        wait_until(lambda: len(self.windows(program)) > before, "the menu")
+        self.desktop.run(["xdotool", "key", "Escape"])
+        wait_until(lambda: len(self.windows(program)) == before, "the menu to close")
+
+    def test_a_hanging_session_bus_keeps_the_x11_tray_from_nothing(self):
+        path = str(self.desktop.folder / "deaf_bus_beside_a_tray")
+        with socket.socket(socket.AF_UNIX) as deaf:
+            deaf.bind(path)
+            deaf.listen()
+            program = self.program(environment={"DBUS_SESSION_BUS_ADDRESS": f"unix:path={path}"})
+            self.click(1)
+            wait_until(lambda: self.desktop.run(
+                ["xdotool", "search", "--onlyvisible", "--pid", str(program.pid), "--name",
+                 "KorvaleUI"], check=False).split(), "the window")
+            os.kill(program.pid, signal.SIGTERM)
+            self.assertEqual(program.wait_exit(5), 0)
+
+    def test_a_tray_that_ends_takes_the_picture_and_nothing_else(self):
+        program = self.program(environment={"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"})
+        wait_until(self.icon, "the icon")
+        self.desktop.stop_part("panel", signal.SIGKILL)
+        wait_until(lambda: self.icon() is None, "the picture to go")
+        self.desktop.start_panel()
+        wait_until(self.icon, "the icon in the new tray")
+        self.assertTrue(program.running())
+
+
+class SessionBusRestart(DesktopCase):
+    def test_item_name_and_notifications_come_back_by_themselves(self):
+        agent = self.agent()
+        agent.tell("policy notifications on")
+        program = self.started(agent)
+        self.item(program).wait_colour("yellow")
+        for part in ("panel", "notifications", "session-bus"):
+            self.desktop.stop_part(part, signal.SIGKILL)
+        self.desktop._start_session_bus()
+        self.desktop.start_notifications()
+        self.desktop.start_panel()
+        wait_until(lambda: self.desktop.has_name("com.korvale.ui"), "the name")
+        item = self.item(program)
+        item.wait_colour("yellow")
+        item.activate()
+        wait_until(lambda: self.desktop.run(
+            ["xdotool", "search", "--onlyvisible", "--pid", str(program.pid), "--name",
+             "KorvaleUI"], check=False).split(), "the window")
+        wait_until(lambda: item.entry(text("CM_ShowNotifications")).checked, "the policy's mark")
+        self.announce(agent, "halyx on", "exe-blocked /opt/again")
+        self.wait_notification(lambda call: "/opt/again" in json.dumps(call))
 
 
 class Appearance(DesktopCase):
