@@ -46,8 +46,23 @@ class AgentReports(DesktopCase):
         self.assertEqual(call["actions"], [])
         self.assertIn("image-data", call["hints"])
         self.assertEqual(call["app_name"], "KorvaleUI")
+        self.assertEqual(call["body"], self.body("UnsafeDetected", "evil.bin"))
+
+    def test_an_exploit_is_notified_with_process_and_type(self):
+        _, agent, _ = self.connected()
+        before = len(self.notifications())
+        agent.tell("exploit 4711 /usr/bin/player alert 3 1")
+        call = self.wait_notification(lambda call: True, before)
+        self.assertEqual(call["summary"], text("ProductEP"))
         self.assertTrue(call["body"].startswith(
-            f"<b>{text('NotificationSubtitleUnsafeDetected')}</b>\n"), call["body"])
+            f"<b>{text('NotificationSubtitleExploitAttemptDetected')}</b>\n"), call["body"])
+        self.assertIn("player", call["body"])
+        self.assertIn("4711", call["body"])
+
+    def body(self, key, name):
+        """A notification about one file, as a server that reads markup gets it."""
+        return (f"<b>{text(f'NotificationSubtitle{key}')}</b>\n"
+                f"{text(f'NotificationMessage{key}').replace('%@', name)}")
 
     def test_a_lost_driver_is_red_until_it_is_back(self):
         _, agent, item = self.connected()
@@ -76,7 +91,9 @@ class AgentReports(DesktopCase):
             before = len(self.notifications())
             agent.tell(f"policy {problem}")
             call = self.wait_notification(lambda call: True, before)
-            self.assertIn(text(f"NotificationSubtitle{name}"), call["body"])
+            self.assertEqual(call["body"], f"<b>{text(f'NotificationSubtitle{name}')}</b>\n"
+                                           f"{text(f'NotificationMessage{name}')}")
+            self.assertEqual(call["summary"], text("ProductEP"))
 
     def test_the_companion_product_speaks_under_its_own_name(self):
         _, agent, _ = self.connected()

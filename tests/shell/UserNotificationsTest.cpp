@@ -385,6 +385,16 @@ TEST_F(UserNotificationsTest, WhatWasSentBeforeTheBusAnsweredIsShownThen) {
     EXPECT_EQ(shownArguments(1).at(4), QVariant(QStringLiteral("2")));
 }
 
+TEST_F(UserNotificationsTest, OfVeryManyThatWaitTheLastFiftyAreShown) {
+    for (int i = 0; i < 120; ++i) {
+        notifications.SendSondarNotification(QString::number(i));
+    }
+    start();
+    EXPECT_EQ(shownArguments(0).at(4), QVariant(QStringLiteral("70")));
+    EXPECT_EQ(shownArguments(49).at(4), QVariant(QStringLiteral("119")));
+    expectShownSoFar(50);
+}
+
 TEST_F(UserNotificationsTest, ANewBusIsUsedThoughTheFormerNeverAnswered) {
     server.service.answer = [](const QDBusMessage&) { return QDBusMessage(); };
     start();
