@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Fails when a document names a test that is not there. Arguments: the project's folder, documents."""
+"""Fails when a document names a test that is not there. Arguments: the project, its documents."""
 import pathlib
 import re
 import sys
