@@ -21,6 +21,7 @@ struct Rule {
     QString FileThreatGroups::*name; ///< of the one file that the singular message names
     Wording singular;
     Wording plural;
+    Urgency urgency; ///< once the program runs; what an earlier session found is no news
 };
 
 /// The first rule whose count has grown decides. Unsafe detections are compared with a counter that
@@ -30,22 +31,26 @@ constexpr std::array<Rule, 4> rules{{
      &AppState::threatDetectCount,
      &FileThreatGroups::lastUnsafeName,
      {"NotificationSubtitleUnsafeDetected", "NotificationMessageUnsafeDetected"},
-     {"NotificationSubtitleUnsafesDetected", "NotificationMessageUnsafesDetected"}},
+     {"NotificationSubtitleUnsafesDetected", "NotificationMessageUnsafesDetected"},
+     Urgency::Critical},
     {&FileThreatTally::abnormalDetected,
      &AppState::abnormalDetectCount,
      &FileThreatGroups::lastAbnormalName,
      {"NotificationSubtitleAbnormalDetected", "NotificationMessageAbnormalDetected"},
-     {"NotificationSubtitleAbnormalsDetected", "NotificationMessageAbnormalsDetected"}},
+     {"NotificationSubtitleAbnormalsDetected", "NotificationMessageAbnormalsDetected"},
+     Urgency::Critical},
     {&FileThreatTally::unsafeQuarantined,
      &AppState::threatQuarantineCount,
      &FileThreatGroups::lastUnsafeName,
      {"NotificationSubtitleUnsafeQuarantined", "NotificationMessageUnsafeQuarantined"},
-     {"NotificationSubtitleUnsafesQuarantined", "NotificationMessageUnsafesQuarantined"}},
+     {"NotificationSubtitleUnsafesQuarantined", "NotificationMessageUnsafesQuarantined"},
+     Urgency::Normal},
     {&FileThreatTally::abnormalQuarantined,
      &AppState::abnormalQuarantineCount,
      &FileThreatGroups::lastAbnormalName,
      {"NotificationSubtitleAbnormalQuarantined", "NotificationMessageAbnormalQuarantined"},
-     {"NotificationSubtitleAbnormalsQuarantined", "NotificationMessageAbnormalsQuarantined"}},
+     {"NotificationSubtitleAbnormalsQuarantined", "NotificationMessageAbnormalsQuarantined"},
+     Urgency::Normal},
 }};
 
 /// How many threats the notification speaks of; may be 0 or less.
@@ -72,7 +77,8 @@ std::optional<ThreatNotification> threatNotification(const FileThreatGroups& gro
     const Wording& wording = one ? rule->singular : rule->plural;
     return ThreatNotification{formatText(localizedText(wording.message),
                                          {one ? groups.*rule->name : QString::number(count)}),
-                              localizedText(wording.subtitle)};
+                              localizedText(wording.subtitle),
+                              previous.justStart ? Urgency::Normal : rule->urgency};
 }
 
 void updateFileThreatCounters(AppState& state, const FileThreatTally& tally) {
@@ -94,8 +100,10 @@ void FileStateChanges::parseFileStateChanges(const std::optional<JsonValue>& lis
     const FileThreatGroups groups = list ? groupFileThreats(*list) : FileThreatGroups();
     m_table.loadData(groups.rows);
     if (const auto notification = threatNotification(groups, m_state)) {
-        m_notifications.SendNotification(notification->message, notification->subtitle,
-                                         threatImage);
+        const auto send = notification->urgency == Urgency::Critical
+                              ? &NotificationSender::SendUrgentNotification
+                              : &NotificationSender::SendNotification;
+        (m_notifications.*send)(notification->message, notification->subtitle, threatImage);
     }
     updateFileThreatCounters(m_state, groups.tally);
 }

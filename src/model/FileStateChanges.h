@@ -13,6 +13,7 @@ namespace korvale {
 struct ThreatNotification {
     QString message;
     QString subtitle;
+    Urgency urgency = Urgency::Normal;
 };
 
 /// The notification that the step from the previous counters to a list's tallies asks for: at most

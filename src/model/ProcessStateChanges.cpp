@@ -73,7 +73,7 @@ void ProcessStateChanges::parseProcessStateChanges(const std::optional<JsonValue
         m_cachedProcessByPID = std::move(pass.newProcesses);
         m_memExploitTable.loadData(std::move(pass.rows));
         if (pass.alert && pass.message && !m_state.justStart) {
-            m_notifications.SendNotification(
+            m_notifications.SendUrgentNotification(
                 *pass.message, localizedText("NotificationSubtitleExploitAttemptDetected"),
                 threatImage);
         }

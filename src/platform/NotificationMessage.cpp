@@ -72,7 +72,10 @@ QDBusMessage notifyMessage(const DesktopNotification& notification, bool hasBody
     if (!notification.link.isEmpty()) {
         actions << QStringLiteral("default") << openLabel;
     }
-    QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("com.korvale.ui")}};
+    const QString program = QStringLiteral("com.korvale.ui"); // desktop entry and icon
+    QVariantMap hints{
+        {QStringLiteral("desktop-entry"), program},
+        {QStringLiteral("urgency"), QVariant::fromValue(static_cast<uchar>(notification.urgency))}};
     if (!notification.image.isNull()) {
         [[maybe_unused]] static const QMetaType registered =
             qDBusRegisterMetaType<NotificationImage>();
@@ -81,7 +84,7 @@ QDBusMessage notifyMessage(const DesktopNotification& notification, bool hasBody
     }
     auto call = QDBusMessage::createMethodCall(notificationsName(), notificationsPath(),
                                                notificationsName(), QStringLiteral("Notify"));
-    call << QGuiApplication::applicationDisplayName() << replacesNone << QString()
+    call << QGuiApplication::applicationDisplayName() << replacesNone << program
          << singleLineText(notification.title) << bodyOf(notification, hasBodyMarkup) << actions
          << hints << serversChoice;
     return call;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/Displays.h"
 #include "platform/NameOwner.h"
 
 #include <QDBusConnection>
@@ -20,6 +21,7 @@ struct DesktopNotification {
     QString message;
     QImage image; ///< null for none
     QString link; ///< empty for none
+    Urgency urgency = Urgency::Normal;
 };
 
 /// The desktop's notification service (Desktop Notifications Specification), used without ever

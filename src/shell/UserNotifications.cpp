@@ -26,7 +26,18 @@ bool UserNotifications::isWanted(const QString& message) const {
 
 void UserNotifications::SendNotification(const QString& message, const QString& subtitle,
                                          int image) {
-    static constexpr QSize pictureSize{48, 48};
+    send(message, subtitle, image, Urgency::Normal);
+}
+
+void UserNotifications::SendUrgentNotification(const QString& message, const QString& subtitle,
+                                               int image) {
+    send(message, subtitle, image, Urgency::Critical);
+}
+
+void UserNotifications::send(const QString& message, const QString& subtitle, int image,
+                             Urgency urgency) {
+    // Servers show it at 48 pixels and more, on sharp screens at twice that.
+    static constexpr QSize pictureSize{96, 96};
     if (!isWanted(message)) {
         return;
     }
@@ -36,7 +47,8 @@ void UserNotifications::SendNotification(const QString& message, const QString& 
          .subtitle = subtitle,
          .message = message,
          .image = picture.isNull() ? QImage() : picture.pixmap(pictureSize, 1.0).toImage(),
-         .link = {}});
+         .link = {},
+         .urgency = urgency});
 }
 
 void UserNotifications::SendConsumerNotification(const QString& message, const QString& url) {

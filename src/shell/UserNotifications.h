@@ -25,10 +25,13 @@ public:
     void start(const QDBusConnection& sessionBus) { m_server.start(sessionBus); }
 
     void SendNotification(const QString& message, const QString& subtitle, int image) override;
+    void SendUrgentNotification(const QString& message, const QString& subtitle,
+                                int image) override;
     void SendConsumerNotification(const QString& message, const QString& url) override;
     void SendSondarNotification(const QString& message) override;
 
 private:
+    void send(const QString& message, const QString& subtitle, int image, Urgency urgency);
     [[nodiscard]] bool isWanted(const QString& message) const;
 
     const AppState& m_state;

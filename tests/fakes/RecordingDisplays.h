@@ -32,6 +32,11 @@ public:
     void SendNotification(const QString& message, const QString& subtitle, int image) override {
         shown << QStringLiteral("notify %1|%2|%3").arg(text(message), text(subtitle)).arg(image);
     }
+    void SendUrgentNotification(const QString& message, const QString& subtitle,
+                                int image) override {
+        ++urgent;
+        SendNotification(message, subtitle, image);
+    }
     void SendConsumerNotification(const QString& message, const QString& url) override {
         shown << QStringLiteral("consumer %1|%2").arg(text(message), text(url));
     }
@@ -40,6 +45,7 @@ public:
     }
 
     QStringList shown;
+    int urgent = 0; ///< how many of them were
 
 private:
     static QString text(const QString& given) {

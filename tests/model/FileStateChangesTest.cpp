@@ -69,6 +69,17 @@ TEST_F(FileStateChangesTest, TwoPathsOfOneThreatMakeOneRow) {
     EXPECT_EQ(state.threatQuarantineCount, 2);
 }
 
+TEST_F(FileStateChangesTest, OnlyWhatIsNewAndWasLeftIsUrgent) {
+    parse(R"({"/a":{"State":1,"ID":"a"}})");
+    EXPECT_EQ(displays.urgent, 0) << "found before this start";
+    state.justStart = false;
+    parse(R"({"/a":{"State":1,"ID":"a"},"/b":{"State":1,"ID":"b"}})");
+    EXPECT_EQ(displays.urgent, 1);
+    parse(R"({"/a":{"State":9,"ID":"a"},"/b":{"State":9,"ID":"b"}})");
+    EXPECT_EQ(displays.urgent, 1) << "quarantined";
+    EXPECT_EQ(displays.shown.size(), 3);
+}
+
 TEST_F(FileStateChangesTest, OneIdentifierInTwoStatesMakesTwoRows) {
     parse(R"({"/a":{"State":1,"ID":"x"},"/b":{"State":9,"ID":"x"}})");
     EXPECT_EQ(column(RowKey::Category), words("Unsafe Quarantined"));

@@ -115,12 +115,14 @@ TEST_F(UserNotificationsTest, CarryTitleSubtitleAndMessage) {
     ASSERT_EQ(arguments.size(), 8);
     EXPECT_EQ(arguments.at(0), QVariant(QStringLiteral("The Display Name")));
     EXPECT_EQ(arguments.at(1), QVariant(0U));
+    EXPECT_EQ(arguments.at(2), QVariant(QStringLiteral("com.korvale.ui")));
     EXPECT_EQ(arguments.at(3), QVariant(QStringLiteral("Product")));
     EXPECT_EQ(arguments.at(4), QVariant(QStringLiteral("c & d\na < b")));
     EXPECT_EQ(arguments.at(5), QVariant(QStringList()));
     const auto hints = qdbus_cast<QVariantMap>(arguments.at(6));
-    EXPECT_EQ(hints.keys(), QStringList(QStringLiteral("desktop-entry")));
-    EXPECT_EQ(hints.first(), QVariant(QStringLiteral("com.korvale.ui")));
+    EXPECT_EQ(hints,
+              (QVariantMap{{QStringLiteral("desktop-entry"), QStringLiteral("com.korvale.ui")},
+                           {QStringLiteral("urgency"), QVariant::fromValue(uchar{1})}}));
     EXPECT_EQ(server.shown().front().signature(), QStringLiteral("susssasa{sv}i"));
 }
 
@@ -159,19 +161,26 @@ TEST_F(UserNotificationsTest, CarryThePicture) {
     const auto wire = hints.value(QStringLiteral("image-data")).value<QDBusArgument>();
     EXPECT_EQ(wire.currentSignature(), QStringLiteral("(iiibiiay)"));
     const auto image = qdbus_cast<NotificationImage>(wire);
-    EXPECT_EQ(image.width, 48);
-    EXPECT_EQ(image.height, 48);
-    EXPECT_EQ(image.rowStride, 4 * 48);
+    EXPECT_EQ(image.width, 96);
+    EXPECT_EQ(image.height, 96);
+    EXPECT_EQ(image.rowStride, 4 * 96);
     EXPECT_TRUE(image.hasAlpha);
     EXPECT_EQ(image.bitsPerSample, 8);
     EXPECT_EQ(image.channels, 4);
-    ASSERT_EQ(image.data.size(), 4 * 48 * 48);
-    const qsizetype pixel = 4 * (20 * 48 + 12);
+    ASSERT_EQ(image.data.size(), 4 * 96 * 96);
+    const qsizetype pixel = 4 * (40 * 96 + 24);
     const auto byteAt = [&](qsizetype i) {
         return static_cast<int>(static_cast<uchar>(image.data.at(pixel + i)));
     };
     EXPECT_GT(byteAt(0), 2 * byteAt(1)) << "the red shield, with red as the first byte";
     EXPECT_EQ(byteAt(3), 255);
+}
+
+TEST_F(UserNotificationsTest, WhatNobodyHasHandledIsCritical) {
+    start();
+    notifications.SendUrgentNotification(QStringLiteral("message"), QString(), 4);
+    EXPECT_EQ(qdbus_cast<QVariantMap>(shownArguments().at(6)).value(QStringLiteral("urgency")),
+              QVariant::fromValue(uchar{2}));
 }
 
 TEST_F(UserNotificationsTest, AnIndexWithoutAPictureIsNoPicture) {

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <cstdint>
+
 namespace korvale {
 
 // What the model and the agent link need of the rooms above them. Main thread, all of it.
@@ -49,12 +51,22 @@ inline constexpr int noImage = -1;
 /// Index of the picture beside news of threats and exploits.
 inline constexpr int threatImage = 4;
 
+/// How much a notification may disturb. Desktops let what is critical through while they are told
+/// not to disturb, and leave it on the screen until it is closed, in front of others: so only what
+/// is new and what nobody has handled is.
+enum class Urgency : std::uint8_t { Normal = 1, Critical = 2 };
+
 /// Desktop notifications, gated by the user's choice or the policy.
 class NotificationSender {
 public:
     virtual ~NotificationSender() = default;
     /// `image` is an index of Resources::getImage, or noImage. A null or empty subtitle is none.
     virtual void SendNotification(const QString& message, const QString& subtitle, int image) = 0;
+    /// The same for what is new and nobody has handled: Urgency::Critical where that can be told.
+    virtual void SendUrgentNotification(const QString& message, const QString& subtitle,
+                                        int image) {
+        SendNotification(message, subtitle, image);
+    }
     /// `url` may be null: then a click does nothing.
     virtual void SendConsumerNotification(const QString& message, const QString& url) = 0;
     virtual void SendSondarNotification(const QString& message) = 0;
