@@ -19,9 +19,13 @@ Scanner::Answer toScanner(const Scans::Answer& answer) {
 
 void Scans::configure(const Configuration& configuration) {
     ScanOptions options;
+    std::string error; // none: the configuration was checked
     for (const std::string& rule : configuration.exclude) {
-        std::string error; // none: the configuration was checked
         (void)options.excluded.add(rule, error);
+    }
+    // Our own: now and then there is a test file for the engine in it, which is no finding.
+    for (const std::string& own : {configuration.state, configuration.quarantine}) {
+        (void)options.excluded.add(own, error);
     }
     options.otherFileSystems = configuration.otherFileSystems;
     options.maxFileSize = configuration.largestFile;
