@@ -5,6 +5,7 @@
 #include "agent/publish/BuildSettings.h"
 #include "agent/publish/HostCacheNames.h"
 
+#include <QDateTime>
 #include <QJsonDocument>
 #include <QSysInfo>
 #include <QTimer>
@@ -16,6 +17,27 @@ constexpr std::chrono::seconds kLastWords{3};
 /// Everything that the agent keeps in the host cache.
 constexpr std::uint32_t kAllLists =
     bit::kFileStates | bit::kScannerState | bit::kAnalysisCount | bit::kProcesses;
+
+QStringList textsOf(const std::vector<std::string>& list) {
+    QStringList texts;
+    for (const std::string& text : list) {
+        texts.append(QString::fromStdString(text));
+    }
+    return texts;
+}
+
+UpdateSettings updateSettings(const Configuration& configuration) {
+    const auto text = [](const std::string& bytes) { return QString::fromStdString(bytes); };
+    UpdateSettings settings;
+    settings.daemonUnit = text(configuration.updaterUnit);
+    settings.onceUnit = text(configuration.updaterOnceUnit);
+    settings.engineUnits = textsOf(configuration.engineUnits);
+    settings.signatures =
+        text(readClamdConfiguration(configuration.engineConfiguration).databaseFolder);
+    settings.memory = text(configuration.state) + QStringLiteral("/updates");
+    settings.statusFolder = text(configuration.updaterStatus);
+    return settings;
+}
 
 } // namespace
 
@@ -42,6 +64,8 @@ Agent::Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> ke
       m_keeper(std::move(keeper)),
       m_cache(std::move(cache)),
       m_engines(m_configuration.current()),
+      m_updates(m_units, updateSettings(m_configuration.current()),
+                &QDateTime::currentSecsSinceEpoch),
       m_engineWatch(m_configuration.current().engineUnits,
                     [this](const std::string& unit) { startUnit(unit); }),
       m_publishing(QString::fromStdString(m_configuration.current().hostCache)),
@@ -59,14 +83,7 @@ void Agent::join() {
     connect(&m_states, &StateSignals::notification, &m_bus, &AgentBus::post);
     connect(&m_publishing, &Publishing::notification, &m_bus, &AgentBus::post);
     connect(&m_scanReport, &ScanReport::notification, &m_bus, &AgentBus::post);
-    connect(&m_publishing, &Publishing::problem, this, [this](const QString& sentence) {
-        m_filesFail = true;
-        setProblem(QStringLiteral("host cache"), sentence);
-    });
-    connect(&m_publishing, &Publishing::recovered, this, [this] {
-        m_filesFail = false;
-        setProblem(QStringLiteral("host cache"), {});
-    });
+    joinFiles();
     connect(&m_bus, &AgentBus::nameOwned, this, [this] {
         logInfo("On the bus.");
         m_units.use(AgentBus::connection());
@@ -78,6 +95,27 @@ void Agent::join() {
     });
     connect(&m_bus, &AgentBus::problem, this,
             [](const QString& sentence) { logWarning(sentence.toStdString()); });
+    connect(&m_enginePoll, &EnginePoll::answered, this, &Agent::engineAnswered);
+    m_engines.clamd.onLost([this] {
+        QMetaObject::invokeMethod(&m_enginePoll, &EnginePoll::ask, Qt::QueuedConnection);
+    });
+    connect(&m_updates, &Updates::signaturesChanged, &m_enginePoll, &EnginePoll::ask);
+    connect(&m_scanner, &Scanner::ended, this, [this](const ScanSummary& summary) {
+        if (!summary.withEngine || summary.unanswered > 0) {
+            m_enginePoll.ask(); // sooner than it would be by itself
+        }
+    });
+}
+
+void Agent::joinFiles() {
+    connect(&m_publishing, &Publishing::problem, this, [this](const QString& sentence) {
+        m_filesFail = true;
+        setProblem(QStringLiteral("host cache"), sentence);
+    });
+    connect(&m_publishing, &Publishing::recovered, this, [this] {
+        m_filesFail = false;
+        setProblem(QStringLiteral("host cache"), {});
+    });
     connect(&m_scanner, &Scanner::found, this, &Agent::found);
     connect(m_keeper.get(), &FindingsKeeper::shown, this, &Agent::shown);
     connect(m_keeper.get(), &FindingsKeeper::waiting, this, [this](int findings) {
@@ -86,15 +124,12 @@ void Agent::join() {
                        ? QString()
                        : QStringLiteral("%1 findings wait for room on the disk.").arg(findings));
     });
-    connect(&m_enginePoll, &EnginePoll::answered, this, &Agent::engineAnswered);
-    m_engines.clamd.onLost([this] {
-        QMetaObject::invokeMethod(&m_enginePoll, &EnginePoll::ask, Qt::QueuedConnection);
-    });
 }
 
 void Agent::configure() {
     korvale::agent::setLogLevel(m_configuration.current().logLevel);
     m_scans.configure(m_configuration.current());
+    m_updates.setSettings(updateSettings(m_configuration.current()));
     m_states.setConfigurationValid(m_configuration.problem().isEmpty());
     setProblem(QStringLiteral("configuration"), m_configuration.problem());
 }
@@ -232,7 +267,7 @@ void Agent::stopScans(const Done& done) {
 }
 
 void Agent::checkUpdates(const Done& done) {
-    done(QStringLiteral("This agent does not look for signatures yet."));
+    m_updates.check(done);
 }
 
 void Agent::readConfiguration(const Done& done) {

@@ -13,6 +13,7 @@
 #include "agent/app/Scans.h"
 #include "agent/app/StateSignals.h"
 #include "agent/app/ThreatLists.h"
+#include "agent/app/Updates.h"
 #include "agent/bus/AgentBus.h"
 #include "agent/bus/AgentObject.h"
 #include "agent/bus/ControlPort.h"
@@ -56,6 +57,7 @@ private:
     Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> keeper,
           std::unique_ptr<VerdictCache> cache);
     void join();
+    void joinFiles();
     void configure();
     void found(const FoundFile& file);
     void shown(const Finding& finding, const QString& detail);
@@ -85,10 +87,11 @@ private:
     std::unique_ptr<FindingsKeeper> m_keeper;
     std::unique_ptr<VerdictCache> m_cache; ///< null when it cannot be opened
     Engines m_engines;
+    SystemdUnits m_units;
+    Updates m_updates;
+    EngineWatch m_engineWatch;
     EnginePoll m_enginePoll{m_engines.both};
     EngineState m_engineState;
-    SystemdUnits m_units;
-    EngineWatch m_engineWatch;
     Publishing m_publishing;
     ThreatLists m_threats{m_publishing.lists()};
     StateSignals m_states;
@@ -104,6 +107,7 @@ private:
     AgentBus m_bus{m_object, std::chrono::seconds(2)};
     QMap<QString, QString> m_problems; ///< by what they are about
     bool m_filesFail = false;          ///< the host cache cannot be written
+    QElapsedTimer m_sinceEngineStart;  ///< since its units were started last
     bool m_stopping = false;
 };
 

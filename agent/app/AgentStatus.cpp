@@ -64,6 +64,11 @@ QJsonObject Agent::status() const {
                      {QStringLiteral("quarantined"), m_threats.quarantined()},
                      {QStringLiteral("waived"), m_threats.waived()}}},
         {QStringLiteral("watch"), QJsonArray()},
+        {QStringLiteral("update"),
+         QJsonObject{
+             {QStringLiteral("asked"), static_cast<qint64>(m_updates.facts().asked)},
+             {QStringLiteral("outcome"), m_updates.facts().outcome},
+             {QStringLiteral("wait_until"), static_cast<qint64>(m_updates.facts().waitUntil)}}},
         {QStringLiteral("problems"), QJsonArray::fromStringList(m_problems.values())}};
     const std::vector<ScanInfo> scans = m_scanner.scans();
     if (!scans.empty()) {
