@@ -111,6 +111,12 @@ void Agent::joinFiles() {
     connect(&m_publishing, &Publishing::problem, this, [this](const QString& sentence) {
         m_filesFail = true;
         setProblem(QStringLiteral("host cache"), sentence);
+        tellWithoutFiles();
+    });
+    connect(&m_publishing, &Publishing::notification, this, [this](const QString& name) {
+        if (name == QLatin1String("com.korvale.timer.aggregated_messages")) {
+            m_unwritten.clear();
+        }
     });
     connect(&m_publishing, &Publishing::recovered, this, [this] {
         m_filesFail = false;
@@ -174,19 +180,23 @@ void Agent::shown(const Finding& finding, const QString& detail) {
         logWarning(printable(finding.path) + ": " + detail.toStdString());
     }
     m_threats.show(finding);
+    if (finding.state != FindingState::Deleted && m_unwritten.size() < kMostUnwritten) {
+        m_unwritten.append(QStringLiteral("%1: %2").arg(pathText(finding.path),
+                                                        QString::fromStdString(finding.virusName)));
+    }
     m_publishing.changed();
-    if (m_filesFail && finding.state != FindingState::Deleted) {
-        tellWithoutFiles(finding);
+    if (m_filesFail) {
+        tellWithoutFiles();
     }
 }
 
-void Agent::tellWithoutFiles(const Finding& finding) {
-    const QString text = QStringLiteral("%1: %2").arg(pathText(finding.path),
-                                                      QString::fromStdString(finding.virusName));
-    m_bus.sendMessage(QJsonDocument(QJsonObject{{QStringLiteral("CMD_"),
-                                                 QStringLiteral("SondarNotificationMessage")},
-                                                {QStringLiteral("VALU"), text}})
-                          .toJson(QJsonDocument::Compact));
+void Agent::tellWithoutFiles() {
+    for (const QString& text : std::exchange(m_unwritten, {})) {
+        const QJsonObject message{
+            {QStringLiteral("CMD_"), QStringLiteral("SondarNotificationMessage")},
+            {QStringLiteral("VALU"), text}};
+        m_bus.sendMessage(QJsonDocument(message).toJson(QJsonDocument::Compact));
+    }
 }
 
 void Agent::engineAnswered(const EngineState& state) {

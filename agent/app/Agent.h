@@ -35,6 +35,8 @@ class Agent : public QObject, private AgentTasks, private AgentStatus {
 public:
     /// Events that the list of events holds at most.
     static constexpr qsizetype kMostEvents = 2000;
+    /// Threats that are told one by one while the host cache cannot be written.
+    static constexpr qsizetype kMostUnwritten = 20;
 
     /// Null and a sentence in `error` when it cannot do its work at all: without a place to write
     /// findings down.
@@ -64,7 +66,7 @@ private:
     void engineAnswered(const EngineState& state);
     void startUnit(const std::string& unit);
     void setProblem(const QString& what, const QString& sentence);
-    void tellWithoutFiles(const Finding& finding);
+    void tellWithoutFiles();
 
     // AgentTasks
     [[nodiscard]] AgentFacts facts() const override;
@@ -107,6 +109,7 @@ private:
     AgentBus m_bus{m_object, std::chrono::seconds(2)};
     QMap<QString, QString> m_problems; ///< by what they are about
     bool m_filesFail = false;          ///< the host cache cannot be written
+    QStringList m_unwritten;           ///< threats shown, and not yet in a written file
     QElapsedTimer m_sinceEngineStart;  ///< since its units were started last
     bool m_stopping = false;
 };

@@ -14,9 +14,11 @@ import time
 
 PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(PROJECT / "tests" / "desktop"))
+sys.path.insert(0, str(PROJECT / "tools" / "demo"))
 
 from desktop_session import DesktopSession, SessionError, wait_until  # noqa: E402
 from drivers import Agent, LineReader, Program  # noqa: E402
+from steps import READER, SCREEN, Steps  # noqa: E402
 from texts import text  # noqa: E402
 from tray import TrayItem  # noqa: E402
 
@@ -24,32 +26,9 @@ OUTPUT = PROJECT / "build" / "demo"
 SCENARIOS = PROJECT / "tools" / "agent_sim" / "scenarios"
 # The string every scanner knows, in two parts so that no scanner takes this file for a threat.
 EICAR = r"X5O!P%@AP[4\PZX54(P^)7CC)7}$EICAR-STANDARD-" + "ANTIVIRUS-TEST-FILE!$H+H*"
-SCREEN = "1440x900"
-READER = str(PROJECT / "tests" / "desktop" / "services" / "accessible_window.py")
 UPDATER_SAYS = "Signatures are up to date (version 4711)."
 TABS = (("threats", "HPS_Threats"), ("exploits", "HPS_Exploits"), ("events", "HPS_Events"),
         ("devices", "HPS_ExternalDevices"))
-
-
-class Steps:
-    """Prints what is done and keeps count of what was not seen."""
-
-    def __init__(self):
-        self.number = 0
-        self.missed = 0
-        self.started = time.monotonic()
-
-    @contextlib.contextmanager
-    def step(self, what):
-        self.number += 1
-        try:
-            yield
-            seen = "seen"
-        except SessionError as error:
-            self.missed += 1
-            seen = f"NOT SEEN: {error}"
-        elapsed = time.monotonic() - self.started
-        print(f"{self.number:2}. [{elapsed:5.1f} s] {what}: {seen}", flush=True)
 
 
 def suspicious_folder(parent):

@@ -1,0 +1,252 @@
+#!/usr/bin/python3
+"""Shows KorvaleUI at work with the reference agent and the real scan engine.
+
+A desktop of its own without a screen; each step is observed from outside, screenshots go to
+build/demo-agent/, and the exit status is 0 only when every step was seen. Needs root: the agent
+quarantines files and the engine is handed them.
+"""
+import contextlib
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+
+PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(PROJECT / "tests" / "desktop"))
+sys.path.insert(0, str(PROJECT / "tools" / "demo"))
+
+from desktop_session import BINARIES, DesktopSession, SessionError, wait_until  # noqa: E402
+from drivers import HOST_CACHE, LineReader, Program  # noqa: E402
+from steps import READER, SCREEN, Steps  # noqa: E402
+from texts import text  # noqa: E402
+from tray import TrayItem  # noqa: E402
+
+OUTPUT = PROJECT / "build" / "demo-agent"
+CLAMD = pathlib.Path("/usr/sbin/clamd")
+# In the signature database that is made here, and in one file. No scanner knows it.
+BAD_CONTENT = b"content that the demonstration's own signatures call bad: 5d1f7c"
+BAD_FILE = "invoice_2026.pdf.exe"
+FILES = 3000
+SYSTEMD = "org.freedesktop.systemd1"
+
+
+class AgentSession(DesktopSession):
+    """With a service manager on the system bus."""
+
+    def start_system_bus(self):
+        policies = self.folder / "system.d"
+        policies.mkdir(exist_ok=True)
+        (policies / f"{SYSTEMD}.conf").write_text(
+            '<busconfig><policy user="root">'
+            f'<allow own="{SYSTEMD}"/><allow send_destination="{SYSTEMD}"/>'
+            "</policy></busconfig>\n")
+        super().start_system_bus()
+
+
+class Engine:
+    """clamd with a signature made on the spot."""
+
+    def __init__(self, session):
+        self.session = session
+        self.folder = session.folder / "clamd"
+        signatures = self.folder / "signatures"
+        signatures.mkdir(parents=True)
+        (signatures / "demo.ndb").write_text(f"Demo.Bad.Content:0:*:{BAD_CONTENT.hex()}\n")
+        self.configuration = self.folder / "clamd.conf"
+        self.configuration.write_text(
+            f"LocalSocket {self.folder}/clamd.ctl\nDatabaseDirectory {signatures}\n"
+            "Foreground yes\nUser root\n")
+
+    def start(self):
+        self.session.start_part("clamd", [str(CLAMD), f"--config-file={self.configuration}"],
+                                stdout=subprocess.DEVNULL)
+        wait_until((self.folder / "clamd.ctl").is_socket, "the engine's socket", 60)
+
+
+class Agent:
+    """korvale-agent, and korvale-agentctl to look at it."""
+
+    def __init__(self, session, engine):
+        self.session = session
+        folder = session.folder / "agent"
+        folder.mkdir()
+        self.configuration = folder / "agent.toml"
+        support = session.root / "Library/Application Support/Korvale"
+        self.configuration.write_text(
+            f'device_name = "Demonstration"\n[folders]\nhost_cache = "{session.root / HOST_CACHE}"\n'
+            f'updater_status = "{support}/Desktop/download/status"\nstate = "{folder}/state"\n'
+            f'quarantine = "{folder}/state/quarantine"\n'
+            f'[engine]\nconfiguration = "{engine.configuration}"\nunits = []\n')
+
+    def start(self):
+        self.session.start_part("korvale-agent", [str(BINARIES / "korvale-agent"), "--config",
+                                                  str(self.configuration)])
+
+    def ask(self, *words):
+        said = subprocess.run([str(BINARIES / "korvale-agentctl"), *words, "--json"],
+                              env=self.session.env, capture_output=True, text=True, timeout=60,
+                              check=False)
+        try:
+            return json.loads(said.stdout)
+        except ValueError as error:
+            raise SessionError(f"korvale-agentctl {words}: {said.stdout}{said.stderr}") from error
+
+
+def downloads(parent):
+    """A folder with one bad file among many."""
+    folder = parent / "Downloads"
+    folder.mkdir(parents=True, exist_ok=True)
+    for number in range(FILES):
+        (folder / f"photo_{number:04}.jpg").write_bytes(os.urandom(12_000))
+    (folder / BAD_FILE).write_bytes(BAD_CONTENT)
+    return folder
+
+
+class Demonstration:
+    def __init__(self, session, stack, steps):
+        self.session = session
+        self.stack = stack
+        self.steps = steps
+        self.shots = 0
+        self.folder = downloads(session.folder / "home")
+        self.bad = self.folder / BAD_FILE
+
+    def shot(self, name):
+        self.shots += 1
+        self.session.screenshot(OUTPUT / f"{self.shots}-{name}.png")
+
+    def play(self):
+        monitor = self.session.start_part(
+            "monitor", ["dbus-monitor", "--session",
+                        "interface='org.freedesktop.Notifications',member='Notify'"], stdout=-1,
+            text=True)
+        self.notified = LineReader(monitor.stdout)
+        self.start()
+        self.scan()
+        self.restore()
+        self.update()
+        self.lose_the_engine()
+        self.end()
+
+    def start(self):
+        self.engine = Engine(self.session)
+        with self.steps.step("the engine starts with a signature made on the spot"):
+            self.engine.start()
+        self.session.start_service("service-manager", "service_manager.py")
+        self.agent = Agent(self.session, self.engine)
+        with self.steps.step("the program is there before the agent: yellow"):
+            self.program = self.stack.enter_context(Program(self.session))
+            self.item = TrayItem(self.session, self.program)
+            self.stack.callback(self.item.close)
+            self.item.wait_colour("yellow")
+        with self.steps.step("the agent starts, the engine answers: green"):
+            self.agent.start()
+            self.item.wait_colour("green")
+        with self.steps.step("a left click opens the window; the events tab is chosen"):
+            self.item.activate()
+            self.window = wait_until(self.find_window, "the window")
+            self.session.run(["xdotool", "windowactivate", "--sync", self.window])
+            self.session.run(["xdotool", "windowmove", "--sync", self.window, "60", "130"])
+            self.press("ctrl+Next")
+            self.press("ctrl+Next")
+            wait_until(lambda: self.read("rows").startswith(text("HPS_Events")), "the tab")
+        self.shot("green")
+
+    def scan(self):
+        with self.steps.step("korvale-ui -folder-scan Downloads: the request is accepted"):
+            scan = self.stack.enter_context(
+                Program(self.session, "-folder-scan", str(self.folder)))
+            scan.wait_log("Service returned 'OK' for forwardFolderScan")
+        with self.steps.step("the status line shows the file at hand"):
+            wait_until(lambda: "photo_" in self.read("tree"), "a file name", 60)
+            self.shot("scanning")
+        with self.steps.step("the bad file turns the shield red"):
+            self.item.wait_colour("red", 120)
+        with self.steps.step("the bubble names it"):
+            self.notified.wait_for(BAD_FILE.replace(".", r"\."))
+        self.shot("red")
+        with self.steps.step("the agent tells what the scan found"):
+            self.notified.wait_for(rf"{FILES + 1} files, 1 threat found", timeout=120)
+        with self.steps.step("the file is gone from the folder and lies in quarantine"):
+            wait_until(lambda: not self.bad.exists(), "the file's absence")
+            wait_until(lambda: self.states() == ["quarantined"], "its state")
+        with self.steps.step("the threats tab shows it; looked at, the shield is green again"):
+            self.press("ctrl+Prior")
+            self.press("ctrl+Prior")
+            wait_until(lambda: self.read("rows").strip().endswith("\t1"), "one row")
+            self.item.wait_colour("green")
+        self.shot("quarantined")
+
+    def restore(self):
+        with self.steps.step("korvale-agentctl restore puts it back as it was, waived"):
+            number = str(self.agent.ask("threats")["threats"][0]["number"])
+            answer = self.agent.ask("restore", number)
+            if not answer.get("ok") or self.bad.read_bytes() != BAD_CONTENT:
+                raise SessionError(f"restore: {answer}")
+            wait_until(lambda: self.states() == ["waived"], "its state")
+            wait_until(lambda: text("Waived") in self.read("cells"), "the row's category")
+        self.shot("restored")
+
+    def update(self):
+        with self.steps.step("the menu asks for updates; the status line tells the outcome"):
+            self.item.click(self.item.entry(text("CheckForUpdates")))
+            wait_until(lambda: "Signatures are up to date." in self.read("tree"), "the sentence", 40)
+        self.shot("updated")
+
+    def lose_the_engine(self):
+        with self.steps.step("the engine is killed: the shield turns yellow"):
+            self.session.stop_part("clamd", 9)
+            self.item.wait_colour("yellow", 60)
+        with self.steps.step("korvale-agentctl status says why"):
+            status = self.agent.ask("status")
+            if status["engine"]["reachable"] or not status["problems"]:
+                raise SessionError(f"status: {status}")
+        self.shot("without-engine")
+
+    def end(self):
+        with self.steps.step("Exit ends the program with status 0, SIGTERM the agent"):
+            self.item.click(self.item.entry(text("Exit")))
+            if self.program.wait_exit() != 0:
+                raise SessionError("not status 0")
+            self.session.stop_part("korvale-agent")
+
+    def states(self):
+        return [threat["state"] for threat in self.agent.ask("threats")["threats"]]
+
+    def find_window(self):
+        found = self.session.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                  str(self.program.pid), "--name", "KorvaleUI"], check=False)
+        return found.split()[0] if found.split() else None
+
+    def press(self, key):
+        self.session.run(["xdotool", "key", "--window", self.window, key])
+
+    def read(self, what):
+        return self.session.run(["/usr/bin/python3", READER, str(self.program.pid), what],
+                                check=False)
+
+
+def main():
+    if os.geteuid() != 0:
+        sys.exit("demo: the agent and its engine need root: sudo ./dev demo --agent")
+    if not CLAMD.exists():
+        sys.exit("demo: the package clamav-daemon is not installed.")
+    shutil.rmtree(OUTPUT, ignore_errors=True)
+    OUTPUT.mkdir(parents=True)
+    steps = Steps()
+    with AgentSession(notifications="xfce", accessibility=True, screen=SCREEN) as session, \
+            contextlib.ExitStack() as stack:
+        Demonstration(session, stack, steps).play()
+    print(f"screenshots: {OUTPUT}")
+    if steps.missed:
+        sys.exit(f"{steps.missed} of {steps.number} steps were not observed.")
+
+
+try:
+    main()
+except SessionError as error:
+    sys.exit(f"demo: {error}")
+except KeyboardInterrupt:
+    sys.exit(130)
