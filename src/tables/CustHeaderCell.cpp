@@ -1,5 +1,7 @@
 #include "tables/CustHeaderCell.h"
 
+#include "platform/Texts.h"
+
 #include <QFontMetrics>
 #include <QLinearGradient>
 #include <QPainter>
@@ -36,6 +38,13 @@ void drawArrow(QPainter& painter, const QRectF& frame, bool ascending) {
 }
 
 } // namespace
+
+QString CustHeaderCell::sortOrderText() const {
+    if (!m_sortAscending) {
+        return {};
+    }
+    return localizedText(*m_sortAscending ? "HPS_SortedAscending" : "HPS_SortedDescending");
+}
 
 QRectF CustHeaderCell::gradientFrame(const QRectF& frame) {
     QRectF remainder = frame.adjusted(0, 0, 0, -separatorHeight);

@@ -22,6 +22,9 @@ public:
     void setSortIndicator(std::optional<bool> ascending) { m_sortAscending = ascending; }
     [[nodiscard]] std::optional<bool> sortIndicator() const { return m_sortAscending; }
 
+    /// The order in words, empty without one.
+    [[nodiscard]] QString sortOrderText() const;
+
     /// Not highlighted.
     void drawWithFrame(QPainter& painter, const QRectF& frame) const;
     void drawWithFrame(QPainter& painter, const QRectF& frame, bool highlighted) const;

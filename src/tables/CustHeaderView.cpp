@@ -1,7 +1,9 @@
 #include "tables/CustHeaderView.h"
 
+#include "tables/Access.h"
 #include "tables/WindowLook.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionHeader>
@@ -17,6 +19,7 @@ CustHeaderView::CustHeaderView(QWidget* parent) : QHeaderView(Qt::Horizontal, pa
     setStretchLastSection(true);
     setMinimumSectionSize(look::smallestColumn);
     setFocusPolicy(Qt::TabFocus);
+    installAccess();
 }
 
 void CustHeaderView::setHeaderCell(int section, CustHeaderCell cell) {
@@ -36,8 +39,29 @@ const CustHeaderCell& CustHeaderView::headerCell(int section) const {
 
 void CustHeaderView::setSortIndicator(int section, std::optional<bool> ascending) {
     CustHeaderCell cell = headerCell(section);
+    const bool isNews = cell.sortIndicator() != ascending;
     cell.setSortIndicator(ascending);
     setHeaderCell(section, std::move(cell));
+    if (isNews && section == m_focused) {
+        tellReaders();
+    }
+}
+
+QString CustHeaderView::focusedTitle() const {
+    const CustHeaderCell& cell = headerCell(m_focused);
+    const QString order = cell.sortOrderText();
+    return order.isEmpty() ? cell.title() : cell.title() + QLatin1String(", ") + order;
+}
+
+void CustHeaderView::pressFocused() {
+    if (m_focused < count()) {
+        Q_EMIT sectionClicked(m_focused);
+    }
+}
+
+void CustHeaderView::tellReaders() {
+    QAccessibleEvent event(this, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&event);
 }
 
 QSize CustHeaderView::sizeHint() const {
@@ -58,17 +82,18 @@ void CustHeaderView::paintSection(QPainter* painter, const QRect& rect, int logi
 }
 
 void CustHeaderView::keyPressEvent(QKeyEvent* event) {
+    const int forth = isRightToLeft() ? -1 : 1;
     switch (event->key()) {
     case Qt::Key_Left:
-        focusSection(m_focused - 1);
+        focusSection(m_focused - forth);
         break;
     case Qt::Key_Right:
-        focusSection(m_focused + 1);
+        focusSection(m_focused + forth);
         break;
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        Q_EMIT sectionClicked(m_focused);
+        pressFocused();
         break;
     default:
         event->ignore(); // on to the table; never an item view's own keys
@@ -76,12 +101,17 @@ void CustHeaderView::keyPressEvent(QKeyEvent* event) {
 }
 
 void CustHeaderView::focusSection(int section) {
-    m_focused = std::clamp(section, 0, std::max(0, count() - 1));
-    viewport()->update();
+    const int focused = std::clamp(section, 0, std::max(0, count() - 1));
+    if (std::exchange(m_focused, focused) != focused) {
+        viewport()->update();
+        tellReaders();
+    }
+    Q_EMIT sectionFocused(m_focused);
 }
 
 void CustHeaderView::focusInEvent(QFocusEvent* /*event*/) {
     viewport()->update();
+    Q_EMIT sectionFocused(m_focused);
 }
 
 void CustHeaderView::focusOutEvent(QFocusEvent* /*event*/) {

@@ -9,7 +9,7 @@
 namespace korvale {
 
 /// The row of column titles, drawn by its header cells. With the focus, the arrow keys choose a
-/// title and Space or Return does what a click does.
+/// title and Space or Return does what a click does. A screen reader hears the title and its order.
 class CustHeaderView : public QHeaderView {
     Q_OBJECT
 
@@ -21,7 +21,16 @@ public:
     [[nodiscard]] const CustHeaderCell& headerCell(int section) const;
     void setSortIndicator(int section, std::optional<bool> ascending);
 
+    /// The title that keys work on, with its order: "When, sorted ascending". Empty without titles.
+    [[nodiscard]] QString focusedTitle() const;
+    /// What a click on that title does; nothing without titles.
+    void pressFocused();
+
     [[nodiscard]] QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// Keys have come to that title.
+    void sectionFocused(int section);
 
 protected:
     void paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const override;
@@ -31,6 +40,7 @@ protected:
 
 private:
     void focusSection(int section);
+    void tellReaders();
 
     std::vector<CustHeaderCell> m_cells;
     int m_focused = 0;

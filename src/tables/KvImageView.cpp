@@ -1,5 +1,6 @@
 #include "tables/KvImageView.h"
 
+#include "tables/Access.h"
 #include "tables/WindowLook.h"
 
 #include <QApplication>
@@ -12,6 +13,7 @@ namespace korvale {
 
 KvImageView::KvImageView(QWidget* parent) : QLabel(parent) {
     setAlignment(Qt::AlignCenter);
+    installAccess();
 }
 
 void KvImageView::setImage(const QIcon& image) {

@@ -24,6 +24,7 @@ public:
     [[nodiscard]] QSize imageSize() const { return m_imageSize; }
     /// Shown as something to click on, and reachable by keyboard. Off at first.
     void setClickable(bool clickable);
+    [[nodiscard]] bool isClickable() const { return m_clickable; }
 
     /// A mouse-down in it may move the window.
     [[nodiscard]] static constexpr bool mouseDownCanMoveWindow() { return true; }

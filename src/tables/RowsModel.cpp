@@ -1,17 +1,36 @@
 #include "tables/RowsModel.h"
 
+#include "platform/SafeText.h"
 #include "tables/CustHeaderView.h"
 #include "tables/TableDataSource.h"
 #include "tables/ThreatsTableView.h"
+
+#include <algorithm>
 
 namespace korvale {
 
 RowsModel::RowsModel(ThreatsTableView& view) : QAbstractTableModel(&view), m_view(view) {}
 
-void RowsModel::reload(int rows) {
+void RowsModel::reset() {
     beginResetModel();
-    m_rows = rows;
+    m_rows = 0;
     endResetModel();
+}
+
+void RowsModel::reload(int rows) {
+    const int staying = std::min(rows, m_rows);
+    if (rows > m_rows) {
+        beginInsertRows({}, m_rows, rows - 1);
+        m_rows = rows;
+        endInsertRows();
+    } else if (rows < m_rows) {
+        beginRemoveRows({}, rows, m_rows - 1);
+        m_rows = rows;
+        endRemoveRows();
+    }
+    if (staying > 0 && columnCount() > 0) {
+        Q_EMIT dataChanged(index(0, 0), index(staying - 1, columnCount() - 1));
+    }
 }
 
 int RowsModel::rowCount(const QModelIndex& parent) const {
@@ -43,8 +62,18 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation == Qt::Horizontal && role == Qt::DisplayRole) {
-        return m_view.header().headerCell(section).title();
+    if (orientation == Qt::Horizontal) {
+        const CustHeaderCell& cell = m_view.header().headerCell(section);
+        switch (role) {
+        case Qt::DisplayRole:
+            return cell.title();
+        case Qt::ToolTipRole: // a narrow column shortens its title
+            return toolTipMarkup(cell.title());
+        case Qt::AccessibleDescriptionRole:
+            return cell.sortOrderText();
+        default:
+            break;
+        }
     }
     return QAbstractTableModel::headerData(section, orientation, role);
 }

@@ -14,6 +14,10 @@ class RowsModel final : public QAbstractTableModel {
 public:
     explicit RowsModel(ThreatsTableView& view);
 
+    /// The columns are others: everything is, and there are no rows.
+    void reset();
+    /// The first rows hold other texts and are as many as said, at the end some come or go. Indexes
+    /// of rows that stay remain valid, and with them what the view and screen readers know of them.
     void reload(int rows);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;

@@ -2,13 +2,15 @@
 
 #include "tables/WindowLook.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QWidget>
 
 namespace korvale {
 
 void TableFocus::focusCame(Qt::FocusReason reason) {
-    m_byKeyboard = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+    // A click on a tab gives the focus for another reason, while the button is down.
+    m_byMouse = reason == Qt::MouseFocusReason || QGuiApplication::mouseButtons() != Qt::NoButton;
 }
 
 bool TableFocus::isInUse() const {

@@ -10,13 +10,6 @@ namespace korvale {
 /// thread.
 class TableSelection {
 public:
-    /// What outlives a reload.
-    struct Kept {
-        RowIndexes rows;
-        int currentRow = -1;
-        int currentColumn = -1;
-    };
-
     /// `selection` is the view's and has a model; it outlives the object.
     explicit TableSelection(QItemSelectionModel& selection) : m_selection(selection) {}
 
@@ -25,13 +18,22 @@ public:
     /// Selects rows `first` to `last`, as far as they exist, as `command` says.
     void select(int first, int last, QItemSelectionModel::SelectionFlags command);
 
-    [[nodiscard]] Kept keep() const;
-    /// Selects again what still exists of `kept`.
-    void restore(const Kept& kept);
+    /// While it lives, rows may come and go: positions stay selected as far as they exist, and a
+    /// current row that goes is followed by none, where the toolkit would take its neighbour.
+    class Keeper {
+    public:
+        explicit Keeper(QItemSelectionModel& selection)
+            : m_selection(selection), m_currentRow(selection.currentIndex().row()) {}
+        Keeper(const Keeper&) = delete;
+        Keeper& operator=(const Keeper&) = delete;
+        ~Keeper();
+
+    private:
+        QItemSelectionModel& m_selection;
+        int m_currentRow;
+    };
 
 private:
-    [[nodiscard]] QItemSelection wholeRows(int first, int last) const;
-
     QItemSelectionModel& m_selection;
 };
 

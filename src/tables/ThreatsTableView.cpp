@@ -11,6 +11,7 @@
 
 #include <QAbstractButton>
 #include <QFocusEvent>
+#include <QGestureEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -48,7 +49,10 @@ ThreatsTableView::ThreatsTableView(QWidget* parent)
     setVerticalScrollMode(ScrollPerPixel);
     setModel(m_model);
     measureRows();
+    setAttribute(Qt::WA_InputMethodEnabled, false);
+    viewport()->grabGesture(Qt::TapAndHoldGesture);
     connect(m_header, &QHeaderView::sectionClicked, this, &ThreatsTableView::sortByColumn);
+    connect(m_header, &CustHeaderView::sectionFocused, this, &ThreatsTableView::scrollToColumn);
 }
 
 ThreatsTableView::~ThreatsTableView() = default;
@@ -63,7 +67,7 @@ void ThreatsTableView::setDataSource(TableDataSource* source) {
 void ThreatsTableView::setColumns(std::span<const TableColumn> columns) {
     m_columns = columns;
     recycleAll();
-    m_model->reload(0);
+    m_model->reset();
     const int character = fontMetrics().averageCharWidth();
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const int section = static_cast<int>(i);
@@ -73,8 +77,11 @@ void ThreatsTableView::setColumns(std::span<const TableColumn> columns) {
 }
 
 void ThreatsTableView::setPlaceholder(const QString& text) {
-    m_placeholder = text;
-    viewport()->update();
+    if (m_placeholder != text) {
+        m_placeholder = text;
+        viewport()->update();
+        describe();
+    }
 }
 
 void ThreatsTableView::setAllowsMultipleSelection(bool allowed) {
@@ -82,14 +89,18 @@ void ThreatsTableView::setAllowsMultipleSelection(bool allowed) {
 }
 
 void ThreatsTableView::reloadData() {
-    TableSelection selection(*selectionModel());
-    const TableSelection::Kept kept = selection.keep();
     recycleAll();
     m_reloading = true;
-    m_model->reload(m_source != nullptr ? m_source->numberOfRowsInTableView(*this) : 0);
-    selection.restore(kept);
+    {
+        const TableSelection::Keeper keeper(*selectionModel());
+        m_model->reload(m_source != nullptr ? m_source->numberOfRowsInTableView(*this) : 0);
+    }
     doItemsLayout();
     m_reloading = false;
+    describe();
+}
+
+void ThreatsTableView::describe() {
     const QString hint = rowCount() == 0 ? m_placeholder : localizedText("HPS_TableHint");
     if (accessibleDescription() != hint) {
         setAccessibleDescription(hint); // each call tells the screen reader
@@ -112,7 +123,16 @@ void ThreatsTableView::selectionChanged(const QItemSelection& selected,
 }
 
 void ThreatsTableView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
-    QTableView::currentChanged(current, previous);
+    if (m_reloading) {
+        return; // the same place or none: no place to scroll to, no news for a reader
+    }
+    if (hasFocus()) {
+        QTableView::currentChanged(current, previous);
+    } else {
+        // Not QTableView's, which tells screen readers that the focus is here.
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+        QAbstractItemView::currentChanged(current, previous);
+    }
     if (!current.isValid() || !previous.isValid()) {
         viewport()->update(); // the frame is around all of it
         return;
@@ -260,6 +280,9 @@ void ThreatsTableView::scrollTo(const QModelIndex& index, ScrollHint hint) {
     if (!index.isValid() || m_reloading) {
         return;
     }
+    if (!m_focus.isByMouse()) {
+        scrollToColumn(index.column()); // under the mouse it would move what was clicked on
+    }
     const QRect area = viewport()->rect();
     const QRect cell = visualRect(index);
     QScrollBar* bar = verticalScrollBar();
@@ -270,6 +293,15 @@ void ThreatsTableView::scrollTo(const QModelIndex& index, ScrollHint hint) {
     } else if (hint == PositionAtBottom || cell.bottom() > area.bottom()) {
         bar->setValue(bar->value() + cell.bottom() - area.bottom());
     }
+}
+
+void ThreatsTableView::scrollToColumn(int column) {
+    QScrollBar* bar = horizontalScrollBar();
+    const int start = m_header->sectionPosition(column);
+    const int end = start + m_header->sectionSize(column);
+    // Of a column wider than the table the beginning.
+    const int least = std::min(start, end - viewport()->width());
+    bar->setValue(std::clamp(bar->value(), least, start));
 }
 
 void ThreatsTableView::doItemsLayout() {
@@ -363,7 +395,12 @@ QRegion ThreatsTableView::visualRegionForSelection(const QItemSelection& selecti
 }
 
 void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
+    updateFocus();
     m_focus.keyPressed();
+    if (event->key() == Qt::Key_F1 && event->modifiers() == Qt::ControlModifier) {
+        showCurrentToolTip();
+        return;
+    }
     // An item view copies its current cell and searches for what Escape types; neither happens
     // here.
     const bool forResponder = event->matches(QKeySequence::Copy) || event->key() == Qt::Key_Escape;
@@ -380,16 +417,21 @@ void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
 
 void ThreatsTableView::focusInEvent(QFocusEvent* event) {
     m_focus.focusCame(event->reason());
-    const bool hadCurrentRow = currentIndex().isValid();
-    QTableView::focusInEvent(event);
-    if (!hadCurrentRow) {
-        selectionModel()->clearCurrentIndex(); // Qt takes the first row, which Down would skip then
-    }
+    // Not QTableView's, which would make the first row the current one: Down would skip it then.
+    QAbstractScrollArea::focusInEvent(event); // NOLINT(bugprone-parent-virtual-call)
+    viewport()->update();
 }
 
 void ThreatsTableView::mousePressEvent(QMouseEvent* event) {
+    updateFocus();
     m_focus.mousePressed();
     QTableView::mousePressEvent(event);
+}
+
+/// Draws anew what shows the focus: the current row, or the table around none.
+void ThreatsTableView::updateFocus() {
+    viewport()->update(currentIndex().isValid() ? rowRect(currentIndex().row())
+                                                : viewport()->rect());
 }
 
 void ThreatsTableView::changeEvent(QEvent* event) {
@@ -405,14 +447,36 @@ void ThreatsTableView::changeEvent(QEvent* event) {
 bool ThreatsTableView::viewportEvent(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
         const auto* help = static_cast<QHelpEvent*>(event);
-        showToolTip(help->globalPos(), help->pos());
+        showToolTip(indexAt(help->pos()), help->globalPos());
         return true;
+    }
+    if (event->type() == QEvent::Gesture) {
+        return gestureEvent(*static_cast<QGestureEvent*>(event));
     }
     return QTableView::viewportEvent(event);
 }
 
-void ThreatsTableView::showToolTip(const QPoint& globalPosition, const QPoint& position) {
-    const QModelIndex index = indexAt(position);
+/// Holding a cell shows its tooltip: a finger cannot hover.
+bool ThreatsTableView::gestureEvent(QGestureEvent& event) {
+    const auto* hold = static_cast<QTapAndHoldGesture*>(event.gesture(Qt::TapAndHoldGesture));
+    if (hold == nullptr || hold->state() != Qt::GestureFinished) {
+        return false;
+    }
+    const QPoint place = hold->position().toPoint(); // on the screen
+    showToolTip(indexAt(viewport()->mapFromGlobal(place)), place);
+    return true;
+}
+
+void ThreatsTableView::showCurrentToolTip() {
+    const QModelIndex current = currentIndex();
+    if (current.isValid()) {
+        scrollTo(current);
+        prepareCells();
+        showToolTip(current, viewport()->mapToGlobal(visualRect(current).bottomLeft()));
+    }
+}
+
+void ThreatsTableView::showToolTip(const QModelIndex& index, const QPoint& globalPosition) {
     const CellView* cell = index.isValid() ? visibleCell(index.row(), index.column()) : nullptr;
     if (cell == nullptr) {
         QToolTip::hideText();

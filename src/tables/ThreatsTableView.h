@@ -13,6 +13,10 @@
 #include <memory>
 #include <span>
 
+QT_BEGIN_NAMESPACE
+class QGestureEvent;
+QT_END_NAMESPACE
+
 namespace korvale {
 
 class CustHeaderView;
@@ -37,7 +41,7 @@ public:
     void setColumns(std::span<const TableColumn> columns);
     [[nodiscard]] std::span<const TableColumn> columns() const { return m_columns; }
     [[nodiscard]] CustHeaderView& header() const { return *m_header; }
-    /// The quiet line in the middle while there are no rows.
+    /// The quiet line in the middle while there are no rows, for screen readers too.
     void setPlaceholder(const QString& text);
     void setAllowsMultipleSelection(bool allowed);
     /// Who gets the keys that the view has no use for; nullptr for nobody. Not owned.
@@ -54,6 +58,9 @@ public:
 
     [[nodiscard]] TableDataSource* dataSource() const { return m_source; }
 
+    /// Shows what else there is to say of the current cell, beside it; nothing without one.
+    void showCurrentToolTip();
+
     /// A cell out of sight with that identifier, to be used again; nullptr when there is none.
     [[nodiscard]] std::unique_ptr<CellView> makeView(QLatin1String identifier);
     /// The cell as it is in sight now; nullptr when it is not.
@@ -68,6 +75,8 @@ public:
     [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
     [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    /// Letters search nothing: that would ask for the texts of all rows.
+    void keyboardSearch(const QString& /*search*/) override {}
     void doItemsLayout() override;
 
 protected:
@@ -96,9 +105,13 @@ private:
     void measureRows();
     void prepareCells();
     void recycleAll();
+    void describe();
     void paintRow(QPainter& painter, int row, const QRect& dirty);
     void paintPlaceholder(QPainter& painter);
-    void showToolTip(const QPoint& globalPosition, const QPoint& position);
+    void scrollToColumn(int column);
+    void updateFocus();
+    void showToolTip(const QModelIndex& index, const QPoint& globalPosition);
+    bool gestureEvent(QGestureEvent& event);
 
     std::span<const TableColumn> m_columns;
     SortDescriptors m_sortDescriptors;
