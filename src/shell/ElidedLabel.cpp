@@ -1,6 +1,7 @@
 #include "shell/ElidedLabel.h"
 
 #include "platform/SafeText.h"
+#include "tables/WindowLook.h"
 
 #include <QPainter>
 #include <QStyle>
@@ -20,10 +21,11 @@ QSize ElidedLabel::minimumSizeHint() const {
 }
 
 void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
-    if (text().isEmpty()) {
-        return;
-    }
     QPainter painter(this);
+    if (hasFocus()) {
+        painter.setPen(QPen(palette().color(QPalette::Highlight), look::focusRingWidth));
+        painter.drawRect(rect().adjusted(1, 1, -1, -1));
+    }
     const QRect place = contentsRect();
     const QString shown =
         fontMetrics().elidedText(singleLineText(text()), Qt::ElideMiddle, place.width());

@@ -4,6 +4,7 @@
 #include "shell/MenuLabel.h"
 #include "shell/PlainToolTip.h"
 #include "shell/TabBarStyle.h"
+#include "shell/ToolTipReach.h"
 #include "shell/WindowMemory.h"
 #include "tables/CustHeaderView.h"
 #include "tables/EventsTable.h"
@@ -15,10 +16,12 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
 #include <QTabBar>
+#include <QWindow>
 
 namespace korvale {
 namespace {
@@ -95,6 +98,11 @@ void MainWindow::attachTables(const TableControllers& tables) {
 void MainWindow::setupToolbar() {
     m_ui->appIcon->setImageSize({look::appIconSide, look::appIconSide});
     m_ui->appIcon->setAccessibleName(localizedText("HPS_ProtectionState"));
+    for (QWidget* described :
+         {static_cast<QWidget*>(m_ui->appIcon), static_cast<QWidget*>(m_ui->deviceName),
+          static_cast<QWidget*>(m_ui->bottomStatusLbl)}) {
+        new ToolTipReach(*described);
+    }
     m_ui->logoImage->setImageSize({look::logoWidth, look::logoHeight});
     m_ui->logoImage->setClickable(true);
     m_ui->logoImage->setAccessibleName(localizedText("HPS_Logo"));
@@ -247,7 +255,36 @@ void MainWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange) {
         setupFonts();
     }
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
+        // A Wayland desktop does not say that it has minimised the window. It asks for no further
+        // picture then, which shows when one is offered.
+        update();
+    }
     QWidget::changeEvent(event);
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == windowHandle() && event->type() == QEvent::Expose) {
+        m_isDrawn = windowHandle()->isExposed();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    // The usual key for the tooltip of what has the focus; tables show that of a cell.
+    QWidget* focus = focusWidget();
+    if (focus != nullptr && event->key() == Qt::Key_F1 &&
+        event->modifiers() == Qt::ControlModifier) {
+        ToolTipReach::show(*focus);
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    m_isDrawn = true;
+    windowHandle()->installEventFilter(this);
+    QWidget::showEvent(event);
 }
 
 void MainWindow::hideEvent(QHideEvent* event) {

@@ -48,8 +48,9 @@ public:
     /// The menu behind the toolbar's button; nullptr: no button. Not owned.
     void setStatusMenu(QMenu* menu);
 
-    /// True while the window is shown and not minimised.
-    [[nodiscard]] bool isOnScreen() const { return isVisible() && !isMinimized(); }
+    /// True while the window is shown, not minimised, and drawn: the last is how a desktop tells
+    /// that hides a window without a word.
+    [[nodiscard]] bool isOnScreen() const { return isVisible() && !isMinimized() && m_isDrawn; }
 
 Q_SIGNALS:
     void tabSelected(korvale::TabIdentifier tab);
@@ -57,6 +58,9 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
@@ -80,6 +84,7 @@ private:
     WindowMemory& m_memory;
     TabBarStyle* m_tabBarStyle = nullptr;
     bool m_dark = false;
+    bool m_isDrawn = true; ///< as the desktop said last
 };
 
 } // namespace korvale

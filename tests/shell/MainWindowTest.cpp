@@ -9,6 +9,7 @@
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 
 namespace korvale {
 namespace {
@@ -230,6 +231,70 @@ TEST_F(MainWindowTest, TabReachesTabsTableMenuAndLogo) {
     EXPECT_TRUE(reached.contains(QStringLiteral("menuButton")));
     EXPECT_TRUE(reached.contains(QStringLiteral("logoImage")));
     EXPECT_TRUE(reached.contains(tabView().tabBar()->objectName()));
+}
+
+TEST_F(MainWindowTest, TheFocusShowsAfterAKeyChangedTheTab) {
+    shownWindow();
+    part<QWidget>("fileThreatsTable").setFocus(Qt::MouseFocusReason);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
+    auto& table = part<QWidget>("processThreatsTable");
+    QWidget* focus = QApplication::focusWidget();
+    ASSERT_TRUE(focus == &table || table.isAncestorOf(focus)); // the table or its titles
+    const QImage with = table.grab().toImage();
+    tabView().tabBar()->setFocus();
+    EXPECT_NE(table.grab().toImage(), with);
+}
+
+struct Described {
+    const char* name;
+    QString said;
+};
+
+/// Parts that are only looked at, and what their tooltips say.
+class ToolTipReachTest : public MainWindowTest {
+protected:
+    void SetUp() override {
+        statusItem.setIconDispColor(IconColor::Green);
+        state.customName = QStringLiteral("<i>ada");
+        statusLine.updateStatusMessage(StatusState::NoNetwork);
+        shownWindow();
+        controller().showDeviceName();
+    }
+    void TearDown() override { QToolTip::hideText(); }
+    const Described parts[3] = {{"appIcon", QStringLiteral("ada: Safe")},
+                                {"deviceName", QStringLiteral("ada")},
+                                {"bottomStatusLbl", QStringLiteral("NoNetwork")}};
+};
+
+TEST_F(ToolTipReachTest, TabShowsThem) {
+    for (const Described& of : parts) {
+        auto& widget = part<QWidget>(of.name);
+        ASSERT_NE(widget.focusPolicy() & Qt::TabFocus, 0) << of.name;
+        tabView().tabBar()->setFocus();
+        const QImage without = widget.grab().toImage();
+        widget.setFocus(Qt::TabFocusReason);
+        EXPECT_TRUE(QToolTip::text().contains(of.said)) << of.name;
+        EXPECT_NE(widget.grab().toImage(), without) << of.name; // and where the focus is
+    }
+}
+
+TEST_F(ToolTipReachTest, AClickShowsThem) {
+    for (const Described& of : parts) {
+        QTest::mouseClick(&part<QWidget>(of.name), Qt::LeftButton);
+        EXPECT_TRUE(QToolTip::text().contains(of.said)) << of.name;
+    }
+}
+
+TEST_F(ToolTipReachTest, WithoutOneTabPassesBy) {
+    statusLine.updateStatusMessage(StatusState::UpdaterMessage); // which there is none of
+    EXPECT_EQ(part<QWidget>("bottomStatusLbl").focusPolicy(), Qt::NoFocus);
+}
+
+TEST_F(ToolTipReachTest, AKeyShowsThatOfWhatHasTheFocus) {
+    auto& logo = part<QWidget>("logoImage");
+    logo.setFocus();
+    QTest::keyClick(&logo, Qt::Key_F1, Qt::ControlModifier);
+    EXPECT_TRUE(QToolTip::text().contains(u"HPS_LogoToolTip"));
 }
 
 TEST_F(MainWindowTest, LongAndHostileTextsNeitherWidenNorMisleadTheWindow) {
