@@ -84,7 +84,7 @@
         <translation>Beenden</translation>
     </message>
     <message id="FoundTooltip">
-        <translation>Anzahl der Orte, an denen diese Datei gefunden wurde</translation>
+        <translation>Anzahl der Funde</translation>
     </message>
     <message id="FullAccess">
         <translation>Vollzugriff</translation>
@@ -134,6 +134,9 @@
     <message id="HPS_Credits">
         <translation>Angaben zur Richtlinie</translation>
     </message>
+    <message id="HPS_EmptyAgentAway">
+        <translation>Der Schutzagent läuft nicht. Ob etwas gefunden wurde, ist daher nicht bekannt.</translation>
+    </message>
     <message id="HPS_EmptyDevices">
         <translation>Hier erscheinen Aktivitäten externer Geräte.</translation>
     </message>
@@ -143,8 +146,14 @@
     <message id="HPS_EmptyExploits">
         <translation>Es wurden keine Exploit-Versuche gefunden.</translation>
     </message>
+    <message id="HPS_EmptyNotRead">
+        <translation>Der Agent hat noch nichts gemeldet. Ob etwas gefunden wurde, ist daher nicht bekannt.</translation>
+    </message>
     <message id="HPS_EmptyThreats">
         <translation>Es wurden keine Bedrohungen gefunden.</translation>
+    </message>
+    <message id="HPS_EmptyUnreadable">
+        <translation>Der Bericht des Agenten ist nicht lesbar. Ob etwas gefunden wurde, ist daher nicht bekannt.</translation>
     </message>
     <message id="HPS_Events">
         <translation>Ereignisse</translation>
@@ -154,6 +163,9 @@
     </message>
     <message id="HPS_ExternalDevices">
         <translation>Externe Geräte</translation>
+    </message>
+    <message id="HPS_HeaderHint">
+        <translation>Die Leertaste sortiert nach dieser Spalte.</translation>
     </message>
     <message id="HPS_Logo">
         <translation>Korvale-Logo</translation>
@@ -173,11 +185,17 @@
     <message id="HPS_Quarantined">
         <translation>In Quarantäne:</translation>
     </message>
+    <message id="HPS_SortedAscending">
+        <translation>aufsteigend sortiert</translation>
+    </message>
+    <message id="HPS_SortedDescending">
+        <translation>absteigend sortiert</translation>
+    </message>
     <message id="HPS_StatusLine">
         <translation>Status des Agenten</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Strg+C kopiert die ausgewählten Zeilen.</translation>
+        <translation>Strg+C kopiert die ausgewählten Zeilen. Strg+F1 sagt mehr über eine Zelle.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Funde</translation>

@@ -84,7 +84,7 @@
         <translation>Quit</translation>
     </message>
     <message id="FoundTooltip">
-        <translation>Number of places where this file was found</translation>
+        <translation>Number of times this was found</translation>
     </message>
     <message id="FullAccess">
         <translation>Full access</translation>
@@ -134,6 +134,9 @@
     <message id="HPS_Credits">
         <translation>Details about the policy</translation>
     </message>
+    <message id="HPS_EmptyAgentAway">
+        <translation>The protection agent is not running, so it is not known whether anything was found.</translation>
+    </message>
     <message id="HPS_EmptyDevices">
         <translation>Activity of external devices appears here.</translation>
     </message>
@@ -143,8 +146,14 @@
     <message id="HPS_EmptyExploits">
         <translation>No exploit attempts have been found.</translation>
     </message>
+    <message id="HPS_EmptyNotRead">
+        <translation>The agent has not reported yet, so it is not known whether anything was found.</translation>
+    </message>
     <message id="HPS_EmptyThreats">
         <translation>No threats have been found.</translation>
+    </message>
+    <message id="HPS_EmptyUnreadable">
+        <translation>The agent’s report cannot be read, so it is not known whether anything was found.</translation>
     </message>
     <message id="HPS_Events">
         <translation>Events</translation>
@@ -154,6 +163,9 @@
     </message>
     <message id="HPS_ExternalDevices">
         <translation>External Devices</translation>
+    </message>
+    <message id="HPS_HeaderHint">
+        <translation>Space sorts by this column.</translation>
     </message>
     <message id="HPS_Logo">
         <translation>Korvale logo</translation>
@@ -173,11 +185,17 @@
     <message id="HPS_Quarantined">
         <translation>Quarantined:</translation>
     </message>
+    <message id="HPS_SortedAscending">
+        <translation>sorted ascending</translation>
+    </message>
+    <message id="HPS_SortedDescending">
+        <translation>sorted descending</translation>
+    </message>
     <message id="HPS_StatusLine">
         <translation>Agent status</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C copies the selected rows.</translation>
+        <translation>Ctrl+C copies the selected rows. Ctrl+F1 tells more about a cell.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Findings</translation>

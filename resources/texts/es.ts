@@ -84,7 +84,7 @@
         <translation>Salir</translation>
     </message>
     <message id="FoundTooltip">
-        <translation>Número de lugares donde se encontró este archivo</translation>
+        <translation>Número de veces que se encontró</translation>
     </message>
     <message id="FullAccess">
         <translation>Acceso total</translation>
@@ -134,6 +134,9 @@
     <message id="HPS_Credits">
         <translation>Detalles de la directiva</translation>
     </message>
+    <message id="HPS_EmptyAgentAway">
+        <translation>El agente de protección no se está ejecutando, por lo que no se sabe si se ha encontrado algo.</translation>
+    </message>
     <message id="HPS_EmptyDevices">
         <translation>Aquí aparecerá la actividad de los dispositivos externos.</translation>
     </message>
@@ -143,8 +146,14 @@
     <message id="HPS_EmptyExploits">
         <translation>No se ha detectado ningún intento de explotación.</translation>
     </message>
+    <message id="HPS_EmptyNotRead">
+        <translation>El agente aún no ha informado, por lo que no se sabe si se ha encontrado algo.</translation>
+    </message>
     <message id="HPS_EmptyThreats">
         <translation>No se ha encontrado ninguna amenaza.</translation>
+    </message>
+    <message id="HPS_EmptyUnreadable">
+        <translation>No se puede leer el informe del agente, por lo que no se sabe si se ha encontrado algo.</translation>
     </message>
     <message id="HPS_Events">
         <translation>Eventos</translation>
@@ -154,6 +163,9 @@
     </message>
     <message id="HPS_ExternalDevices">
         <translation>Dispositivos externos</translation>
+    </message>
+    <message id="HPS_HeaderHint">
+        <translation>La barra espaciadora ordena por esta columna.</translation>
     </message>
     <message id="HPS_Logo">
         <translation>Logotipo de Korvale</translation>
@@ -173,11 +185,17 @@
     <message id="HPS_Quarantined">
         <translation>En cuarentena:</translation>
     </message>
+    <message id="HPS_SortedAscending">
+        <translation>orden ascendente</translation>
+    </message>
+    <message id="HPS_SortedDescending">
+        <translation>orden descendente</translation>
+    </message>
     <message id="HPS_StatusLine">
         <translation>Estado del agente</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C copia las filas seleccionadas.</translation>
+        <translation>Ctrl+C copia las filas seleccionadas. Ctrl+F1 da más información sobre una celda.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Hallazgos</translation>

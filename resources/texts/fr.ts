@@ -84,7 +84,7 @@
         <translation>Quitter</translation>
     </message>
     <message id="FoundTooltip">
-        <translation>Nombre d’emplacements où ce fichier a été trouvé</translation>
+        <translation>Nombre de détections</translation>
     </message>
     <message id="FullAccess">
         <translation>Accès complet</translation>
@@ -134,6 +134,9 @@
     <message id="HPS_Credits">
         <translation>Détails de la stratégie</translation>
     </message>
+    <message id="HPS_EmptyAgentAway">
+        <translation>L’agent de protection n’est pas en cours d’exécution : on ne sait donc pas si quelque chose a été détecté.</translation>
+    </message>
     <message id="HPS_EmptyDevices">
         <translation>L’activité des périphériques externes apparaîtra ici.</translation>
     </message>
@@ -143,8 +146,14 @@
     <message id="HPS_EmptyExploits">
         <translation>Aucune tentative d’exploitation n’a été détectée.</translation>
     </message>
+    <message id="HPS_EmptyNotRead">
+        <translation>L’agent n’a encore rien communiqué : on ne sait donc pas si quelque chose a été détecté.</translation>
+    </message>
     <message id="HPS_EmptyThreats">
         <translation>Aucune menace n’a été détectée.</translation>
+    </message>
+    <message id="HPS_EmptyUnreadable">
+        <translation>Le rapport de l’agent est illisible : on ne sait donc pas si quelque chose a été détecté.</translation>
     </message>
     <message id="HPS_Events">
         <translation>Événements</translation>
@@ -154,6 +163,9 @@
     </message>
     <message id="HPS_ExternalDevices">
         <translation>Périphériques externes</translation>
+    </message>
+    <message id="HPS_HeaderHint">
+        <translation>La barre d’espace trie selon cette colonne.</translation>
     </message>
     <message id="HPS_Logo">
         <translation>Logo Korvale</translation>
@@ -173,11 +185,17 @@
     <message id="HPS_Quarantined">
         <translation>En quarantaine :</translation>
     </message>
+    <message id="HPS_SortedAscending">
+        <translation>tri croissant</translation>
+    </message>
+    <message id="HPS_SortedDescending">
+        <translation>tri décroissant</translation>
+    </message>
     <message id="HPS_StatusLine">
         <translation>État de l’agent</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C copie les lignes sélectionnées.</translation>
+        <translation>Ctrl+C copie les lignes sélectionnées. Ctrl+F1 en dit plus sur une cellule.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Résultats</translation>

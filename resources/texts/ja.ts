@@ -84,7 +84,7 @@
         <translation>終了</translation>
     </message>
     <message id="FoundTooltip">
-        <translation>このファイルが見つかった場所の数</translation>
+        <translation>検出された回数</translation>
     </message>
     <message id="FullAccess">
         <translation>フルアクセス</translation>
@@ -134,6 +134,9 @@
     <message id="HPS_Credits">
         <translation>ポリシーの詳細</translation>
     </message>
+    <message id="HPS_EmptyAgentAway">
+        <translation>保護エージェントが実行されていないため、何か見つかったかどうかは不明です。</translation>
+    </message>
     <message id="HPS_EmptyDevices">
         <translation>外部デバイスの動作がここに表示されます。</translation>
     </message>
@@ -143,8 +146,14 @@
     <message id="HPS_EmptyExploits">
         <translation>エクスプロイトの試みは見つかっていません。</translation>
     </message>
+    <message id="HPS_EmptyNotRead">
+        <translation>エージェントからまだ報告がないため、何か見つかったかどうかは不明です。</translation>
+    </message>
     <message id="HPS_EmptyThreats">
         <translation>脅威は見つかっていません。</translation>
+    </message>
+    <message id="HPS_EmptyUnreadable">
+        <translation>エージェントの報告を読み取れないため、何か見つかったかどうかは不明です。</translation>
     </message>
     <message id="HPS_Events">
         <translation>イベント</translation>
@@ -154,6 +163,9 @@
     </message>
     <message id="HPS_ExternalDevices">
         <translation>外部デバイス</translation>
+    </message>
+    <message id="HPS_HeaderHint">
+        <translation>スペースキーでこの列を基準に並べ替えます。</translation>
     </message>
     <message id="HPS_Logo">
         <translation>Korvale のロゴ</translation>
@@ -173,11 +185,17 @@
     <message id="HPS_Quarantined">
         <translation>隔離済み:</translation>
     </message>
+    <message id="HPS_SortedAscending">
+        <translation>昇順</translation>
+    </message>
+    <message id="HPS_SortedDescending">
+        <translation>降順</translation>
+    </message>
     <message id="HPS_StatusLine">
         <translation>エージェントの状態</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C で選択した行をコピーします。</translation>
+        <translation>Ctrl+C で選択した行をコピーします。Ctrl+F1 でセルの詳細を表示します。</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>検出結果</translation>

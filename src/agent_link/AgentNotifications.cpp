@@ -111,6 +111,7 @@ void AgentNotifications::onSignal(const QDBusMessage& message) {
 
 void AgentNotifications::HandleAgentNotification(std::uint32_t code) {
     m_parts.state.lastAgentReportTime = m_parts.clock.now();
+    m_parts.state.agentIsAway = false;
     act(static_cast<AgentNotification>(code));
 }
 
@@ -160,6 +161,7 @@ void AgentNotifications::agentStopped() {
     m_parts.state.quillmarConnected = false;
     m_parts.state.driverConnected = true; // no driver warning for an agent that is not there
     m_parts.state.statusState = StatusState::NotRunning;
+    m_parts.state.agentIsAway = true;
     m_parts.status.updateStatusMessage(StatusState::NotRunning);
     m_parts.icon.setIconDispColor(IconColor::Yellow);
 }

@@ -38,6 +38,7 @@ void StatusPoll::timerFired() {
         return; // everything else waits for the next tick
     }
     if (secondsSince(m_state.lastAgentReportTime, now) >= agentSilenceLimit) {
+        m_state.agentIsAway = true;
         m_parts.status.updateStatusMessage(StatusState::NotRunning);
     }
     if (secondsSince(m_lastQueryTime, now) >= queryPeriod) {

@@ -17,6 +17,17 @@ constexpr std::uint32_t externalDevices = 2048;
 
 constexpr std::int64_t scannerIdle = 1;
 
+ListNews newsOf(ListState state) {
+    switch (state) {
+    case ListState::Absent:
+        return ListNews::NotRead;
+    case ListState::Unreadable:
+        return ListNews::Unreadable;
+    default:
+        return ListNews::Read;
+    }
+}
+
 } // namespace
 
 AggregatedMessages::AggregatedMessages(AppState& state, HostCache& hostCache,
@@ -37,7 +48,12 @@ AggregatedMessages::AggregatedMessages(AppState& state, HostCache& hostCache,
       m_devices(state, tables.externalDevicesTableCtrl) {}
 
 void AggregatedMessages::parseTimerAggregatedMessage() {
-    if (const auto header = m_hostCache.readFile(QStringLiteral("header.log"))) {
+    bool isUnreadable = false;
+    const auto header = m_hostCache.readFile(QStringLiteral("header.log"), isUnreadable);
+    m_state.header = header         ? ListNews::Read
+                     : isUnreadable ? ListNews::Unreadable
+                                    : ListNews::NotRead;
+    if (header) {
         // The files are read one by one: gathering them all first would decide nothing.
         readMaskedFiles(unsigned32Value((*header)["MessageMask"]));
     }
@@ -72,6 +88,7 @@ void AggregatedMessages::readMaskedFiles(std::uint32_t mask) {
 void AggregatedMessages::readFileStates() {
     ListRead read =
         m_hostCache.readList(QStringLiteral("file_states.log"), m_remembered.lastFileStateCRC);
+    m_state.fileThreats = newsOf(read.state);
     switch (read.state) {
     case ListState::Unchanged:
         m_remembered.lastFileStateCRC = read.checksum;
@@ -84,6 +101,7 @@ void AggregatedMessages::readFileStates() {
         m_fileStates.parseFileStateChanges(read.list);
         break;
     case ListState::Absent: // unlike the other lists: the table empties, on every pass anew
+    case ListState::Unreadable:
         m_fileStates.parseFileStateChanges(std::nullopt);
         break;
     }
@@ -107,21 +125,23 @@ void AggregatedMessages::readAnalysisCount() {
 void AggregatedMessages::readExternalDevices() {
     // One checksum for devices and processes, on purpose: where both are read, each is compared
     // with the other, and both are parsed each time.
-    if (const auto list =
-            changedList("external_device_control_events.log", m_remembered.lastProcessStateCRC)) {
+    if (const auto list = changedList("external_device_control_events.log",
+                                      m_remembered.lastProcessStateCRC, m_state.externalDevices)) {
         m_devices.parseExternalDevicesEvents(list);
         m_tables.externalDevicesTableCtrl.updateView();
     }
 }
 
 void AggregatedMessages::readProcessStates() {
-    if (const auto list = changedList("process_states.log", m_remembered.lastProcessStateCRC)) {
+    if (const auto list = changedList("process_states.log", m_remembered.lastProcessStateCRC,
+                                      m_state.processThreats)) {
         m_processStates.parseProcessStateChanges(list);
         m_tables.memExploitTableCtrl.updateView();
     }
 }
 
 void AggregatedMessages::readEvents() {
+    m_state.events = newsOf(m_eventList.state());
     if (const auto list = m_eventList.takeChanged()) {
         if (m_events.parseFileProcessEvents(list)) {
             m_tables.eventsTableCtrl.updateView();
@@ -131,8 +151,10 @@ void AggregatedMessages::readEvents() {
 
 /// The list, when it has members and is not the one that `last` was remembered of. Comparing cannot
 /// fail, so there is no failure to log.
-std::optional<JsonValue> AggregatedMessages::changedList(const char* name, ListChecksum& last) {
+std::optional<JsonValue> AggregatedMessages::changedList(const char* name, ListChecksum& last,
+                                                         ListNews& news) {
     ListRead read = m_hostCache.readList(QString::fromLatin1(name), last);
+    news = newsOf(read.state);
     if (read.state == ListState::Unchanged || read.state == ListState::Changed) {
         last = read.checksum;
     }

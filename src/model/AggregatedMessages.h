@@ -40,7 +40,7 @@ private:
     void readExternalDevices();
     void readProcessStates();
     void readEvents();
-    std::optional<JsonValue> changedList(const char* name, ListChecksum& last);
+    std::optional<JsonValue> changedList(const char* name, ListChecksum& last, ListNews& news);
 
     AppState& m_state;
     HostCache& m_hostCache;

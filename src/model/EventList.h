@@ -19,6 +19,9 @@ public:
     EventList(HostCache& hostCache, RememberedLists& remembered)
         : m_hostCache(hostCache), m_remembered(remembered) {}
 
+    /// How it was found.
+    [[nodiscard]] ListState state() { return read().state; }
+
     /// Name of the exploit type of the first record; empty when there is none.
     [[nodiscard]] QString firstExploitTypeName();
 

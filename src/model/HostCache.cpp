@@ -57,6 +57,16 @@ std::optional<JsonValue> HostCache::readFile(const QString& name) {
     return document ? std::optional(JsonValue(std::move(document), 0)) : std::nullopt;
 }
 
+std::optional<JsonValue> HostCache::readFile(const QString& name, bool& isUnreadable) {
+    const QString path = pathOf(name);
+    auto content = readFile(name);
+    if (content) {
+        m_unreadable.wasRead(path);
+    }
+    isUnreadable = !content && m_unreadable.couldNotBeRead(path);
+    return content;
+}
+
 std::map<QString, JsonValue> HostCache::getLatest(std::uint32_t mask) {
     std::map<QString, JsonValue> latest;
     for (const MaskedFile& file : maskedFiles) {
@@ -71,7 +81,14 @@ std::map<QString, JsonValue> HostCache::getLatest(std::uint32_t mask) {
 }
 
 ListRead HostCache::readList(const QString& name, const ListChecksum& last) {
-    return readListFile(pathOf(name), last, m_parser);
+    const QString path = pathOf(name);
+    ListRead read = readListFile(path, last, m_parser);
+    if (read.state != ListState::Absent) {
+        m_unreadable.wasRead(path);
+    } else if (m_unreadable.couldNotBeRead(path)) {
+        read.state = ListState::Unreadable;
+    }
+    return read;
 }
 
 bool HostCache::isCurrentUserNotificationOn() const {

@@ -3,6 +3,7 @@
 #include "model/JsonParser.h"
 #include "model/JsonValue.h"
 #include "model/ListFile.h"
+#include "model/UnreadableFiles.h"
 #include "platform/UserDefaults.h"
 
 #include <QString>
@@ -28,7 +29,12 @@ public:
     /// The present files among those that the message mask names, under their keys.
     [[nodiscard]] std::map<QString, JsonValue> getLatest(std::uint32_t mask);
 
-    /// The list `name`, compared with the one that `last` was remembered of.
+    /// As readFile, but a file that is there and cannot be read is a WARN line, once a change of
+    /// it; `isUnreadable` says which it is when there is no value.
+    [[nodiscard]] std::optional<JsonValue> readFile(const QString& name, bool& isUnreadable);
+
+    /// The list `name`, compared with the one that `last` was remembered of. One that is there and
+    /// cannot be read is Unreadable, and a WARN line once a change of it.
     [[nodiscard]] ListRead readList(const QString& name, const ListChecksum& last);
 
     /// Notifications are on only when the user has chosen so; else the policy decides.
@@ -44,6 +50,7 @@ private:
     UserDefaults& m_defaults;
     QString m_folder;
     JsonParser m_parser;
+    UnreadableFiles m_unreadable;
 };
 
 } // namespace korvale

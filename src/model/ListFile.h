@@ -9,9 +9,10 @@
 namespace korvale {
 
 enum class ListState {
-    Absent,    ///< missing, no regular file, too large or not valid JSON
-    Empty,     ///< an object or list without members
-    Unchanged, ///< the members and values that the remembered checksum stands for
+    Absent,     ///< missing, no regular file, too large or not valid JSON
+    Unreadable, ///< all but missing, where a caller tells them apart
+    Empty,      ///< an object or list without members
+    Unchanged,  ///< the members and values that the remembered checksum stands for
     Changed,
 };
 

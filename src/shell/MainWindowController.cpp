@@ -11,6 +11,10 @@
 #include "shell/StatusLine.h"
 #include "shell/TabLabels.h"
 #include "shell/WindowActivation.h"
+#include "tables/EventsTable.h"
+#include "tables/ExternalDevicesTable.h"
+#include "tables/FileThreatsTable.h"
+#include "tables/ProcessThreatsTable.h"
 #include "tables/WindowLook.h"
 
 #include <QGuiApplication>
@@ -21,6 +25,20 @@
 #include <utility>
 
 namespace korvale {
+namespace {
+
+EmptyReason emptyReason(const AppState& state, ListNews list) {
+    // Without the header no change of a list is learnt of.
+    if (state.header == ListNews::Unreadable || list == ListNews::Unreadable) {
+        return EmptyReason::Unreadable;
+    }
+    if (state.agentIsAway) {
+        return EmptyReason::AgentAway;
+    }
+    return list == ListNews::NotRead ? EmptyReason::NotRead : EmptyReason::NothingFound;
+}
+
+} // namespace
 
 MainWindowController::MainWindowController(MainWindowContext context, QObject* parent)
     : QObject(parent), m_context(std::move(context)), m_memory(m_context.placementFile) {
@@ -68,6 +86,7 @@ void MainWindowController::buildWindow() {
 
 void MainWindowController::updateDisplay() {
     showTabLabels();
+    showWhyTablesAreEmpty();
     updateCounters(m_context.state.activeTabIndex);
     const AppState& state = m_context.state;
     if (state.curIconDispColor != IconColor::Yellow) {
@@ -114,7 +133,17 @@ void MainWindowController::showTitleBarImage() {
                                m_context.statusItem.toolTip());
 }
 
+void MainWindowController::showWhyTablesAreEmpty() {
+    const AppState& state = m_context.state;
+    const TableControllers& tables = m_context.tables;
+    tables.fileThreatsTableCtrl.setEmptyReason(emptyReason(state, state.fileThreats));
+    tables.memExploitTableCtrl.setEmptyReason(emptyReason(state, state.processThreats));
+    tables.eventsTableCtrl.setEmptyReason(emptyReason(state, state.events));
+    tables.externalDevicesTableCtrl.setEmptyReason(emptyReason(state, state.externalDevices));
+}
+
 void MainWindowController::showStatusMessage() {
+    showWhyTablesAreEmpty(); // the agent may have come or gone
     m_window->setStatusMessage(m_context.statusLine.text(), m_context.statusLine.toolTip());
 }
 
@@ -155,8 +184,8 @@ void MainWindowController::dressStatusMenu() {
 void MainWindowController::focusWindowChanged(QWindow* focusWindow) {
     if (focusWindow == nullptr) {
         appWindowResignMain();
-    } else if (focusWindow->type() == Qt::Window || focusWindow->type() == Qt::Dialog) {
-        appWindowBecameMain(); // menus and tooltips never are the main window
+    } else if (m_window && focusWindow == m_window->windowHandle()) {
+        appWindowBecameMain(); // no other window shows what the agent has found
     }
 }
 

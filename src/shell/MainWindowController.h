@@ -67,6 +67,9 @@ public:
     /// Gives the status menu the looks of the desktop's appearance, where the toolkit draws it.
     void dressStatusMenu();
 
+    /// Lets empty tables say what is known: that nothing was found, or why that is not known.
+    void showWhyTablesAreEmpty();
+
     /// Shows the device's present name.
     void showDeviceName() override;
 

@@ -29,7 +29,7 @@ enum class CopyModifiers : std::uint8_t {
 /// All facts of one table.
 struct TableDescription {
     const char* nameKey;  ///< accessible name
-    const char* emptyKey; ///< the quiet line of an empty table
+    const char* emptyKey; ///< the quiet line of a table that is known to be empty
     std::span<const TableColumn> columns;
     QStringView copyHeader;             ///< first line of a copied text, with its line feed
     std::span<const RowKey> copyFields; ///< values of a copied line, in order

@@ -51,10 +51,30 @@ void ThreatsTableController::awakeFromNib() {
     view.setShowGrid(false); // no space between cells
     view.setNextResponder(this);
     view.setAccessibleName(localizedText(m_description.nameKey));
-    view.setPlaceholder(localizedText(m_description.emptyKey));
+    view.setPlaceholder(emptyText());
     view.setDataSource(this);
     // The list exists, empty, since construction: rows that came before the window show now.
     updateView();
+}
+
+void ThreatsTableController::setEmptyReason(EmptyReason reason) {
+    m_emptyReason = reason;
+    if (m_tableView != nullptr) {
+        m_tableView->setPlaceholder(emptyText());
+    }
+}
+
+QString ThreatsTableController::emptyText() const {
+    switch (m_emptyReason) {
+    case EmptyReason::NotRead:
+        return localizedText("HPS_EmptyNotRead");
+    case EmptyReason::Unreadable:
+        return localizedText("HPS_EmptyUnreadable");
+    case EmptyReason::AgentAway:
+        return localizedText("HPS_EmptyAgentAway");
+    default:
+        return localizedText(m_description.emptyKey);
+    }
 }
 
 void ThreatsTableController::loadData(RowBatchPtr rows) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/TableFeeds.h"
+#include "tables/EmptyReason.h"
 #include "tables/RememberedSelections.h"
 #include "tables/RowList.h"
 #include "tables/TableDataSource.h"
@@ -38,6 +39,9 @@ public:
     /// Reloads the view, if there is one yet, and lets it select several rows.
     void updateView() override;
 
+    /// What the table says while it has no rows; NotRead at first.
+    void setEmptyReason(EmptyReason reason);
+
     [[nodiscard]] const RowList& currentRows() const { return m_currentRows; }
     /// Not used by any operation; part of the class's interface. Not owned.
     [[nodiscard]] const RowList* rowsObjects() const { return m_rowsObjects; }
@@ -73,12 +77,14 @@ protected:
 
 private:
     [[nodiscard]] const TableColumn* column(QLatin1String identifier) const;
+    [[nodiscard]] QString emptyText() const;
 
     const TableDescription& m_description;
     RememberedSelections& m_selections;
     RowList m_currentRows;
     const RowList* m_rowsObjects = nullptr;
     QPointer<ThreatsTableView> m_tableView;
+    EmptyReason m_emptyReason = EmptyReason::NotRead;
 };
 
 } // namespace korvale

@@ -88,6 +88,16 @@ TEST_F(AgentNotificationsTest, AgentStoppedForgetsItsConnections) {
     EXPECT_EQ(state.statusState, StatusState::NotRunning);
 }
 
+TEST_F(AgentNotificationsTest, AnAgentThatReportsIsThereUntilItStops) {
+    EXPECT_TRUE(state.agentIsAway);
+    shownBy(AgentNotification::HalyxConnected);
+    EXPECT_FALSE(state.agentIsAway);
+    shownBy(AgentNotification::AgentStopped);
+    EXPECT_TRUE(state.agentIsAway);
+    shownBy(AgentNotification::AgentStarted);
+    EXPECT_FALSE(state.agentIsAway);
+}
+
 TEST_F(AgentNotificationsTest, StoppedThenRunningIsYellow) {
     state.halyxConnected = true;
     state.curIconDispColor = IconColor::Green;

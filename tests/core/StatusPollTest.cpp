@@ -178,6 +178,14 @@ TEST_F(StatusPollTest, TheAgentIsSilentAfterThreeHundredSeconds) {
     EXPECT_TRUE(tick(0.1).contains(notRunning));
 }
 
+TEST_F(StatusPollTest, ASilentAgentIsAway) {
+    state.agentIsAway = false;
+    tick(299);
+    EXPECT_FALSE(state.agentIsAway);
+    tick(1);
+    EXPECT_TRUE(state.agentIsAway);
+}
+
 TEST_F(StatusPollTest, SilenceIsRepeatedUntilTheAgentReports) {
     EXPECT_TRUE(tick(300).contains(notRunning));
     state.lastStatusReportTime = clock.seconds;

@@ -8,6 +8,7 @@
 #include "fakes/RecordingTableFeed.h"
 #include "model/HostCache.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -507,6 +508,83 @@ TEST_F(AggregatedMessagesTest, TheEventListIsOpenedOnceABatch) {
     EXPECT_EQ(opened.count(), 2);
     pass(fileStates);
     EXPECT_EQ(opened.count(), 3);
+}
+
+struct NewsCase {
+    const char* name;
+    int bit;
+    ListNews AppState::*news;
+};
+
+constexpr NewsCase newsCases[] = {
+    {"file_states.log", fileStates, &AppState::fileThreats},
+    {"process_states.log", processStates, &AppState::processThreats},
+    {"file_process_events.log", processStates, &AppState::events},
+    {"external_device_control_events.log", devices, &AppState::externalDevices},
+};
+
+TEST_F(AggregatedMessagesTest, AListIsNotReadUnreadableOrReadAsItWasFound) {
+    for (const NewsCase& of : newsCases) {
+        EXPECT_EQ(state.*of.news, ListNews::NotRead) << of.name;
+        pass(of.bit);
+        EXPECT_EQ(state.*of.news, ListNews::NotRead) << of.name;
+        write(of.name, "{\"cut\": ");
+        pass(of.bit);
+        EXPECT_EQ(state.*of.news, ListNews::Unreadable) << of.name;
+        write(of.name, "{}");
+        pass(of.bit);
+        EXPECT_EQ(state.*of.news, ListNews::Read) << of.name;
+        pass(scannerState); // does not look at it
+        EXPECT_EQ(state.*of.news, ListNews::Read) << of.name;
+        remove(of.name);
+        pass(of.bit);
+        EXPECT_EQ(state.*of.news, ListNews::NotRead) << of.name;
+    }
+}
+
+TEST_F(AggregatedMessagesTest, AnUnreadableListIsOneWarningAChange) {
+    for (const NewsCase& of : newsCases) {
+        const std::size_t before = log.lines().size();
+        write(of.name, "{\"cut\": ");
+        pass(of.bit);
+        pass(of.bit);
+        ASSERT_EQ(log.lines().size(), before + 1) << of.name;
+        const std::string line = log.lines().back();
+        EXPECT_THAT(line, testing::StartsWith("WARN \"" + folder.path().toStdString() + "/" +
+                                              of.name + " is there and cannot be read"));
+        write(of.name, "{\"cut again\": ");
+        pass(of.bit);
+        EXPECT_EQ(log.lines().size(), before + 2) << of.name;
+        write(of.name, "{}");
+        pass(of.bit);
+        remove(of.name);
+        pass(of.bit);
+        EXPECT_EQ(log.lines().size(), before + 2) << of.name; // missing is no news
+    }
+}
+
+TEST_F(AggregatedMessagesTest, AFolderOrDanglingLinkInAListsPlaceIsUnreadable) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("file_states.log")));
+    pass(fileStates);
+    EXPECT_EQ(state.fileThreats, ListNews::Unreadable);
+    ASSERT_TRUE(QFile::link(QStringLiteral("/nonexistent/list"),
+                            folder.filePath(QStringLiteral("process_states.log"))));
+    pass(processStates);
+    EXPECT_EQ(state.processThreats, ListNews::Unreadable);
+    EXPECT_EQ(log.lines().size(), 2U);
+}
+
+TEST_F(AggregatedMessagesTest, AnUnreadableHeaderIsKnownAndSaidOnce) {
+    pass();
+    EXPECT_EQ(state.header, ListNews::NotRead);
+    EXPECT_TRUE(log.lines().empty());
+    write("header.log", "{\"MessageMask\":");
+    pass();
+    pass();
+    EXPECT_EQ(state.header, ListNews::Unreadable);
+    EXPECT_EQ(log.lines().size(), 1U);
+    pass(0);
+    EXPECT_EQ(state.header, ListNews::Read);
 }
 
 } // namespace

@@ -246,11 +246,81 @@ TEST_F(MainWindowControllerTest, ABatchIsReadAfterTheEventThatMadeAWindowMain) {
     EXPECT_EQ(batchesRead, 1);
 }
 
-TEST_F(MainWindowControllerTest, ABatchIsReadForAnyWindowOfTheProgram) {
+TEST_F(MainWindowControllerTest, ABatchIsReadForNoOtherWindow) {
+    controller().aboutApp();
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow() != nullptr; }));
+    QApplication::processEvents();
+    EXPECT_EQ(batchesRead, 0);
+    shownWindow();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return batchesRead == 1; }));
     QWidget other;
     other.show();
     other.activateWindow();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return batchesRead == 1; }));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    QApplication::processEvents();
+    EXPECT_EQ(batchesRead, 1);
+}
+
+struct EmptyCase {
+    ListNews header;
+    ListNews list;
+    bool agentIsAway;
+    const char* said;
+};
+
+TEST_F(MainWindowControllerTest, NothingFoundIsSaidOnlyWhenItIsKnown) {
+    shownWindow();
+    constexpr ListNews read = ListNews::Read;
+    const EmptyCase cases[] = {
+        {ListNews::NotRead, ListNews::NotRead, true, "HPS_EmptyAgentAway"},
+        {ListNews::NotRead, ListNews::NotRead, false, "HPS_EmptyNotRead"},
+        {read, read, false, "HPS_EmptyThreats"},
+        {read, read, true, "HPS_EmptyAgentAway"},
+        {read, ListNews::NotRead, false, "HPS_EmptyNotRead"},
+        {read, ListNews::Unreadable, false, "HPS_EmptyUnreadable"},
+        {read, ListNews::Unreadable, true, "HPS_EmptyUnreadable"},
+        {ListNews::Unreadable, read, false, "HPS_EmptyUnreadable"},
+    };
+    for (const EmptyCase& of : cases) {
+        state.header = of.header;
+        state.fileThreats = of.list;
+        state.agentIsAway = of.agentIsAway;
+        controller().updateDisplay();
+        EXPECT_EQ(part<QWidget>("fileThreatsTable").accessibleDescription().toStdString(), of.said);
+    }
+}
+
+TEST_F(MainWindowControllerTest, EachTableSpeaksOfItsOwnList) {
+    shownWindow();
+    state.agentIsAway = false;
+    state.header = ListNews::Read;
+    struct Table {
+        const char* name;
+        ListNews AppState::*news;
+        const char* empty;
+    };
+    for (const Table& of :
+         {Table{"fileThreatsTable", &AppState::fileThreats, "HPS_EmptyThreats"},
+          Table{"processThreatsTable", &AppState::processThreats, "HPS_EmptyExploits"},
+          Table{"eventsTable", &AppState::events, "HPS_EmptyEvents"},
+          Table{"externalDevicesTable", &AppState::externalDevices, "HPS_EmptyDevices"}}) {
+        state.*of.news = ListNews::Unreadable;
+        controller().updateDisplay();
+        EXPECT_EQ(part<QWidget>(of.name).accessibleDescription(), u"HPS_EmptyUnreadable");
+        state.*of.news = ListNews::Read;
+        controller().updateDisplay();
+        EXPECT_EQ(part<QWidget>(of.name).accessibleDescription().toStdString(), of.empty);
+    }
+}
+
+TEST_F(MainWindowControllerTest, AnEmptyTableFollowsTheStatusLine) {
+    state.agentIsAway = false;
+    state.header = state.fileThreats = ListNews::Read;
+    shownWindow();
+    EXPECT_EQ(part<QWidget>("fileThreatsTable").accessibleDescription(), u"HPS_EmptyThreats");
+    state.agentIsAway = true;
+    statusLine.updateStatusMessage(StatusState::NoNetwork);
+    EXPECT_EQ(part<QWidget>("fileThreatsTable").accessibleDescription(), u"HPS_EmptyAgentAway");
 }
 
 TEST_F(MainWindowControllerTest, ResigningTheFocusDoesNothing) {

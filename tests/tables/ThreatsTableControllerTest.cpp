@@ -52,6 +52,28 @@ TEST_F(ThreatsTableControllerTest, AddingNothingDoesNotEvenCap) {
     EXPECT_EQ(events.table.currentRows().size(), 1200U);
 }
 
+TEST_F(ThreatsTableControllerTest, AnEmptyTableSaysThatNothingWasFoundOnlyWhenThatIsKnown) {
+    files.show();
+    const auto said = [this](EmptyReason reason) {
+        files.table.setEmptyReason(reason);
+        return files.view->accessibleDescription();
+    };
+    EXPECT_EQ(files.view->accessibleDescription(), u"HPS_EmptyNotRead"_s); // at first
+    EXPECT_EQ(said(EmptyReason::NothingFound), u"HPS_EmptyThreats"_s);
+    EXPECT_EQ(said(EmptyReason::Unreadable), u"HPS_EmptyUnreadable"_s);
+    EXPECT_EQ(said(EmptyReason::AgentAway), u"HPS_EmptyAgentAway"_s);
+    EXPECT_EQ(said(EmptyReason::NotRead), u"HPS_EmptyNotRead"_s);
+    files.paint();
+    const QImage notRead = files.image;
+    said(EmptyReason::NothingFound);
+    files.paint();
+    EXPECT_NE(files.image, notRead);
+    files.load(numberedRows(1));
+    EXPECT_EQ(said(EmptyReason::Unreadable), u"HPS_TableHint"_s); // the rows speak
+    files.load(nullptr);
+    EXPECT_EQ(files.view->accessibleDescription(), u"HPS_EmptyUnreadable"_s);
+}
+
 TEST_F(ThreatsTableControllerTest, LoadingAnAbsentListEmptiesTheTable) {
     files.show();
     files.load(numberedRows(3));

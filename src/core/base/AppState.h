@@ -29,6 +29,10 @@ enum class TabIdentifier : std::int32_t {
     Events = 4
 };
 
+/// What the agent's list behind a table has told: nothing yet (it is missing), what it holds, or
+/// that it is there and cannot be read.
+enum class ListNews { NotRead, Read, Unreadable };
+
 /// All state of the program that is not inside a table: one instance, owned by AppDelegate, read
 /// and written on the main thread only. Moments are seconds of Clock::now(); "never yet" is no
 /// value.
@@ -37,6 +41,14 @@ struct AppState {
     bool halyxConnected = false;    ///< management console
     bool quillmarConnected = false; ///< cloud analysis
     bool driverConnected = true;    ///< kernel component; no warning until the agent reports one
+
+    // Whether "nothing was found" would be known.
+    bool agentIsAway = true; ///< not on the bus, stopped by its own word, or silent for too long
+    ListNews header = ListNews::NotRead;
+    ListNews fileThreats = ListNews::NotRead;
+    ListNews processThreats = ListNews::NotRead;
+    ListNews events = ListNews::NotRead;
+    ListNews externalDevices = ListNews::NotRead;
 
     // Notifications and policy.
     bool showNotifications = false;
