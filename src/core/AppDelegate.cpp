@@ -1,5 +1,6 @@
 #include "core/AppDelegate.h"
 
+#include "agent_link/ServiceNames.h"
 #include "core/AdvancedMode.h"
 #include "core/ProcessValues.h"
 #include "core/base/Logging.h"
@@ -22,6 +23,7 @@ AppDelegate::AppDelegate(AppDelegateContext context)
       m_statusItem(m_state, m_resources),
       m_statusLine(m_state, m_clock),
       m_notifications(m_state, m_hostCache, m_resources, m_linkOpener),
+      m_agent(QString::fromLatin1(serviceName)),
       m_channel(m_systemBus, m_notifications),
       m_commands(m_state, m_channel, m_statusLine, m_statusItem,
                  {processValues().automationMode, m_context.sleepOneSecond, m_context.terminate}),
@@ -51,6 +53,7 @@ AppDelegate::AppDelegate(AppDelegateContext context)
 void AppDelegate::connectParts() {
     connect(&m_menu, &StatusItemMenu::aboutToBeDrawn, &m_window,
             &MainWindowController::dressStatusMenu);
+    followAgent();
     connect(&m_trayIcon, &TrayIcon::activated, this, [this] { activate({}); });
     connect(&m_menu, &StatusItemMenu::showDetails, &m_window, [this] { m_window.showDetails(); });
     connect(&m_menu, &StatusItemMenu::aboutApp, &m_window, [this] { m_window.aboutApp(); });
@@ -59,6 +62,24 @@ void AppDelegate::connectParts() {
     connect(&m_menu, &StatusItemMenu::exitApp, this, &AppDelegate::exitApp);
     connect(&m_window, &MainWindowController::becameMain, this,
             [this] { m_messages.parseTimerAggregatedMessage(); });
+}
+
+/// Without an agent nobody knows whether something would have been found.
+void AppDelegate::followAgent() {
+    connect(&m_systemBus, &SystemBus::connected, &m_agent,
+            [this] { m_agent.follow(m_systemBus.connection()); });
+    connect(&m_systemBus, &SystemBus::lost, this, [this] {
+        m_agent.forget();
+        setAgentIsAway(true);
+    });
+    connect(
+        &m_agent, &NameOwner::changed, this,
+        [this](const QString& /*before*/, const QString& now) { setAgentIsAway(now.isEmpty()); });
+}
+
+void AppDelegate::setAgentIsAway(bool isAway) {
+    m_state.agentIsAway = isAway;
+    m_window.showWhyTablesAreEmpty();
 }
 
 AppDelegate::~AppDelegate() {

@@ -12,6 +12,7 @@
 #include "model/RememberedLists.h"
 #include "platform/Clock.h"
 #include "platform/IniUserDefaults.h"
+#include "platform/NameOwner.h"
 #include "platform/PortalAppearance.h"
 #include "platform/SystemBus.h"
 #include "platform/XdgLinkOpener.h"
@@ -81,6 +82,8 @@ private:
     [[nodiscard]] AgentNotificationsParts agentNotificationsParts();
     [[nodiscard]] MainWindowContext windowContext();
     void connectParts();
+    void followAgent();
+    void setAgentIsAway(bool isAway);
     void setupStatusItemAndMenu();
     void startStatusUpdates();
     void processAutoTest();
@@ -104,6 +107,7 @@ private:
     UserNotifications m_notifications;
 
     SystemBus m_systemBus;
+    NameOwner m_agent; ///< who is the agent service on the bus, if anybody is
     ServiceChannel m_channel;
     ServiceCommands m_commands;
 

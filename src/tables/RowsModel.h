@@ -16,8 +16,8 @@ public:
 
     /// The columns are others: everything is, and there are no rows.
     void reset();
-    /// The first rows hold other texts and are as many as said, at the end some come or go. Indexes
-    /// of rows that stay remain valid, and with them what the view and screen readers know of them.
+    /// The rows hold other texts and are as many as said; at the end some come or go. Indexes of
+    /// rows that stay remain valid, and with them what the view knows of them.
     void reload(int rows);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;

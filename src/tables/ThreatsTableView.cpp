@@ -10,6 +10,7 @@
 #include "tables/WindowLook.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QFocusEvent>
 #include <QGestureEvent>
 #include <QHelpEvent>
@@ -97,6 +98,9 @@ void ThreatsTableView::reloadData() {
     }
     doItemsLayout();
     m_reloading = false;
+    // For screen readers it is a new model all the same: cells they remember hold other texts.
+    QAccessibleTableModelChangeEvent reset(this, QAccessibleTableModelChangeEvent::ModelReset);
+    QAccessible::updateAccessibility(&reset);
     describe();
 }
 

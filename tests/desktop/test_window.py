@@ -128,6 +128,18 @@ class Window(WindowCase):
         wait_until(lambda: self.current_tab()[1] > 10000, "the rows", 60)
 
 
+class WindowThatIsNotDrawn(WindowCase):
+    def test_what_comes_meanwhile_stays_unseen(self):
+        window = self.open_window()
+        # As a desktop that takes the window away without calling it minimised.
+        self.desktop.run(["xdotool", "windowunmap", "--sync", window])
+        self.publish("threat /tmp/x.exe 1 id-x")
+        self.status_item.wait_colour("red")
+        self.desktop.run(["xdotool", "windowmap", "--sync", window])
+        self.open_window()
+        self.status_item.wait_colour("green")
+
+
 class WindowWithoutTray(DesktopCase):
     parts = {"panel": False, "accessibility": True}
 

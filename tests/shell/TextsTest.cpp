@@ -259,5 +259,18 @@ TEST(Translations, AreInstalledOnlyWhileTheyLive) {
     EXPECT_EQ(localizedText("ProductEP"), QStringLiteral("ProductEP"));
 }
 
+TEST(Texts, TheTooltipOfTheFoundColumnFitsFilesAndProcesses) {
+    const std::map<QString, QString> file{{QStringLiteral("de"), QStringLiteral("Datei")},
+                                          {QStringLiteral("en"), QStringLiteral("file")},
+                                          {QStringLiteral("es"), QStringLiteral("archivo")},
+                                          {QStringLiteral("fr"), QStringLiteral("fichier")},
+                                          {QStringLiteral("ja"), QStringLiteral("ファイル")}};
+    for (const auto& [language, word] : file) {
+        const QString text = textsOf(language).at(QStringLiteral("FoundTooltip"));
+        EXPECT_FALSE(text.isEmpty());
+        EXPECT_FALSE(text.contains(word)) << qPrintable(text);
+    }
+}
+
 } // namespace
 } // namespace korvale
