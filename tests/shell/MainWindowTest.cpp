@@ -254,8 +254,8 @@ struct Described {
 class ToolTipReachTest : public MainWindowTest {
 protected:
     void SetUp() override {
-        statusItem.setIconDispColor(IconColor::Green);
         state.customName = QStringLiteral("<i>ada");
+        statusItem.setIconDispColor(IconColor::Green);
         statusLine.updateStatusMessage(StatusState::NoNetwork);
         shownWindow();
         controller().showDeviceName();
