@@ -3,12 +3,12 @@ from window_case import WindowCase, text, wait_until
 
 
 class AllClear(WindowCase):
-    def said(self):
+    def claim(self):
         """What the current table says instead of rows."""
         return next((description for role, _, description in self.tree() if role == "table"), None)
 
-    def wait_said(self, key):
-        wait_until(lambda: self.said() == text(key), f"{key}, not {self.said()!r}")
+    def wait_claim(self, key):
+        wait_until(lambda: self.claim() == text(key), f"{key}, not {self.claim()!r}")
 
     def warnings(self):
         return self.details.count(r'^WARN ".*/file_states\.log is there and cannot be read')
@@ -21,40 +21,40 @@ class AllClear(WindowCase):
 
     def test_an_agent_that_left_no_list_is_none(self):
         self.open_window()
-        self.wait_said("HPS_EmptyNotRead")
+        self.wait_claim("HPS_EmptyNotRead")
 
     def test_a_list_without_threats_is_one(self):
         self.open_window()
         self.raw_threats("{}")
-        self.wait_said("HPS_EmptyThreats")
+        self.wait_claim("HPS_EmptyThreats")
 
     def test_a_list_that_cannot_be_read_is_none_and_warned_of_once_a_change(self):
         self.open_window()
         self.raw_threats('{"cut":')
-        self.wait_said("HPS_EmptyUnreadable")
+        self.wait_claim("HPS_EmptyUnreadable")
         self.reported_agent.tell_all("post timer.aggregated_messages",
                                      "post timer.aggregated_messages")
         self.raw_threats("{}")
-        self.wait_said("HPS_EmptyThreats")  # all before was heard, too
+        self.wait_claim("HPS_EmptyThreats")  # all before was heard, too
         self.assertEqual(self.warnings(), 1)
         self.raw_threats('{"cut again":')
-        self.wait_said("HPS_EmptyUnreadable")
+        self.wait_claim("HPS_EmptyUnreadable")
         self.assertEqual(self.warnings(), 2)
 
     def test_while_the_agent_is_away_there_is_none(self):
         self.open_window()
         self.raw_threats("{}")
-        self.wait_said("HPS_EmptyThreats")
+        self.wait_claim("HPS_EmptyThreats")
         self.reported_agent.tell("release-name")
-        self.wait_said("HPS_EmptyAgentAway")
+        self.wait_claim("HPS_EmptyAgentAway")
         self.reported_agent.tell("take-name")
-        self.wait_said("HPS_EmptyThreats")
+        self.wait_claim("HPS_EmptyThreats")
         self.reported_agent.tell("stop")
-        self.wait_said("HPS_EmptyAgentAway")
+        self.wait_claim("HPS_EmptyAgentAway")
         self.reported_agent.tell("start")
-        self.wait_said("HPS_EmptyThreats")
+        self.wait_claim("HPS_EmptyThreats")
         self.reported_agent.kill()
-        self.wait_said("HPS_EmptyAgentAway")
+        self.wait_claim("HPS_EmptyAgentAway")
 
     def test_a_start_without_an_agent_is_none(self):
         self.raw_threats("{}")
@@ -63,5 +63,5 @@ class AllClear(WindowCase):
         self.details = self.program()
         self.status_item = self.item(self.details)
         self.open_window()
-        self.wait_said("HPS_EmptyAgentAway")
+        self.wait_claim("HPS_EmptyAgentAway")
         self.assertNotIn(text("HPS_EmptyThreats"), self.read("tree"))

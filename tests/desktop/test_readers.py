@@ -57,7 +57,7 @@ class Told(WindowCase):
         self.go_to("HPS_Threats", 1)
         self.click_row(0)
         self.listen()
-        self.press("shift+Tab")
+        self.press("Tab")
         self.wait_told("focus", "table column header", text("HPS_ColFile"))
         self.press("Right")
         self.wait_told("name", "table column header", text("HPS_ColCategory"))
