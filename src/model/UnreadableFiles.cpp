@@ -13,12 +13,9 @@ bool UnreadableFiles::couldNotBeRead(const QString& path) {
     const auto told = m_told.constFind(path);
     if (told == m_told.constEnd() || *told != *stamp) {
         m_told.insert(path, *stamp);
-        if (logs(LogLevel::Warn)) {
-            OSLoggingLogMessage(LogLevel::Warn,
-                                "%@ is there and cannot be read: what the agent has found is not "
-                                "known from it.",
-                                {path});
-        }
+        logLine(LogLevel::Warn,
+                "%@ is there and cannot be read: what the agent has found is not known from it.",
+                path);
     }
     return true;
 }
