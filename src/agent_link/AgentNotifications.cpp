@@ -5,10 +5,10 @@
 #include "model/Paths.h"
 #include "model/Values.h"
 #include "platform/Clock.h"
+#include "platform/OwnerSignals.h"
 #include "platform/SystemBus.h"
 #include "platform/Texts.h"
 
-#include <QDBusConnection>
 #include <QStringList>
 
 #include <algorithm>
@@ -79,7 +79,11 @@ QStringList observedInterfaces() {
 AgentNotifications::AgentNotifications(AgentNotificationsParts parts, QObject* parent)
     : QObject(parent), m_parts(std::move(parts)) {}
 
-void AgentNotifications::observe(SystemBus& bus) {
+AgentNotifications::~AgentNotifications() = default;
+
+void AgentNotifications::observe(SystemBus& bus, const NameOwner& service) {
+    m_signals = std::make_unique<OwnerSignals>(service);
+    connect(m_signals.get(), &OwnerSignals::received, this, &AgentNotifications::onSignal);
     connect(&bus, &SystemBus::connected, this, [this, &bus] { addObservers(bus); });
     if (bus.state() == SystemBus::State::Connected) {
         addObservers(bus);
@@ -87,13 +91,11 @@ void AgentNotifications::observe(SystemBus& bus) {
 }
 
 void AgentNotifications::addObservers(SystemBus& bus) {
-    QDBusConnection connection = bus.connection();
     // One match rule for all signals of an interface: half as many as names, and each has its price
     // at every start.
     for (const QString& interface : observedInterfaces()) {
-        const bool heard =
-            connection.connect(QString::fromLatin1(serviceName), QString::fromLatin1(servicePath),
-                               interface, QString(), this, SLOT(onSignal(QDBusMessage)));
+        const bool heard = m_signals->hear(bus.connection(),
+                                           {QString::fromLatin1(servicePath), interface, {}, {}});
         if (!heard) {
             logLine(LogLevel::Warn, "The notifications of %@ cannot be heard.", interface);
         }

@@ -11,11 +11,14 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace korvale {
 
 class Clock;
+class NameOwner;
+class OwnerSignals;
 class SystemBus;
 
 /// What the agent's notifications act on.
@@ -37,18 +40,18 @@ class AgentNotifications final : public QObject, public AgentNotificationHandler
     Q_OBJECT
 public:
     explicit AgentNotifications(AgentNotificationsParts parts, QObject* parent = nullptr);
+    ~AgentNotifications() override;
 
     /// Adds the observers, now and each time the bus comes back; they are never removed. Only what
-    /// the present owner of the service's name sends is heard, also right after it took the name.
-    void observe(SystemBus& bus);
+    /// `service`, the present owner of the service's name, sends is heard, also right after it took
+    /// the name. Once, and before `service` follows the name on that bus.
+    void observe(SystemBus& bus, const NameOwner& service);
 
     /// Unknown codes count as a sign of life only.
     void HandleAgentNotification(std::uint32_t code) override;
 
-private Q_SLOTS:
-    void onSignal(const QDBusMessage& message);
-
 private:
+    void onSignal(const QDBusMessage& message);
     void addObservers(SystemBus& bus);
     void act(AgentNotification code);
     void agentStarted();
@@ -63,6 +66,7 @@ private:
     [[nodiscard]] std::optional<QString> readText(const char* file, const char* member) const;
 
     AgentNotificationsParts m_parts;
+    std::unique_ptr<OwnerSignals> m_signals; ///< once it observes
 };
 
 } // namespace korvale

@@ -23,8 +23,4 @@ std::optional<QVariantMap> dictionaryOf(const QDBusMessage& message) {
     return qdbus_cast<QVariantMap>(message.arguments().constFirst());
 }
 
-bool hasFailedAtOnce(const QDBusPendingCall& call) {
-    return call.isFinished() && call.isError();
-}
-
 } // namespace korvale

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "agent_link/RequestChannel.h"
+#include "agent_link/ServiceCalls.h"
 #include "core/base/Displays.h"
+#include "platform/OwnerSignals.h"
 
 #include <QDBusMessage>
 #include <QObject>
-#include <QString>
 
 #include <cstdint>
 #include <functional>
@@ -40,12 +41,11 @@ public:
     [[nodiscard]] std::unique_ptr<ReplyQueue> sendOnPrivateQueue(const QVariantMap& envelope,
                                                                  ReplyHandler handler) override;
 
+    /// The service's owner on the bus: who may speak for it.
+    [[nodiscard]] const NameOwner& owner() const { return m_calls.owner(); }
+
     /// One unsolicited message, an envelope. What is malformed or unknown is ignored.
     void clientReceiveMessage(const QVariantMap& envelope);
-
-private Q_SLOTS:
-    void onMessage(const QDBusMessage& message);
-    void onNameOwnerChanged(const QDBusMessage& message);
 
 private:
     struct Waiting {
@@ -58,14 +58,14 @@ private:
     [[nodiscard]] bool isOnBus() const;
     void sendWaiting();
     void sendNow(const QVariantMap& envelope, const ReplyHandler& handler);
-    void deliver(const QDBusMessage& reply, const ReplyHandler& handler) const;
-    static void logConnectionEvent(const char* description);
+    void onMessage(const QDBusMessage& message);
 
     SystemBus& m_bus;
     NotificationSender& m_notifications;
     std::function<void()> m_checkDriverConnection;
+    ServiceCalls m_calls;
+    OwnerSignals m_messages{m_calls.owner()};
     std::vector<Waiting> m_waiting;
-    QString m_owner; ///< unique bus name of the present agent service; empty: none known
     std::uint32_t m_conn = 0;
 };
 

@@ -2,6 +2,10 @@
 
 #include "platform/BusProbe.h"
 
+#include <QElapsedTimer>
+
+#include <algorithm>
+
 namespace korvale {
 
 BusSearch::BusSearch(const QByteArray& addressList, int timeoutMs, QObject* parent)
@@ -54,9 +58,14 @@ void BusSearch::onAnswered() {
 }
 
 QString BusSearch::wait() {
-    for (const QByteArray& entry : m_entries) {
-        BusProbe probe(entry);
-        if (probe.waitBriefly(m_limit.interval()) == BusProbe::State::Answered) {
+    QElapsedTimer spent;
+    spent.start();
+    while (!m_entries.isEmpty()) {
+        // An equal share for each that is left, so that a silent one leaves time for the next.
+        const auto left = m_limit.interval() - static_cast<int>(spent.elapsed());
+        const auto share = std::max(left, 0) / static_cast<int>(m_entries.size());
+        const QByteArray entry = m_entries.takeFirst();
+        if (BusProbe(entry).waitBriefly(share) == BusProbe::State::Answered) {
             return QString::fromUtf8(entry);
         }
     }

@@ -16,13 +16,13 @@ class BusProbe;
 class BusSearch final : public QObject {
     Q_OBJECT
 public:
-    /// Each entry gets `timeoutMs` to answer.
+    /// From start() on, each entry gets `timeoutMs` to answer.
     BusSearch(const QByteArray& addressList, int timeoutMs, QObject* parent = nullptr);
     ~BusSearch() override;
 
     /// Asks one after the other from the event loop; never waits.
     void start();
-    /// Asks them now, holding up the caller for at most the time-outs; null when none answers.
+    /// Asks them now, holding up the caller for one `timeoutMs` in all; null when none answers.
     [[nodiscard]] QString wait();
 
 Q_SIGNALS:

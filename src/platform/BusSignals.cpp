@@ -1,5 +1,7 @@
 #include "platform/BusSignals.h"
 
+#include "platform/BusCalls.h"
+
 #include <QStringList>
 
 namespace korvale {
@@ -33,12 +35,6 @@ bool hearSignals(QDBusConnection bus, const SignalRule& rule, QObject* receiver,
         bus.send(addMatch);
     }
     return connected;
-}
-
-QDBusMessage busCall(const char* method) {
-    return QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QString::fromLatin1(method));
 }
 
 } // namespace korvale

@@ -1,15 +1,9 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QString>
 
-#include <limits>
-
 namespace korvale {
-
-/// A time-out that never comes, for QDBusConnection::asyncCall.
-inline constexpr int noTimeout = std::numeric_limits<int>::max();
 
 /// Which signals to hear; what is empty may be anything.
 struct SignalRule {
@@ -23,8 +17,5 @@ struct SignalRule {
 /// the slot compares the sender with a NameOwner. Naming a service to Qt instead makes Qt ask the
 /// bus for its owner and wait. False when the slot was not accepted. Any thread; waits for no bus.
 bool hearSignals(QDBusConnection bus, const SignalRule& rule, QObject* receiver, const char* slot);
-
-/// A call of the bus itself.
-[[nodiscard]] QDBusMessage busCall(const char* method);
 
 } // namespace korvale

@@ -1,5 +1,6 @@
 #include "platform/NameOwner.h"
 
+#include "platform/BusCalls.h"
 #include "platform/BusSignals.h"
 
 #include <QDBusPendingCall>
@@ -41,7 +42,11 @@ void NameOwner::ask() {
     m_state = State::Asking;
     QDBusMessage question = busCall("GetNameOwner");
     question << m_name;
-    auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(question, noTimeout), this);
+    const QDBusPendingCall call = m_bus.asyncCall(question, noTimeout);
+    if (hasFailedAtOnce(call)) {
+        return; // the bus has gone
+    }
+    auto* answer = new QDBusPendingCallWatcher(call, this);
     connect(answer, &QDBusPendingCallWatcher::finished, this,
             [this, answer, number = ++m_question] {
                 answer->deleteLater();

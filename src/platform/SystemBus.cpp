@@ -1,7 +1,11 @@
 #include "platform/SystemBus.h"
 
+#include "platform/BusCalls.h"
 #include "platform/BusSearch.h"
 
+#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
@@ -31,13 +35,14 @@ SystemBus::SystemBus(int answerLimitMs, QByteArray (*address)(), QObject* parent
 }
 
 SystemBus::~SystemBus() {
+    dropGreeting();
     if (m_state == State::Connected) {
-        QDBusConnection::disconnectFromBus(m_name);
+        QDBusConnection::disconnectFromPeer(m_name);
     }
 }
 
 QDBusConnection SystemBus::connection() const {
-    return QDBusConnection(m_name);
+    return QDBusConnection(m_state == State::Connected ? m_name : QString());
 }
 
 void SystemBus::start() {
@@ -53,8 +58,17 @@ void SystemBus::finishFirstAttempt(int timeoutMs) {
         return;
     }
     m_search.reset();
-    BusSearch search(m_address(), timeoutMs);
-    onSearched(search.wait());
+    dropGreeting();
+    QElapsedTimer spent;
+    spent.start();
+    const QString address = BusSearch(m_address(), timeoutMs).wait();
+    const int left = timeoutMs - static_cast<int>(spent.elapsed());
+    if (address.isNull() || left <= 0 || !greet(address, left)) {
+        becomeAbsent();
+        return;
+    }
+    m_greeting->waitForFinished();
+    onGreeted();
 }
 
 void SystemBus::tryNow() {
@@ -64,15 +78,55 @@ void SystemBus::tryNow() {
 }
 
 void SystemBus::onSearched(const QString& address) {
-    if (m_search) {
-        m_search.release()->deleteLater(); // it is the one that is speaking
-    }
-    if (!address.isNull()) {
-        connectTo(address);
-    }
-    if (m_state == State::Connected) {
+    m_search.release()->deleteLater(); // it is the one that is speaking
+    if (address.isNull() || !greet(address, m_answerLimitMs)) {
+        becomeAbsent();
         return;
     }
+    connect(m_greeting.get(), &QDBusPendingCallWatcher::finished, this, &SystemBus::onGreeted);
+}
+
+/// By the address that has just answered: of a list, Qt might pick one that does not.
+bool SystemBus::greet(const QString& address, int timeoutMs) {
+    m_name = nextConnectionName();
+    QDBusConnection bus = QDBusConnection::connectToPeer(address, m_name);
+    const bool watched = bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                                     QStringLiteral("org.freedesktop.DBus.Local"),
+                                     QStringLiteral("Disconnected"), this, SLOT(onDisconnected()));
+    const QDBusPendingCall hello = bus.asyncCall(busCall("Hello"), timeoutMs);
+    if (!watched || hasFailedAtOnce(hello)) {
+        QDBusConnection::disconnectFromPeer(m_name);
+        return false;
+    }
+    m_greeting = std::make_unique<QDBusPendingCallWatcher>(hello);
+    return true;
+}
+
+void SystemBus::onGreeted() {
+    if (m_greeting->isError()) {
+        dropGreeting(); // refused, or no word for too long
+        becomeAbsent();
+        return;
+    }
+    m_greeting.release()->deleteLater();
+    becomeConnected();
+}
+
+void SystemBus::dropGreeting() {
+    if (m_greeting) {
+        m_greeting.release()->deleteLater();
+        QDBusConnection::disconnectFromPeer(m_name);
+    }
+}
+
+void SystemBus::becomeConnected() {
+    m_state = State::Connected;
+    m_retryDelayMs = firstRetryMs;
+    m_folders.reset();
+    Q_EMIT connected();
+}
+
+void SystemBus::becomeAbsent() {
     const bool first = m_state == State::FirstAttempt;
     m_state = State::Absent;
     retryLater();
@@ -81,28 +135,11 @@ void SystemBus::onSearched(const QString& address) {
     }
 }
 
-void SystemBus::connectTo(const QString& address) {
-    m_name = nextConnectionName();
-    // By the address that has just answered: of a list, Qt might pick one that does not.
-    QDBusConnection bus = QDBusConnection::connectToBus(address, m_name);
-    const bool watched = bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
-                                     QStringLiteral("org.freedesktop.DBus.Local"),
-                                     QStringLiteral("Disconnected"), this, SLOT(onDisconnected()));
-    if (!watched || !bus.isConnected()) {
-        QDBusConnection::disconnectFromBus(m_name);
-        return;
-    }
-    m_state = State::Connected;
-    m_retryDelayMs = firstRetryMs;
-    m_folders.reset();
-    Q_EMIT connected();
-}
-
 void SystemBus::onDisconnected() {
     if (m_state != State::Connected || connection().isConnected()) {
-        return;
+        return; // a greeting that fails says so itself
     }
-    QDBusConnection::disconnectFromBus(m_name);
+    QDBusConnection::disconnectFromPeer(m_name);
     m_state = State::Absent;
     retryLater();
     Q_EMIT lost();

@@ -30,7 +30,7 @@ public:
 
 class AgentSignalsTest : public LinkFixture {
 protected:
-    AgentSignalsTest() { notifications.observe(bus); }
+    AgentSignalsTest() { notifications.observe(bus, channel.owner()); }
 
     /// Waits until the mark, posted last, has been heard.
     std::vector<std::uint32_t> heardUpTo(AgentNotification mark) {
@@ -76,6 +76,7 @@ TEST_F(AgentSignalsTest, AnAgentThatWasThereFirstIsHeard) {
     BusAgent agent(daemon.address());
     ASSERT_TRUE(agent.takeName());
     bus.start();
+    channel.connectToService();
     ASSERT_TRUE(waitUntil([this] { return bus.state() == SystemBus::State::Connected; }));
     agent.post(QStringLiteral("com.korvale.agent.running"));
     EXPECT_THAT(heardUpTo(AgentNotification::AgentRunning), ElementsAre(2U));

@@ -1,5 +1,7 @@
 #include "agent_link/BusMessages.h"
 
+#include "platform/BusCalls.h"
+
 #include <QDBusError>
 
 #include <gtest/gtest.h>

@@ -34,6 +34,11 @@ public:
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
 
+    /// Of the next start(): how many connections one user may have.
+    void limitConnectionsPerUser(int limit) {
+        m_limit = QStringLiteral("<limit name=\"max_connections_per_user\">%1</limit>").arg(limit);
+    }
+
     [[nodiscard]] QString socketPath() const {
         return m_folder.filePath(QStringLiteral("run/system_bus_socket"));
     }
@@ -123,15 +128,18 @@ private:
     <allow receive_type="signal"/>
     <allow send_destination="org.freedesktop.DBus" send_interface="org.freedesktop.DBus"/>
   </policy>
+  @LIMIT@
   <includedir>@FOLDER@/system.d</includedir>
 </busconfig>
 )";
         write(configuration(), QByteArray(text)
                                    .replace("@ADDRESS@", listenAddress.toUtf8())
+                                   .replace("@LIMIT@", m_limit.toUtf8())
                                    .replace("@FOLDER@", m_folder.path().toUtf8()));
     }
 
     QTemporaryDir m_folder;
+    QString m_limit;
     QProcess m_daemon;
 };
 

@@ -1,5 +1,7 @@
 #include "platform/SystemBus.h"
 
+#include "fakes/BusAgent.h"
+#include "fakes/HalfAliveBus.h"
 #include "fakes/PrivateBus.h"
 #include "fakes/SilentSocket.h"
 #include "fakes/WaitUntil.h"
@@ -11,6 +13,7 @@
 
 #include <csignal>
 #include <gtest/gtest.h>
+#include <optional>
 
 namespace korvale {
 namespace {
@@ -127,6 +130,76 @@ TEST(SystemBus, ADaemonThatIsStoppedAtStartIsJoinedWhenItGoesOn) {
     EXPECT_TRUE(waitUntil([&] { return counts.connected == 1; }));
 }
 
+TEST(SystemBus, ABusThatRefusesTheGreetingIsJoinedWhenItNoLongerDoes) {
+    PrivateBus daemon;
+    daemon.limitConnectionsPerUser(1);
+    daemon.start();
+    BusAgent occupant(daemon.address());
+    ASSERT_TRUE(occupant.isConnected());
+    SystemBus bus;
+    const Counts counts(bus);
+    bus.start();
+    EXPECT_TRUE(waitUntil([&] { return counts.failed == 1; }));
+    EXPECT_FALSE(bus.connection().isConnected());
+    occupant.die();
+    EXPECT_TRUE(waitUntil([&] { return counts.connected == 1; }));
+    EXPECT_TRUE(answers(bus.connection()));
+}
+
+TEST(SystemBus, AfterARestartABusThatRefusesIsAskedAgain) {
+    PrivateBus daemon;
+    daemon.start();
+    SystemBus bus;
+    const Counts counts(bus);
+    bus.start();
+    ASSERT_TRUE(waitUntil([&] { return counts.connected == 1; }));
+    daemon.kill();
+    ASSERT_TRUE(waitUntil([&] { return counts.lost == 1; }));
+    daemon.limitConnectionsPerUser(0);
+    daemon.start();
+    QTimer soon;
+    bool looked = false;
+    QObject::connect(&soon, &QTimer::timeout, &soon, [&looked] { looked = true; });
+    soon.start(500); // several attempts
+    EXPECT_TRUE(waitUntil([&looked] { return looked; }));
+    EXPECT_EQ(bus.state(), SystemBus::State::Absent);
+    daemon.kill();
+    daemon.limitConnectionsPerUser(5);
+    daemon.start();
+    EXPECT_TRUE(waitUntil([&] { return counts.connected == 2; }));
+}
+
+TEST(SystemBus, ABusThatLetsItInAndThenHangsHoldsUpNobody) {
+    PrivateBus daemon;
+    const HalfAliveBus halfAlive(daemon.socketPath().toUtf8());
+    PrivateBus other; // stands for the session's bus
+    other.start();
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", daemon.address().toUtf8());
+    SystemBus bus(endlessLimitMs);
+    bus.start();
+    ASSERT_TRUE(waitUntil([&] { return halfAlive.letIn() >= 1; }));
+    bool turned = false;
+    QTimer::singleShot(100, &bus, [&turned] { turned = true; });
+    EXPECT_TRUE(waitUntil([&turned] { return turned; }));
+    EXPECT_EQ(bus.state(), SystemBus::State::FirstAttempt);
+    const QDBusConnection session =
+        QDBusConnection::connectToBus(other.address(), QStringLiteral("session"));
+    EXPECT_TRUE(answers(session));
+    QDBusConnection::disconnectFromBus(QStringLiteral("session"));
+}
+
+TEST(SystemBus, ABusThatLetsItInAndThenHangsGivesWayToARealOne) {
+    PrivateBus daemon;
+    std::optional<HalfAliveBus> halfAlive(daemon.socketPath().toUtf8());
+    SystemBus bus(briefLimitMs);
+    const Counts counts(bus);
+    bus.start();
+    EXPECT_TRUE(waitUntil([&] { return counts.failed == 1; }));
+    halfAlive.reset();
+    daemon.start();
+    EXPECT_TRUE(waitUntil([&] { return counts.connected == 1; }));
+}
+
 TEST(SystemBus, TakesTheFirstOfSeveralAddressesThatAnswers) {
     PrivateBus daemon;
     daemon.start();
@@ -192,6 +265,33 @@ TEST(SystemBus, FinishingTheFirstAttemptGivesUpOnNoBusAndOnASilentOne) {
     hanging.start();
     hanging.finishFirstAttempt(briefLimitMs);
     EXPECT_EQ(hanging.state(), SystemBus::State::Absent);
+}
+
+TEST(SystemBus, FinishingTheFirstAttemptGivesUpOnABusThatHangsAfterLettingItIn) {
+    const PrivateBus daemon;
+    const HalfAliveBus halfAlive(daemon.socketPath().toUtf8());
+    QElapsedTimer spent;
+    spent.start();
+    SystemBus bus;
+    bus.start();
+    bus.finishFirstAttempt(briefLimitMs);
+    EXPECT_EQ(bus.state(), SystemBus::State::Absent);
+    EXPECT_LT(spent.elapsed(), 10000);
+}
+
+TEST(SystemBus, FinishingTheFirstAttemptTakesItsTimeOnceForAllAddresses) {
+    const PrivateBus daemon;
+    const QByteArray path = daemon.socketPath().toUtf8();
+    const SilentSocket silent(path);
+    const QByteArray entry = ";unix:path=" + path;
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + path + entry + entry + entry + entry);
+    QElapsedTimer spent;
+    spent.start();
+    SystemBus bus;
+    bus.start();
+    bus.finishFirstAttempt(1000);
+    EXPECT_EQ(bus.state(), SystemBus::State::Absent);
+    EXPECT_LT(spent.elapsed(), 3000);
 }
 
 } // namespace

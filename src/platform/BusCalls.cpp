@@ -1,0 +1,15 @@
+#include "platform/BusCalls.h"
+
+namespace korvale {
+
+QDBusMessage busCall(const char* method) {
+    return QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QString::fromLatin1(method));
+}
+
+bool hasFailedAtOnce(const QDBusPendingCall& call) {
+    return call.isFinished() && call.isError();
+}
+
+} // namespace korvale

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+
+#include <limits>
+
+namespace korvale {
+
+/// A time-out that never comes, for QDBusConnection::asyncCall.
+inline constexpr int noTimeout = std::numeric_limits<int>::max();
+
+/// A call of the bus itself.
+[[nodiscard]] QDBusMessage busCall(const char* method);
+
+/// Whether a call just made has already failed, as on a bus that has gone: a watcher would then
+/// hear nothing. A call that has its reply already, which a quick service manages, has not failed.
+[[nodiscard]] bool hasFailedAtOnce(const QDBusPendingCall& call);
+
+} // namespace korvale
