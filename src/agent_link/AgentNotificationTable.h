@@ -5,53 +5,46 @@
 
 namespace korvale {
 
-/// The code each notification is mapped to. 17 and 18 were never given.
+// All notifications with code and name on the bus, in the order in which the observers are added.
+// 17 and 18 were never given.
+// clang-format off
+#define KORVALE_AGENT_NOTIFICATIONS(ROW) \
+    ROW(AgentStarted, 0, "com.korvale.agent.started") \
+    ROW(AgentStopped, 1, "com.korvale.agent.stopped") \
+    ROW(AgentRunning, 2, "com.korvale.agent.running") \
+    ROW(HalyxConnected, 3, "com.korvale.halyx.connected") \
+    ROW(HalyxNotConnected, 4, "com.korvale.halyx.notconnected") \
+    ROW(QuillmarConnected, 5, "com.korvale.quillmar.connected") \
+    ROW(QuillmarNotConnected, 6, "com.korvale.quillmar.notconnected") \
+    ROW(DriverConnected, 15, "com.korvale.driver.connected") \
+    ROW(DriverNotConnected, 16, "com.korvale.driver.notconnected") \
+    ROW(ConsumerNotification, 19, "com.korvale.consumer_notification") \
+    ROW(ExeBlocked, 7, "com.korvale.exe.blocked") \
+    ROW(TimerAggregatedMessage, 8, "com.korvale.timer.aggregated_messages") \
+    ROW(ProcessTerminatedMessage, 9, "com.korvale.process.terminated") \
+    ROW(ProcessBlockedMessage, 10, "com.korvale.process.blocked") \
+    ROW(AnalyzerStatus, 11, "com.korvale.analyzerstatus_messages") \
+    ROW(PolicyExpired, 12, "com.korvale.policy.expired") \
+    ROW(PolicyInvalidCompanyId, 13, "com.korvale.policy.invalidcompanyid") \
+    ROW(PolicyInvalidSignature, 14, "com.korvale.policy.invalidsignature") \
+    ROW(BTDScanComplete, 20, "com.korvale.btdscancomplete") \
+    ROW(DeviceControlEvent, 21, "com.korvale.devicecontrol.event")
+// clang-format on
+
+/// The code each notification is mapped to.
 enum class AgentNotification : std::uint32_t {
-    AgentStarted = 0,
-    AgentStopped = 1,
-    AgentRunning = 2,
-    HalyxConnected = 3,
-    HalyxNotConnected = 4,
-    QuillmarConnected = 5,
-    QuillmarNotConnected = 6,
-    ExeBlocked = 7,
-    TimerAggregatedMessage = 8,
-    ProcessTerminatedMessage = 9,
-    ProcessBlockedMessage = 10,
-    AnalyzerStatus = 11,
-    PolicyExpired = 12,
-    PolicyInvalidCompanyId = 13,
-    PolicyInvalidSignature = 14,
-    DriverConnected = 15,
-    DriverNotConnected = 16,
-    ConsumerNotification = 19,
-    BTDScanComplete = 20,
-    DeviceControlEvent = 21,
+#define KORVALE_CODE(notification, code, name) notification = (code),
+    KORVALE_AGENT_NOTIFICATIONS(KORVALE_CODE)
+#undef KORVALE_CODE
 };
 
-/// Each hands its fixed code to the shared controller; without one it does nothing.
+/// Each, as AgentNotification_AgentStarted, hands its fixed code to the shared controller; without
+/// one it does nothing.
 using AgentNotificationCallback = void (*)();
 
-void AgentNotification_AgentStarted();
-void AgentNotification_AgentStopped();
-void AgentNotification_AgentRunning();
-void AgentNotification_HalyxConnected();
-void AgentNotification_HalyxNotConnected();
-void AgentNotification_QuillmarConnected();
-void AgentNotification_QuillmarNotConnected();
-void AgentNotification_DriverConnected();
-void AgentNotification_DriverNotConnected();
-void AgentNotification_ConsumerNotification();
-void AgentNotification_ExeBlocked();
-void AgentNotification_TimerAggregatedMessage();
-void AgentNotification_ProcessTerminatedMessage();
-void AgentNotification_ProcessBlockedMessage();
-void AgentNotification_AnalyzerStatus();
-void AgentNotification_PolicyExpired();
-void AgentNotification_PolicyInvalidCompanyId();
-void AgentNotification_PolicyInvalidSignature();
-void AgentNotification_BTDScanComplete();
-void AgentNotification_DeviceControlEvent();
+#define KORVALE_CALLBACK(notification, code, name) void AgentNotification_##notification();
+KORVALE_AGENT_NOTIFICATIONS(KORVALE_CALLBACK)
+#undef KORVALE_CALLBACK
 
 struct AgentNotificationRow {
     const char* name;
@@ -60,29 +53,11 @@ struct AgentNotificationRow {
 };
 
 /// In the order in which the observers are added.
-// clang-format off
 inline constexpr std::array agentNotificationTable{
-    AgentNotificationRow{"com.korvale.agent.started", AgentNotification_AgentStarted, AgentNotification::AgentStarted},
-    AgentNotificationRow{"com.korvale.agent.stopped", AgentNotification_AgentStopped, AgentNotification::AgentStopped},
-    AgentNotificationRow{"com.korvale.agent.running", AgentNotification_AgentRunning, AgentNotification::AgentRunning},
-    AgentNotificationRow{"com.korvale.halyx.connected", AgentNotification_HalyxConnected, AgentNotification::HalyxConnected},
-    AgentNotificationRow{"com.korvale.halyx.notconnected", AgentNotification_HalyxNotConnected, AgentNotification::HalyxNotConnected},
-    AgentNotificationRow{"com.korvale.quillmar.connected", AgentNotification_QuillmarConnected, AgentNotification::QuillmarConnected},
-    AgentNotificationRow{"com.korvale.quillmar.notconnected", AgentNotification_QuillmarNotConnected, AgentNotification::QuillmarNotConnected},
-    AgentNotificationRow{"com.korvale.driver.connected", AgentNotification_DriverConnected, AgentNotification::DriverConnected},
-    AgentNotificationRow{"com.korvale.driver.notconnected", AgentNotification_DriverNotConnected, AgentNotification::DriverNotConnected},
-    AgentNotificationRow{"com.korvale.consumer_notification", AgentNotification_ConsumerNotification, AgentNotification::ConsumerNotification},
-    AgentNotificationRow{"com.korvale.exe.blocked", AgentNotification_ExeBlocked, AgentNotification::ExeBlocked},
-    AgentNotificationRow{"com.korvale.timer.aggregated_messages", AgentNotification_TimerAggregatedMessage, AgentNotification::TimerAggregatedMessage},
-    AgentNotificationRow{"com.korvale.process.terminated", AgentNotification_ProcessTerminatedMessage, AgentNotification::ProcessTerminatedMessage},
-    AgentNotificationRow{"com.korvale.process.blocked", AgentNotification_ProcessBlockedMessage, AgentNotification::ProcessBlockedMessage},
-    AgentNotificationRow{"com.korvale.analyzerstatus_messages", AgentNotification_AnalyzerStatus, AgentNotification::AnalyzerStatus},
-    AgentNotificationRow{"com.korvale.policy.expired", AgentNotification_PolicyExpired, AgentNotification::PolicyExpired},
-    AgentNotificationRow{"com.korvale.policy.invalidcompanyid", AgentNotification_PolicyInvalidCompanyId, AgentNotification::PolicyInvalidCompanyId},
-    AgentNotificationRow{"com.korvale.policy.invalidsignature", AgentNotification_PolicyInvalidSignature, AgentNotification::PolicyInvalidSignature},
-    AgentNotificationRow{"com.korvale.btdscancomplete", AgentNotification_BTDScanComplete, AgentNotification::BTDScanComplete},
-    AgentNotificationRow{"com.korvale.devicecontrol.event", AgentNotification_DeviceControlEvent, AgentNotification::DeviceControlEvent},
+#define KORVALE_TABLE_ROW(notification, code, name)                                                \
+    AgentNotificationRow{name, AgentNotification_##notification, AgentNotification::notification},
+    KORVALE_AGENT_NOTIFICATIONS(KORVALE_TABLE_ROW)
+#undef KORVALE_TABLE_ROW
 };
-// clang-format on
 
 } // namespace korvale

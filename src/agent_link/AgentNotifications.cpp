@@ -18,49 +18,6 @@
 namespace korvale {
 namespace {
 
-/// Notifications about one file, named by a host-cache file.
-struct BlockedFileRow {
-    AgentNotification code;
-    const char* file;
-    const char* member;
-    const char* subtitleKey;
-};
-
-constexpr std::array blockedFileTable{
-    BlockedFileRow{AgentNotification::ExeBlocked, "exe_blocked.log", "BlockedExePath",
-                   "NotificationSubtitleExecutionBlock"},
-    BlockedFileRow{AgentNotification::ProcessTerminatedMessage, "process_terminated.log",
-                   "ProcessTerminated", "NotificationSubtitleProcessTerminated"},
-    BlockedFileRow{AgentNotification::ProcessBlockedMessage, "process_blocked.log",
-                   "ProcessActionBlocked", "NotificationSubtitleProcessActionBlocked"},
-};
-
-/// Notifications whose texts never change.
-struct FixedNotificationRow {
-    AgentNotification code;
-    const char* messageKey;
-    const char* subtitleKey;
-};
-
-constexpr std::array fixedNotificationTable{
-    FixedNotificationRow{AgentNotification::PolicyExpired, "NotificationMessagePolicyExpired",
-                         "NotificationSubtitlePolicyExpired"},
-    FixedNotificationRow{AgentNotification::PolicyInvalidCompanyId,
-                         "NotificationMessagePolicyInvalidCompanyId",
-                         "NotificationSubtitlePolicyInvalidCompanyId"},
-    FixedNotificationRow{AgentNotification::PolicyInvalidSignature,
-                         "NotificationMessagePolicyInvalidSignature",
-                         "NotificationSubtitlePolicyInvalidSignature"},
-    FixedNotificationRow{AgentNotification::BTDScanComplete, "BTDFinishedScanningMessage",
-                         "BTDFinishedScanningTitle"},
-};
-
-template <typename Table>
-auto rowOf(const Table& table, AgentNotification code) {
-    return std::find_if(table.begin(), table.end(),
-                        [code](const auto& row) { return row.code == code; });
-}
-
 /// A notification's name is an interface and, behind its last dot, a signal.
 QStringList observedInterfaces() {
     QStringList interfaces;
@@ -76,8 +33,65 @@ QStringList observedInterfaces() {
 
 } // namespace
 
+struct AgentNotifications::Action {
+    AgentNotification code;
+    void (AgentNotifications::*act)(const Action&);
+    std::array<const char*, 3> texts{}; ///< file, member and key, or the keys of two texts
+};
+
+const AgentNotifications::Action* AgentNotifications::actionOf(AgentNotification code) {
+    using N = AgentNotification;
+    using Self = AgentNotifications;
+    // Device-control events have no action of their own: they are read with the batches.
+    static constexpr std::array actions{
+        Action{N::AgentStarted, &Self::agentStarted},
+        Action{N::AgentStopped, &Self::agentStopped},
+        Action{N::AgentRunning, &Self::agentRunning},
+        Action{N::HalyxConnected, &Self::halyxChanged},
+        Action{N::HalyxNotConnected, &Self::halyxChanged},
+        Action{N::QuillmarConnected, &Self::quillmarChanged},
+        Action{N::QuillmarNotConnected, &Self::quillmarChanged},
+        Action{N::DriverConnected, &Self::driverConnected},
+        Action{N::DriverNotConnected, &Self::driverNotConnected},
+        Action{N::ConsumerNotification, &Self::sendConsumerNotification},
+        Action{N::ExeBlocked,
+               &Self::sendBlockedFileNotification,
+               {"exe_blocked.log", "BlockedExePath", "NotificationSubtitleExecutionBlock"}},
+        Action{N::TimerAggregatedMessage, &Self::parseBatch},
+        Action{N::ProcessTerminatedMessage,
+               &Self::sendBlockedFileNotification,
+               {"process_terminated.log", "ProcessTerminated",
+                "NotificationSubtitleProcessTerminated"}},
+        Action{N::ProcessBlockedMessage,
+               &Self::sendBlockedFileNotification,
+               {"process_blocked.log", "ProcessActionBlocked",
+                "NotificationSubtitleProcessActionBlocked"}},
+        Action{N::AnalyzerStatus, &Self::readAnalyzerStatus},
+        Action{N::PolicyExpired,
+               &Self::sendFixedNotification,
+               {"NotificationMessagePolicyExpired", "NotificationSubtitlePolicyExpired"}},
+        Action{N::PolicyInvalidCompanyId,
+               &Self::sendFixedNotification,
+               {"NotificationMessagePolicyInvalidCompanyId",
+                "NotificationSubtitlePolicyInvalidCompanyId"}},
+        Action{N::PolicyInvalidSignature,
+               &Self::sendFixedNotification,
+               {"NotificationMessagePolicyInvalidSignature",
+                "NotificationSubtitlePolicyInvalidSignature"}},
+        Action{N::BTDScanComplete,
+               &Self::sendFixedNotification,
+               {"BTDFinishedScanningMessage", "BTDFinishedScanningTitle"}},
+    };
+    const auto* const found = std::find_if(actions.begin(), actions.end(),
+                                           [code](const Action& row) { return row.code == code; });
+    return found == actions.end() ? nullptr : found;
+}
+
 AgentNotifications::AgentNotifications(AgentNotificationsParts parts, QObject* parent)
-    : QObject(parent), m_parts(std::move(parts)) {}
+    : QObject(parent), m_parts(std::move(parts)) {
+    m_next.setSingleShot(true);
+    connect(&m_next, &QTimer::timeout, this, &AgentNotifications::handleNext);
+}
 
 AgentNotifications::~AgentNotifications() = default;
 
@@ -106,59 +120,51 @@ void AgentNotifications::onSignal(const QDBusMessage& message) {
     const QString name = message.interface() + u'.' + message.member();
     for (const AgentNotificationRow& row : agentNotificationTable) {
         if (name == QLatin1String(row.name)) {
-            row.callback();
+            enqueue(row);
         }
     }
+}
+
+void AgentNotifications::enqueue(const AgentNotificationRow& row) {
+    const auto place = m_waiting.insert(m_waiting.end(), &row);
+    if (row.code == AgentNotification::TimerAggregatedMessage) {
+        if (m_batch != m_waiting.end()) {
+            m_waiting.erase(m_batch);
+        }
+        m_batch = place;
+    }
+    if (!m_next.isActive()) {
+        m_next.start(0);
+    }
+}
+
+void AgentNotifications::handleNext() {
+    if (m_waiting.begin() == m_batch) {
+        m_batch = m_waiting.end();
+    }
+    const AgentNotificationRow& row = *m_waiting.front();
+    m_waiting.pop_front();
+    if (!m_waiting.empty()) {
+        m_next.start(0);
+    }
+    row.callback();
 }
 
 void AgentNotifications::HandleAgentNotification(std::uint32_t code) {
     m_parts.state.lastAgentReportTime = m_parts.clock.now();
     m_parts.state.agentIsAway = false;
-    act(static_cast<AgentNotification>(code));
-}
-
-void AgentNotifications::act(AgentNotification code) {
-    AppState& state = m_parts.state;
-    switch (code) {
-    case AgentNotification::AgentStarted:
-        return agentStarted();
-    case AgentNotification::AgentStopped:
-        return agentStopped();
-    case AgentNotification::AgentRunning:
-        return applyRunningIconRule();
-    case AgentNotification::HalyxConnected:
-    case AgentNotification::HalyxNotConnected:
-        state.halyxConnected = code == AgentNotification::HalyxConnected;
-        return applyConnectionRule();
-    case AgentNotification::QuillmarConnected:
-    case AgentNotification::QuillmarNotConnected:
-        state.quillmarConnected = code == AgentNotification::QuillmarConnected;
-        return applyConnectionRule();
-    case AgentNotification::DriverConnected:
-        state.driverConnected = true;
-        return applyConnectionRule();
-    case AgentNotification::DriverNotConnected:
-        return driverNotConnected();
-    case AgentNotification::TimerAggregatedMessage:
-        return m_parts.parseTimerAggregatedMessage();
-    case AgentNotification::AnalyzerStatus:
-        return readAnalyzerStatus();
-    case AgentNotification::ConsumerNotification:
-        return sendConsumerNotification();
-    default:
-        // Device-control events among them: they are read with the aggregated messages.
-        sendBlockedFileNotification(code);
-        sendFixedNotification(code);
+    if (const Action* const action = actionOf(static_cast<AgentNotification>(code))) {
+        (this->*action->act)(*action);
     }
 }
 
-void AgentNotifications::agentStarted() {
+void AgentNotifications::agentStarted(const Action& /*action*/) {
     m_parts.connectToService();
     m_parts.status.updateStatusMessage(StatusState::Running);
     applyRunningIconRule();
 }
 
-void AgentNotifications::agentStopped() {
+void AgentNotifications::agentStopped(const Action& /*action*/) {
     m_parts.state.halyxConnected = false;
     m_parts.state.quillmarConnected = false;
     m_parts.state.driverConnected = true; // no driver warning for an agent that is not there
@@ -168,7 +174,26 @@ void AgentNotifications::agentStopped() {
     m_parts.icon.setIconDispColor(IconColor::Yellow);
 }
 
-void AgentNotifications::driverNotConnected() {
+void AgentNotifications::agentRunning(const Action& /*action*/) {
+    applyRunningIconRule();
+}
+
+void AgentNotifications::halyxChanged(const Action& action) {
+    m_parts.state.halyxConnected = action.code == AgentNotification::HalyxConnected;
+    applyConnectionRule();
+}
+
+void AgentNotifications::quillmarChanged(const Action& action) {
+    m_parts.state.quillmarConnected = action.code == AgentNotification::QuillmarConnected;
+    applyConnectionRule();
+}
+
+void AgentNotifications::driverConnected(const Action& /*action*/) {
+    m_parts.state.driverConnected = true;
+    applyConnectionRule();
+}
+
+void AgentNotifications::driverNotConnected(const Action& /*action*/) {
     m_parts.state.driverConnected = false;
     m_parts.status.updateStatusMessage(StatusState::NoDriver);
     m_parts.icon.setIconDispColor(IconColor::Red);
@@ -201,27 +226,24 @@ std::optional<QString> AgentNotifications::readText(const char* file, const char
     return content ? textOnly((*content)[member]) : std::nullopt;
 }
 
-void AgentNotifications::sendBlockedFileNotification(AgentNotification code) {
-    const auto* const row = rowOf(blockedFileTable, code);
-    if (row == blockedFileTable.end()) {
-        return;
-    }
-    const QString fileName =
-        lastPathComponent(readText(row->file, row->member).value_or(QString()));
+void AgentNotifications::sendBlockedFileNotification(const Action& action) {
+    const auto [file, member, subtitleKey] = action.texts;
+    const QString fileName = lastPathComponent(readText(file, member).value_or(QString()));
     if (!fileName.isEmpty()) {
-        m_parts.notifications.SendNotification(fileName, localizedText(row->subtitleKey), noImage);
+        m_parts.notifications.SendNotification(fileName, localizedText(subtitleKey), noImage);
     }
 }
 
-void AgentNotifications::sendFixedNotification(AgentNotification code) {
-    const auto* const row = rowOf(fixedNotificationTable, code);
-    if (row != fixedNotificationTable.end()) {
-        m_parts.notifications.SendNotification(localizedText(row->messageKey),
-                                               localizedText(row->subtitleKey), noImage);
-    }
+void AgentNotifications::sendFixedNotification(const Action& action) {
+    m_parts.notifications.SendNotification(localizedText(action.texts[0]),
+                                           localizedText(action.texts[1]), noImage);
 }
 
-void AgentNotifications::readAnalyzerStatus() {
+void AgentNotifications::parseBatch(const Action& /*action*/) {
+    m_parts.parseTimerAggregatedMessage();
+}
+
+void AgentNotifications::readAnalyzerStatus(const Action& /*action*/) {
     AppState& state = m_parts.state;
     const std::optional<QString> file = readText("analyzer_status.log", "CurrentFile");
     state.currentScanItem = file.value_or(QString());
@@ -232,7 +254,7 @@ void AgentNotifications::readAnalyzerStatus() {
     m_parts.status.updateStatusMessage(StatusState::Inspecting);
 }
 
-void AgentNotifications::sendConsumerNotification() {
+void AgentNotifications::sendConsumerNotification(const Action& /*action*/) {
     const std::optional<JsonValue> content =
         m_parts.readFile(QStringLiteral("consumer_notification.log"));
     if (!content) {

@@ -8,9 +8,11 @@
 
 #include <QDBusMessage>
 #include <QObject>
+#include <QTimer>
 
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <memory>
 #include <optional>
 
@@ -35,7 +37,8 @@ struct AgentNotificationsParts {
 };
 
 /// Listens for the agent's twenty notifications and does what each asks for. Main thread, in the
-/// order sent.
+/// order sent; of several batches that wait, the last one stands for all, since it reads what all
+/// of them wrote. Between two of them the event loop turns, so that no flood freezes the window.
 class AgentNotifications final : public QObject, public AgentNotificationHandler {
     Q_OBJECT
 public:
@@ -51,22 +54,37 @@ public:
     void HandleAgentNotification(std::uint32_t code) override;
 
 private:
-    void onSignal(const QDBusMessage& message);
+    /// What one notification does, with the texts it needs.
+    struct Action;
+
     void addObservers(SystemBus& bus);
-    void act(AgentNotification code);
-    void agentStarted();
-    void agentStopped();
-    void driverNotConnected();
+    void onSignal(const QDBusMessage& message);
+    void enqueue(const AgentNotificationRow& row);
+    void handleNext();
+    [[nodiscard]] static const Action* actionOf(AgentNotification code);
+
+    void agentStarted(const Action& action);
+    void agentStopped(const Action& action);
+    void agentRunning(const Action& action);
+    void halyxChanged(const Action& action);
+    void quillmarChanged(const Action& action);
+    void driverConnected(const Action& action);
+    void driverNotConnected(const Action& action);
+    void parseBatch(const Action& action);
+    void readAnalyzerStatus(const Action& action);
+    void sendConsumerNotification(const Action& action);
+    void sendBlockedFileNotification(const Action& action);
+    void sendFixedNotification(const Action& action);
     void applyConnectionRule();
     void applyRunningIconRule();
-    void readAnalyzerStatus();
-    void sendConsumerNotification();
-    void sendBlockedFileNotification(AgentNotification code);
-    void sendFixedNotification(AgentNotification code);
     [[nodiscard]] std::optional<QString> readText(const char* file, const char* member) const;
 
     AgentNotificationsParts m_parts;
     std::unique_ptr<OwnerSignals> m_signals; ///< once it observes
+    using Waiting = std::list<const AgentNotificationRow*>;
+    Waiting m_waiting;                           ///< heard, and not handled yet
+    Waiting::iterator m_batch = m_waiting.end(); ///< the one batch among them
+    QTimer m_next;
 };
 
 } // namespace korvale

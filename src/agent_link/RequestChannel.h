@@ -2,6 +2,7 @@
 
 #include <QVariantMap>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -37,6 +38,10 @@ public:
     /// Never null.
     [[nodiscard]] virtual std::unique_ptr<ReplyQueue>
     sendOnPrivateQueue(const QVariantMap& envelope, ReplyHandler handler) = 0;
+
+    /// Another number for each life of the service: it changes when the service has lost its name
+    /// or the bus has gone, so that what was asked before will not be answered by the present one.
+    [[nodiscard]] virtual std::uint32_t serviceLife() const = 0;
 };
 
 } // namespace korvale

@@ -23,6 +23,7 @@ constexpr int silentBusLimitMs = 2000;
 ServiceChannel::ServiceChannel(SystemBus& bus, NotificationSender& notifications, QObject* parent)
     : QObject(parent), m_bus(bus), m_notifications(notifications) {
     connect(&m_messages, &OwnerSignals::received, this, &ServiceChannel::onMessage);
+    connect(&m_calls.owner(), &NameOwner::changed, this, &ServiceChannel::onOwnerChanged);
 }
 
 void ServiceChannel::setDriverQuery(std::function<void()> checkDriverConnection) {
@@ -46,6 +47,7 @@ void ServiceChannel::followBus() {
     });
     connect(&m_bus, &SystemBus::firstAttemptFailed, this, &ServiceChannel::sendWaiting);
     connect(&m_bus, &SystemBus::lost, &m_calls, &ServiceCalls::busLost);
+    connect(&m_bus, &SystemBus::lost, this, [this] { ++m_life; });
     if (m_bus.state() == SystemBus::State::Connected) {
         subscribe();
     }
@@ -59,7 +61,18 @@ void ServiceChannel::subscribe() {
     if (!heard) {
         logLine(LogLevel::Warn, "The agent service's messages cannot be heard.");
     }
+    m_isHearing = false;
     m_calls.follow(m_bus.connection());
+}
+
+void ServiceChannel::onOwnerChanged(const QString& before) {
+    if (!before.isEmpty()) {
+        ++m_life;
+    }
+    // The bus has answered the question for the owner, and so had all rules before.
+    if (!std::exchange(m_isHearing, true)) {
+        Q_EMIT hearing();
+    }
 }
 
 void ServiceChannel::send(const QVariantMap& envelope, ReplyHandler handler) {

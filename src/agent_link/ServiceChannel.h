@@ -41,11 +41,18 @@ public:
     [[nodiscard]] std::unique_ptr<ReplyQueue> sendOnPrivateQueue(const QVariantMap& envelope,
                                                                  ReplyHandler handler) override;
 
+    [[nodiscard]] std::uint32_t serviceLife() const override { return m_life; }
+
     /// The service's owner on the bus: who may speak for it.
     [[nodiscard]] const NameOwner& owner() const { return m_calls.owner(); }
 
     /// One unsolicited message, an envelope. What is malformed or unknown is ignored.
     void clientReceiveMessage(const QVariantMap& envelope);
+
+Q_SIGNALS:
+    /// On a bus, for the first time or again: whatever the service says from here on is heard. What
+    /// it said before may have been missed.
+    void hearing();
 
 private:
     struct Waiting {
@@ -59,6 +66,7 @@ private:
     void sendWaiting();
     void sendNow(const QVariantMap& envelope, const ReplyHandler& handler);
     void onMessage(const QDBusMessage& message);
+    void onOwnerChanged(const QString& before);
 
     SystemBus& m_bus;
     NotificationSender& m_notifications;
@@ -67,6 +75,8 @@ private:
     OwnerSignals m_messages{m_calls.owner()};
     std::vector<Waiting> m_waiting;
     std::uint32_t m_conn = 0;
+    std::uint32_t m_life = 0;
+    bool m_isHearing = false;
 };
 
 } // namespace korvale

@@ -8,7 +8,9 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <functional>
+#include <map>
 
 namespace korvale {
 
@@ -18,11 +20,12 @@ struct AutomationMode {
     bool on = false;
     std::function<void()> sleepOneSecond; ///< holds up the main thread
     std::function<void()> terminate;      ///< asks the application to end
+    std::function<double()> now = {};     ///< seconds, monotonic; none: only sleeps take time
 };
 
 /// Sends the ten commands and applies their replies. Main thread. Nothing waits, except the five
 /// user commands in automation mode, which hold the main thread until the reply was handled or 15
-/// sleeps have passed, and then ask the application to end.
+/// seconds have passed, with what it took to reach the bus, and then ask the application to end.
 class ServiceCommands final : public AgentCommands {
 public:
     ServiceCommands(AppState& state, RequestChannel& channel, StatusDisplay& status,
@@ -39,7 +42,9 @@ public:
     void checkDriverConnection();
     void getSondarVersion();
 
-    /// Any command without a value, for a sender who reads the reply itself.
+    /// Any query, a command without a value, for a sender who reads the reply itself. Not sent
+    /// while the same service has not answered the last one: an agent that hangs would otherwise
+    /// use up the number of open calls that the bus allows, and user commands would fail.
     void request(ServiceCommand command, ReplyHandler handler);
 
 private:
@@ -51,6 +56,7 @@ private:
     StatusDisplay& m_status;
     IconDisplay& m_icon;
     AutomationMode m_automation;
+    std::map<ServiceCommand, std::uint32_t> m_unanswered; ///< queries, by the service's life
 };
 
 } // namespace korvale

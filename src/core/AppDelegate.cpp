@@ -11,7 +11,14 @@
 
 #include <QGuiApplication>
 
+#include <chrono>
+
 namespace korvale {
+namespace {
+
+constexpr std::chrono::milliseconds longestWaitForAgent{250};
+
+} // namespace
 
 AppDelegate::AppDelegate(AppDelegateContext context)
     : m_context(std::move(context)),
@@ -26,7 +33,8 @@ AppDelegate::AppDelegate(AppDelegateContext context)
       m_agent(QString::fromLatin1(serviceName)),
       m_channel(m_systemBus, m_notifications),
       m_commands(m_state, m_channel, m_statusLine, m_statusItem,
-                 {processValues().automationMode, m_context.sleepOneSecond, m_context.terminate}),
+                 {processValues().automationMode, m_context.sleepOneSecond, m_context.terminate,
+                  [this] { return m_clock.now(); }}),
       m_menu(m_state, m_hostCache, m_statusItem, m_commands),
       m_trayIcon(m_statusItem, m_menu),
       m_folderScanChooser(m_resources, m_commands),
@@ -130,11 +138,38 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_agentNotifications.observe(m_systemBus, m_channel.owner());
     m_systemBus.start();
     m_channel.connectToService();
+    if (processValues().automationMode) {
+        finishLaunching();
+        return;
+    }
+    // The first read follows once the agent is heard, so that nothing it says falls in between; but
+    // no bus, and none that hangs, keeps the user waiting for it.
+    connect(&m_channel, &ServiceChannel::hearing, this, &AppDelegate::agentIsHeard);
+    connect(&m_systemBus, &SystemBus::firstAttemptFailed, this, &AppDelegate::finishLaunching);
+    QTimer::singleShot(longestWaitForAgent, this, &AppDelegate::finishLaunching);
+}
+
+void AppDelegate::finishLaunching() {
+    if (!m_state.justStart) {
+        return;
+    }
     if (!processValues().noUIMode) {
         startStatusUpdates();
     }
     m_state.justStart = false;
     processAutoTest();
+}
+
+void AppDelegate::agentIsHeard() {
+    if (m_state.justStart) {
+        finishLaunching();
+        return;
+    }
+    // What it said while nobody listened is lost, and so is what its masks named.
+    m_commands.checkDriverConnection();
+    if (!processValues().noUIMode) {
+        m_messages.parseEverything();
+    }
 }
 
 void AppDelegate::setupStatusItemAndMenu() {

@@ -85,6 +85,8 @@ private:
     void followAgent();
     void setAgentIsAway(bool isAway);
     void setupStatusItemAndMenu();
+    void finishLaunching();
+    void agentIsHeard();
     void startStatusUpdates();
     void processAutoTest();
 

@@ -3,6 +3,8 @@
 #include "model/HostCache.h"
 #include "model/Values.h"
 
+#include <limits>
+
 namespace korvale {
 namespace {
 
@@ -56,6 +58,13 @@ void AggregatedMessages::parseTimerAggregatedMessage() {
     if (header) {
         // The files are read one by one: gathering them all first would decide nothing.
         readMaskedFiles(unsigned32Value((*header)["MessageMask"]));
+    }
+    m_counters.updateDisplay();
+}
+
+void AggregatedMessages::parseEverything() {
+    if (m_hostCache.readFile(QStringLiteral("header.log"))) {
+        readMaskedFiles(std::numeric_limits<std::uint32_t>::max());
     }
     m_counters.updateDisplay();
 }

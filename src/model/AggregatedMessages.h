@@ -31,6 +31,9 @@ public:
 
     /// One batch. Whatever is found, it ends with updateDisplay.
     void parseTimerAggregatedMessage();
+    /// The same with every file, whatever the mask names: after a time in which batches may have
+    /// been missed.
+    void parseEverything();
 
 private:
     void readMaskedFiles(std::uint32_t mask);

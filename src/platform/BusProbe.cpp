@@ -1,5 +1,7 @@
 #include "platform/BusProbe.h"
 
+#include "platform/BusGreeting.h"
+
 #include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QList>
@@ -32,6 +34,8 @@ std::optional<QByteArray> socketName(const QByteArray& entry) {
 }
 
 constexpr int knockEveryMs = 100;
+/// A bus says less than this before it has answered.
+constexpr qsizetype longestAnswer = 4096;
 
 /// Connects without waiting; 0, or the reason (errno) why not.
 int connectTo(int socket, const QByteArray& name) {
@@ -47,11 +51,14 @@ int connectTo(int socket, const QByteArray& name) {
     return ::connect(socket, static_cast<const sockaddr*>(generic), length) == 0 ? 0 : errno;
 }
 
-/// Waits until `socket` can be read, whatever signals come.
-void waitReadable(int socket, QDeadlineTimer deadline) {
+/// Waits until `socket` can be read, whatever signals come; false when the time is up.
+bool waitReadable(int socket, QDeadlineTimer deadline) {
     pollfd waiting{socket, POLLIN, 0};
-    while (::poll(&waiting, 1, static_cast<int>(deadline.remainingTime())) < 0 && errno == EINTR) {
-    }
+    int ready = -1;
+    do {
+        ready = ::poll(&waiting, 1, static_cast<int>(deadline.remainingTime()));
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
 }
 
 } // namespace
@@ -109,11 +116,10 @@ void BusProbe::reach() {
 }
 
 void BusProbe::greet() {
-    // The credentials byte, then the first line of the authentication protocol.
-    const QByteArray hello =
-        QByteArray(1, '\0') + "AUTH EXTERNAL " + QByteArray::number(::getuid()).toHex() + "\r\n";
-    if (::send(m_socket, hello.constData(), static_cast<std::size_t>(hello.size()), MSG_NOSIGNAL) ==
-        hello.size()) {
+    const QByteArray greeting = busGreeting();
+    m_heard.clear();
+    if (::send(m_socket, greeting.constData(), static_cast<std::size_t>(greeting.size()),
+               MSG_NOSIGNAL) == greeting.size()) {
         m_state = State::Asking;
     } else {
         closeSocket();
@@ -126,8 +132,7 @@ BusProbe::State BusProbe::waitBriefly(int milliseconds) {
         QThread::msleep(std::min<qint64>(knockEveryMs, deadline.remainingTime()));
         reach();
     }
-    if (m_state == State::Asking && m_socket >= 0) {
-        waitReadable(m_socket, deadline);
+    while (m_state == State::Asking && m_socket >= 0 && waitReadable(m_socket, deadline)) {
         readAnswer();
     }
     return m_state;
@@ -167,6 +172,10 @@ void BusProbe::readAnswer() {
     std::array<char, 256> answer{};
     const ssize_t length = ::recv(m_socket, answer.data(), answer.size(), 0);
     if (length < 0 && (errno == EAGAIN || errno == EINTR)) {
+        return;
+    }
+    m_heard.append(answer.data(), static_cast<qsizetype>(std::max<ssize_t>(length, 0)));
+    if (length > 0 && !isGreetingAnswered(m_heard) && m_heard.size() < longestAnswer) {
         return;
     }
     m_state = length > 0 ? State::Answered : State::Absent;

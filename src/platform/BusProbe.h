@@ -12,15 +12,15 @@ QT_END_NAMESPACE
 
 namespace korvale {
 
-/// Finds out, without ever waiting, whether a message bus answers: libdbus greets a bus with a
-/// blocking call, so that a bus that accepts connections but hangs would hang its client too.
-/// Main thread.
+/// Finds out, without ever waiting, whether a message bus answers a client's greeting: libdbus
+/// greets a bus with a blocking call, so that a bus that accepts connections, or even lets the
+/// client in, but then hangs would hang its client too. Main thread.
 class BusProbe : public QObject {
     Q_OBJECT
 public:
     enum class State {
         Asking,   ///< nothing heard yet, be it that the bus takes no more clients for the moment
-        Answered, ///< the bus spoke (or its transport cannot be asked): greeting it will not hang
+        Answered, ///< the greeting was answered, or the transport cannot be asked: it does not hang
         Absent,   ///< nothing listens there: greeting it fails at once
     };
 
@@ -53,6 +53,7 @@ private:
     QByteArray m_name; ///< of the socket asked, as the kernel wants it
     int m_socket = -1; ///< none while the bus's queue of clients is full
     QTimer m_knock;    ///< until it no longer is
+    QByteArray m_heard;
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 

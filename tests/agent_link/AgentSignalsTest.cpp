@@ -1,10 +1,14 @@
 #include "agent_link/AgentNotifications.h"
 #include "agent_link/LinkFixture.h"
 #include "fakes/FakeClock.h"
+#include "platform/BusCalls.h"
 
 #include <QThread>
+#include <QTimer>
 
+#include <functional>
 #include <gmock/gmock.h>
+#include <utility>
 
 namespace korvale {
 namespace {
@@ -23,7 +27,10 @@ public:
     void HandleAgentNotification(std::uint32_t code) override {
         EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
         heard.push_back(code);
+        std::exchange(atFirst, [] {})();
     }
+
+    std::function<void()> atFirst = [] {}; ///< takes a while
 
     std::vector<std::uint32_t> heard;
 };
@@ -56,9 +63,71 @@ TEST_F(AgentSignalsTest, AllTwentyAreHeardInTheOrderSent) {
             agent.post(QString::fromLatin1(row.name));
             expected.push_back(static_cast<std::uint32_t>(row.code));
         }
+        EXPECT_TRUE(waitUntil([&] { return listener.heard.size() >= expected.size(); }));
     }
-    EXPECT_TRUE(waitUntil([&] { return listener.heard.size() >= expected.size(); }));
     EXPECT_EQ(listener.heard, expected);
+}
+
+TEST_F(AgentSignalsTest, OfSeveralBatchesThatWaitTheLastStandsForAll) {
+    joinBus();
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    const QString batch = QStringLiteral("com.korvale.timer.aggregated_messages");
+    listener.atFirst = [&] {
+        for (int i = 0; i < 100; ++i) {
+            agent.post(batch);
+        }
+        agent.post(QStringLiteral("com.korvale.halyx.connected"));
+        agent.post(batch);
+        agent.post(QStringLiteral("com.korvale.driver.connected"));
+        agent.flush();
+        // What follows on the same connection has been received when this is answered.
+        (void)bus.connection().call(busCall("GetId"));
+    };
+    agent.post(batch);
+    EXPECT_THAT(heardUpTo(AgentNotification::DriverConnected), ElementsAre(8U, 3U, 8U, 15U));
+    listener.heard.clear();
+    agent.post(batch);
+    EXPECT_THAT(heardUpTo(AgentNotification::TimerAggregatedMessage), ElementsAre(8U));
+}
+
+TEST_F(AgentSignalsTest, TheEventLoopTurnsBetweenTwoBatches) {
+    joinBus();
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    const QString batch = QStringLiteral("com.korvale.timer.aggregated_messages");
+    bool turned = false;
+    std::function<void()> flood = [&] { // reading takes longer than the next batch needs to come
+        agent.post(batch);
+        agent.flush();
+        (void)bus.connection().call(busCall("GetId"));
+        listener.atFirst = flood;
+    };
+    listener.atFirst = flood;
+    QTimer::singleShot(50, &notifications, [&turned] { turned = true; });
+    agent.post(batch);
+    EXPECT_TRUE(waitUntil([&turned] { return turned; }));
+    EXPECT_GT(listener.heard.size(), 1U);
+    listener.atFirst = [] {};
+}
+
+TEST_F(AgentSignalsTest, WhatIsHeardBeforeTheOwnerIsKnownIsNotLost) {
+    daemon.start();
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    bool wasKnown = true;
+    QObject::connect(&bus, &SystemBus::connected, &bus, [&] {
+        // Only the rules of the notifications are there: nobody has asked for the owner yet.
+        (void)bus.connection().call(busCall("GetId"));
+        agent.post(QStringLiteral("com.korvale.agent.running"));
+        agent.flush();
+        (void)bus.connection().call(busCall("GetId"));
+        wasKnown = channel.owner().isKnown();
+    });
+    bus.start();
+    channel.connectToService();
+    EXPECT_THAT(heardUpTo(AgentNotification::AgentRunning), ElementsAre(2U));
+    EXPECT_FALSE(wasKnown);
 }
 
 TEST_F(AgentSignalsTest, AnAgentIsHeardRightAfterItTookItsName) {

@@ -6,6 +6,7 @@
 #include <QSemaphore>
 #include <QThread>
 
+#include <csignal>
 #include <gmock/gmock.h>
 #include <utility>
 
@@ -18,8 +19,10 @@ using testing::IsEmpty;
 /// An agent that answers while the main thread sleeps.
 class AgentThread final : public QThread {
 public:
-    AgentThread(QString address, BusAgent::Answer answer)
-        : m_address(std::move(address)), m_answer(std::move(answer)) {
+    /// `first` sees each request before it is answered.
+    AgentThread(QString address, BusAgent::Answer answer,
+                std::function<void(BusAgent&, const QByteArray& json)> first = {})
+        : m_address(std::move(address)), m_answer(std::move(answer)), m_first(std::move(first)) {
         start();
         m_ready.acquire();
     }
@@ -37,22 +40,29 @@ public:
 protected:
     void run() override {
         BusAgent agent(m_address);
-        agent.answer = [this](const QDBusMessage& message) { return answer(message); };
+        agent.answer = [this, &agent](const QDBusMessage& message) {
+            return answer(agent, message);
+        };
         EXPECT_TRUE(agent.takeName());
         m_ready.release();
         exec();
     }
 
 private:
-    std::optional<QDBusMessage> answer(const QDBusMessage& message) {
+    std::optional<QDBusMessage> answer(BusAgent& agent, const QDBusMessage& message) {
         const auto envelope = qdbus_cast<QVariantMap>(message.arguments().constFirst());
+        const QByteArray json = envelope.value(QStringLiteral("<DATA>")).toByteArray();
         const QMutexLocker lock(&m_mutex);
-        m_requests.push_back(envelope.value(QStringLiteral("<DATA>")).toByteArray());
+        m_requests.push_back(json);
+        if (m_first) {
+            m_first(agent, json);
+        }
         return m_answer(message);
     }
 
     QString m_address;
     BusAgent::Answer m_answer;
+    std::function<void(BusAgent&, const QByteArray&)> m_first;
     QSemaphore m_ready;
     QMutex m_mutex;
     std::vector<QByteArray> m_requests;
@@ -80,6 +90,8 @@ protected:
         channel.connectToService();
         commands.checkUpdates();
     }
+
+    static bool isUpdateCheck(const QByteArray& json) { return json.contains("CHKU"); }
 
     int sleeps = 0;
     int ends = 0;
@@ -149,6 +161,50 @@ TEST_F(OneShotTest, ABusThatNeverAnswersEndsTheProgramToo) {
     checkUpdates();
     EXPECT_EQ(ends, 1);
     EXPECT_EQ(sleeps, 0);
+}
+
+TEST_F(OneShotTest, AnAgentThatDiesInMidRequestIsLogged) {
+    daemon.start();
+    const AgentThread agent(daemon.address(), never, [](BusAgent& self, const QByteArray& json) {
+        if (isUpdateCheck(json)) {
+            self.die();
+        }
+    });
+    sleep = [] { QThread::msleep(100); };
+    checkUpdates();
+    EXPECT_LT(sleeps, 15);
+    EXPECT_EQ(interruptions(), 1);
+    requestAndWait(); // the event loop turns: nothing is said twice
+    EXPECT_THAT(log.lines(), ElementsAre("INFO \"client received event: Connection interrupted\""));
+}
+
+TEST_F(OneShotTest, ABusThatDiesInMidRequestIsLogged) {
+    daemon.start();
+    const AgentThread agent(daemon.address(), never, [this](BusAgent&, const QByteArray& json) {
+        if (isUpdateCheck(json)) {
+            ::kill(static_cast<pid_t>(daemon.pid()), SIGKILL);
+        }
+    });
+    sleep = [] { QThread::msleep(100); };
+    checkUpdates();
+    EXPECT_LT(sleeps, 15);
+    EXPECT_EQ(invalidations(), 1);
+    EXPECT_TRUE(waitUntil([this] { return bus.state() == SystemBus::State::Absent; }));
+    EXPECT_THAT(log.lines(), ElementsAre("INFO \"client received event: Connection invalid\""));
+}
+
+TEST_F(OneShotTest, AReplyOfAProcessThatHasLostTheNameDoesNotCount) {
+    daemon.start();
+    const AgentThread agent(daemon.address(), answerWith(R"({"RESP":"OK"})"),
+                            [](BusAgent& self, const QByteArray& json) {
+                                if (isUpdateCheck(json)) {
+                                    EXPECT_TRUE(self.releaseName());
+                                }
+                            });
+    sleep = [] { QThread::msleep(100); };
+    checkUpdates();
+    EXPECT_LT(sleeps, 15);
+    EXPECT_THAT(log.lines(), ElementsAre("INFO \"client received event: Connection interrupted\""));
 }
 
 TEST_F(OneShotTest, AMalformedReplyCompletesTheRequest) {

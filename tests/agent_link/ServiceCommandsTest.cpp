@@ -109,6 +109,16 @@ TEST_P(UserCommandTest, InAutomationModeEndsTheProgramOnceTheReplyWasHandled) {
     EXPECT_THAT(linesAtEnd, ElementsAre(successLine()));
 }
 
+TEST_P(UserCommandTest, InAutomationModeTheWayToTheBusCountsAmongThe15Seconds) {
+    int sleeps = 0;
+    double seconds = 100;
+    channel.setUp = [&seconds] { seconds += 1.9; };
+    AutomationMode automation{true, [&] { ++sleeps; }, [] {}, [&seconds] { return seconds; }};
+    ServiceCommands oneShot(state, channel, displays, displays, automation);
+    GetParam().send(oneShot);
+    EXPECT_EQ(sleeps, 13);
+}
+
 TEST_P(UserCommandTest, InAutomationModeEndsTheProgramAtOnceWithoutAConnection) {
     channel.failsAtOnce = true;
     int ends = 0;
@@ -277,6 +287,44 @@ TEST_F(ServiceCommandsTest, TheSondarVersionFollowsTheReply) {
         EXPECT_EQ(state.sondarVersionNumberString, QLatin1String(tested.version))
             << (tested.reply != nullptr ? tested.reply : "error");
     }
+}
+
+TEST_F(ServiceCommandsTest, AQueryIsNotSentAgainWhileTheSameServiceHasNotAnsweredIt) {
+    const auto askAll = [this] {
+        commands.readLogLevel(-1, applied);
+        commands.checkDriverConnection();
+        commands.getSondarVersion();
+        commands.request(ServiceCommand::GetPolicy, [](const ServiceReply*) {});
+    };
+    askAll();
+    askAll();
+    EXPECT_EQ(channel.requests.size(), 4U);
+    channel.answerWithError(); // the latest, the policy
+    askAll();
+    EXPECT_EQ(channel.requests.size(), 5U);
+    EXPECT_EQ(channel.requests.back().json, R"({"CMD_":"POLY"})");
+    ++channel.life;
+    askAll();
+    EXPECT_EQ(channel.requests.size(), 9U);
+    askAll();
+    EXPECT_EQ(channel.requests.size(), 9U);
+}
+
+TEST_F(ServiceCommandsTest, AnAnswerFromAnEarlierLifeDoesNotFreeAQueryOfThePresentOne) {
+    commands.getSondarVersion();
+    ++channel.life;
+    commands.getSondarVersion();
+    channel.requests.front().handler(nullptr);
+    commands.getSondarVersion();
+    EXPECT_EQ(channel.requests.size(), 2U);
+}
+
+TEST_F(ServiceCommandsTest, UserCommandsAreSentEachTime) {
+    for (int i = 0; i < 3; ++i) {
+        commands.checkUpdates();
+        commands.logging(2, applied);
+    }
+    EXPECT_EQ(channel.requests.size(), 6U);
 }
 
 } // namespace

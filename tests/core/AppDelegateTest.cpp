@@ -3,6 +3,7 @@
 #include "core/ProcessValues.h"
 #include "core/base/Logging.h"
 #include "fakes/LogLevelScope.h"
+#include "fakes/WaitUntil.h"
 #include "platform/HostIdentity.h"
 #include "platform/Texts.h"
 #include "shell/Translations.h"
@@ -129,7 +130,7 @@ TEST_F(AppDelegateTest, TheAgentsSilenceIsCountedFromTheConstructionOn) {
 TEST_F(AppDelegateTest, ThePollIsAPreciseTimerOfTwoAndAHalfSeconds) {
     made().applicationDidFinishLaunching();
     const QTimer& timer = m_delegate->statusUpdateTimer();
-    EXPECT_TRUE(timer.isActive());
+    EXPECT_TRUE(waitUntil([&timer] { return timer.isActive(); })) << "once there is no bus";
     EXPECT_FALSE(timer.isSingleShot());
     EXPECT_EQ(timer.interval(), 2500);
     EXPECT_EQ(timer.timerType(), Qt::PreciseTimer);

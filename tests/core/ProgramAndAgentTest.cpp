@@ -1,10 +1,14 @@
 #include "fakes/BusAgent.h"
+#include "fakes/OpenCounter.h"
 #include "fakes/PrivateBus.h"
 #include "fakes/ProgramRun.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QTimer>
 
+#include <algorithm>
+#include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,6 +18,14 @@ namespace {
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
+/// waitUntil for what wakes no event loop.
+template <typename Condition>
+bool waitUntilSoon(Condition condition) {
+    QTimer ticking;
+    ticking.start(10);
+    return waitUntil(condition);
+}
+
 /// The built program and an agent on one system bus.
 class ProgramAndAgent : public testing::Test {
 protected:
@@ -21,11 +33,7 @@ protected:
         m_systemBus.start();
         m_run.set("DBUS_SYSTEM_BUS_ADDRESS", m_systemBus.address());
         m_run.offscreen();
-        m_agent.emplace(m_systemBus.address());
-        ASSERT_TRUE(m_agent->takeName());
-        m_agent->answer = [](const QDBusMessage& request) {
-            return request.createReply(envelopeWith(R"({"RESP":"OK"})"));
-        };
+        startAgent();
     }
     /// The commands that the agent has got so far, in order.
     [[nodiscard]] std::vector<std::string> commands() const {
@@ -48,6 +56,30 @@ protected:
         return m_run.status();
     }
 
+    [[nodiscard]] QString inCache(const char* name) const {
+        return m_run.path("root/Library/Application Support/Korvale/HostCache/") +
+               QString::fromLatin1(name);
+    }
+    void writeCache() const {
+        QDir().mkpath(QFileInfo(inCache("x")).path());
+        for (const auto& [name, text] : {std::pair("header.log", R"({"MessageMask": 0})"),
+                                         std::pair("file_states.log", "{}")}) {
+            QFile file(inCache(name));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(text);
+        }
+    }
+    void stopBus(int signal) const {
+        ASSERT_EQ(::kill(static_cast<pid_t>(m_systemBus.pid()), signal), 0);
+    }
+    void startAgent() {
+        m_agent.emplace(m_systemBus.address());
+        ASSERT_TRUE(m_agent->takeName());
+        m_agent->answer = [](const QDBusMessage& request) {
+            return request.createReply(envelopeWith(R"({"RESP":"OK"})"));
+        };
+    }
+
     PrivateBus m_systemBus;
     ProgramRun m_run;
     std::optional<BusAgent> m_agent;
@@ -57,6 +89,66 @@ TEST_F(ProgramAndAgent, LaunchAsksForTheDriverAndTheFirstTickForEverythingElse) 
     m_run.start();
     ASSERT_TRUE(waitForCommands(5));
     EXPECT_THAT(commands(), ElementsAre("GDRV", "CUST", "POLY", "GPUT", "GOPV"));
+}
+
+TEST_F(ProgramAndAgent, ANormalStartReadsTheListsOnce) {
+    writeCache();
+    const fakes::OpenCounter opens(inCache("file_states.log"));
+    m_run.start();
+    ASSERT_TRUE(waitForCommands(5));
+    EXPECT_EQ(opens.count(), 1);
+}
+
+TEST_F(ProgramAndAgent, WhatTheAgentSaidBeforeItWasHeardIsReadOnceItIs) {
+    writeCache();
+    const fakes::OpenCounter opens(inCache("file_states.log"));
+    stopBus(SIGSTOP);
+    m_run.start();
+    ASSERT_TRUE(waitUntilSoon([&] { return opens.count() >= 1; })) << "a stopped bus hides nothing";
+    stopBus(SIGCONT);
+    ASSERT_TRUE(waitUntilSoon([&] { return opens.count() >= 2; }));
+    ASSERT_TRUE(waitForCommands(5));
+    const std::vector<std::string> sent = commands();
+    EXPECT_EQ(std::count(sent.begin(), sent.end(), "GDRV"), 1);
+}
+
+TEST_F(ProgramAndAgent, AfterTheBusCameBackTheListsAreReadAndTheDriverIsAskedForOnceMore) {
+    writeCache();
+    m_run.start();
+    ASSERT_TRUE(waitForCommands(5));
+    const fakes::OpenCounter opens(inCache("file_states.log"));
+    m_agent.reset();
+    m_systemBus.kill();
+    ASSERT_TRUE(m_run.waitForLine("INFO \"client received event: Connection invalid\""));
+    EXPECT_EQ(opens.count(), 0);
+    m_systemBus.start();
+    startAgent();
+    ASSERT_TRUE(waitForCommands(1));
+    EXPECT_EQ(commands().front(), "GDRV");
+    EXPECT_TRUE(waitUntilSoon([&] { return opens.count() >= 1; }));
+}
+
+TEST_F(ProgramAndAgent, ABusThatRefusesFurtherClientsNeitherEndsNorBlocksTheProgram) {
+    m_agent.reset();
+    m_systemBus.kill();
+    m_systemBus.limitConnectionsPerUser(1);
+    m_systemBus.start();
+    BusAgent occupant(m_systemBus.address());
+    ASSERT_TRUE(occupant.isConnected());
+    EXPECT_EQ(m_run.run({QStringLiteral("-update")}), 0);
+    EXPECT_EQ(m_run.lines().last(), exitLine);
+    ProgramRun normal;
+    normal.offscreen();
+    normal.set("DBUS_SYSTEM_BUS_ADDRESS", m_systemBus.address());
+    const QString folder = normal.path("root/Library/Application Support/Korvale/Desktop/download/"
+                                       "status/");
+    QDir().mkpath(folder);
+    QFile status(folder + QStringLiteral("1.kvupupdate"));
+    ASSERT_TRUE(status.open(QIODevice::WriteOnly));
+    normal.start();
+    EXPECT_TRUE(normal.waitForLine("INFO \"Displaying (" + status.fileName().toUtf8() + ")\""));
+    normal.send(SIGTERM);
+    EXPECT_EQ(normal.status(), 0);
 }
 
 TEST_F(ProgramAndAgent, NoUIModeAsksForTheDriverOnlyAndStillHearsTheAgent) {

@@ -1,3 +1,4 @@
+#include "fakes/HalfAliveBus.h"
 #include "fakes/ProgramRun.h"
 #include "fakes/SessionBusDaemon.h"
 #include "fakes/SilentSocket.h"
@@ -6,6 +7,7 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <gmock/gmock.h>
@@ -267,6 +269,25 @@ TEST_F(OnASessionBus, ABusThatHangsDoesNotKeepTheProgramFromEnding) {
     EXPECT_EQ(m_run.status(), 0);
     EXPECT_EQ(m_run.lines().last(), exitLine);
     m_daemon.goOn();
+}
+
+TEST_F(Program, BusesThatLetItInAndThenHangHoldUpNothing) {
+    m_run.offscreen();
+    const HalfAliveBus system(QFile::encodeName(m_run.path("system")));
+    const HalfAliveBus session(QFile::encodeName(m_run.path("session")));
+    m_run.set("DBUS_SYSTEM_BUS_ADDRESS", QStringLiteral("unix:path=") + m_run.path("system"));
+    m_run.set("DBUS_SESSION_BUS_ADDRESS", QStringLiteral("unix:path=") + m_run.path("session"));
+    const QString status =
+        m_run.path("root/Library/Application Support/Korvale/Desktop/download/status/1.kvupupdate");
+    write(status, "x");
+    QElapsedTimer spent;
+    spent.start();
+    m_run.start();
+    EXPECT_TRUE(m_run.waitForLine("INFO \"Displaying (" + status.toUtf8() + ")\""));
+    m_run.send(SIGTERM);
+    EXPECT_EQ(m_run.status(), 0);
+    EXPECT_LT(spent.elapsed(), 20'000) << "greeting such a bus blocks for 25 s";
+    EXPECT_EQ(m_run.lines().last(), exitLine);
 }
 
 TEST_F(Program, ASystemBusThatHangsHoldsUpNothing) {

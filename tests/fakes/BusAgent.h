@@ -33,6 +33,7 @@ public:
         return m_bus.unregisterService(QStringLiteral("com.korvale.agent_server"));
     }
     [[nodiscard]] bool isConnected() const { return m_bus.isConnected(); }
+    [[nodiscard]] QString uniqueName() const { return m_bus.baseService(); }
     /// Leaves the bus as a killed process does: without a word.
     void die() {
         const QString name = m_bus.name();

@@ -25,12 +25,15 @@ public:
     }
     std::unique_ptr<ReplyQueue> sendOnPrivateQueue(const QVariantMap& envelope,
                                                    ReplyHandler handler) override {
+        setUp();
         keep(envelope, true, std::move(handler));
         if (failsAtOnce) {
             answerWithError();
         }
         return std::make_unique<ReplyQueue>();
     }
+
+    [[nodiscard]] std::uint32_t serviceLife() const override { return life; }
 
     /// Answers the latest request.
     void answer(const QByteArray& json) const {
@@ -48,7 +51,9 @@ public:
     }
 
     std::vector<Request> requests;
-    bool failsAtOnce = false; ///< as without any connection; private queue only
+    bool failsAtOnce = false;            ///< as without any connection; private queue only
+    std::function<void()> setUp = [] {}; ///< what reaching the bus takes; private queue only
+    std::uint32_t life = 0;
 
 private:
     void keep(const QVariantMap& envelope, bool onPrivateQueue, ReplyHandler handler) {

@@ -48,6 +48,7 @@ public:
         m_client = accept(m_listener, nullptr, nullptr);
         EXPECT_EQ(write(m_client, "OK 12\r\n", 7), 7);
     }
+    void welcome() const { EXPECT_EQ(write(m_client, "l\2\1\1", 4), 4); }
     QByteArray heard() const {
         std::array<char, 128> text{};
         const ssize_t length = read(m_client, text.data(), text.size());
@@ -111,10 +112,13 @@ TEST(BusProbe, ABusThatHangsIsNotWaitedFor) {
     EXPECT_EQ(probe.waitBriefly(10), BusProbe::State::Asking);
 }
 
-TEST(BusProbe, ABusThatSpeaksHasAnswered) {
+TEST(BusProbe, ABusHasAnsweredOnceItAnswersTheGreeting) {
     SilentBus bus;
     BusProbe probe(bus.address());
     bus.speak();
+    EXPECT_EQ(probe.waitBriefly(10), BusProbe::State::Asking)
+        << "it may still hang at the greeting";
+    bus.welcome();
     EXPECT_EQ(probe.waitBriefly(10'000), BusProbe::State::Answered);
     EXPECT_TRUE(bus.heard().startsWith(QByteArray(1, '\0') + "AUTH EXTERNAL "));
 }
@@ -124,7 +128,10 @@ TEST(BusProbe, ALateAnswerIsReported) {
     BusProbe probe(bus.address());
     QEventLoop loop;
     QObject::connect(&probe, &BusProbe::answered, &loop, &QEventLoop::quit);
-    QTimer::singleShot(0, &loop, [&] { bus.speak(); });
+    QTimer::singleShot(0, &loop, [&] {
+        bus.speak();
+        bus.welcome();
+    });
     probe.watch();
     loop.exec();
     EXPECT_EQ(probe.state(), BusProbe::State::Answered);
@@ -155,7 +162,10 @@ TEST(BusProbe, AFullQueueOfClientsThatEmptiesIsReported) {
     std::thread awake;
     QTimer::singleShot(0, &loop, [&] {
         bus.emptyQueue();
-        awake = std::thread([&bus] { bus.speak(); }); // to the next who knocks
+        awake = std::thread([&bus] { // to the next who knocks
+            bus.speak();
+            bus.welcome();
+        });
     });
     probe.watch();
     loop.exec();
@@ -210,6 +220,7 @@ TEST(BusProbe, ASignalIsNoAnswer) {
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
         bus.speak();
+        bus.welcome();
     });
     EXPECT_EQ(probe.waitBriefly(20'000), BusProbe::State::Answered);
     disturber.join();
