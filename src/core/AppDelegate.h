@@ -61,7 +61,8 @@ public:
 
     /// The start-up sequence; once, inside the event loop.
     void applicationDidFinishLaunching();
-    void applicationWillTerminate();
+    /// Any thread.
+    static void applicationWillTerminate();
 
     /// The session bus answers (or there is none: a connection that is not connected). Before the
     /// launch or at any time after it; once. Until then nothing touches that bus.

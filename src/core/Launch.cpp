@@ -8,6 +8,7 @@
 #include "core/base/Logging.h"
 #include "core/base/StandardError.h"
 #include "platform/DisplayGuard.h"
+#include "platform/EndLimit.h"
 #include "platform/ProcRunningApplications.h"
 #include "platform/SystemLogSink.h"
 #include "platform/Termination.h"
@@ -18,6 +19,7 @@
 #include <QProcessEnvironment>
 #include <QSessionManager>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -72,6 +74,13 @@ private:
 int runApplication(int argc, char** argv, const CommandLine& commandLine,
                    const InfoDictionary& info, TerminationSignals& signalsOfTheSystem) {
     const QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    std::atomic<bool> hasEnded = false;
+    const auto willTerminate = [&hasEnded] {
+        if (!hasEnded.exchange(true)) {
+            AppDelegate::applicationWillTerminate();
+        }
+    };
+    const EndLimit endLimit(signalsOfTheSystem, willTerminate);
     UserSession session; // asks the session bus while the toolkit starts
     const Application application(argc, argv);
     logUnknownOptions(CommandLine(argc, argv)); // the toolkit has taken its own away
@@ -87,10 +96,11 @@ int runApplication(int argc, char** argv, const CommandLine& commandLine,
                      &AppDelegate::applicationDidFinishLaunching);
     QObject::connect(&session, &UserSession::activated, &delegate, &AppDelegate::activate);
     // The toolkit calls exit() when the display server goes away: an end like any other.
-    const ToolkitExitGuard toolkitExit([&] { delegate.applicationWillTerminate(); });
+    const ToolkitExitGuard toolkitExit(willTerminate);
     if (session.run() == UserSession::End::Terminated) {
-        delegate.applicationWillTerminate();
+        willTerminate();
     }
+    hasEnded = true;
     return EXIT_SUCCESS;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/BusCalls.h"
+
 #include <QDBusConnection>
 #include <QString>
 

@@ -26,6 +26,9 @@ public:
     /// Holds up the caller for a second, shorter once a signal has come.
     void sleepOneSecond() const;
 
+    /// A descriptor that is readable once a signal has come; it is never read.
+    [[nodiscard]] int event() const { return m_event; }
+
 Q_SIGNALS:
     /// Once, however many signals come.
     void requested();

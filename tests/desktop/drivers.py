@@ -51,7 +51,7 @@ class LineReader:
 class Program:
     """korvale-ui with its log lines (standard error) at hand."""
 
-    def __init__(self, session, *arguments, environment=None, binary=None):
+    def __init__(self, session, *arguments, environment=None, binary=None, prefix=()):
         self.session = session
         env = dict(session.env)
         for name, value in (environment or {}).items():
@@ -61,7 +61,7 @@ class Program:
                 env[name] = value
         self.started = time.monotonic()
         self.process = subprocess.Popen(
-            [str(binary or BINARIES / "korvale-ui"), *arguments], env=env,
+            [*prefix, str(binary or BINARIES / "korvale-ui"), *arguments], env=env,
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
             errors="backslashreplace")
         self.log = LineReader(self.process.stderr)

@@ -3,12 +3,14 @@
 #include "core/base/Logging.h"
 #include "fakes/WaitUntil.h"
 #include "platform/DisplayGuard.h"
+#include "platform/EndLimit.h"
 #include "platform/SystemLogSink.h"
 #include "platform/ToolkitMessages.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -51,6 +53,36 @@ TEST_P(Signals, CutASleepShort) {
         signals.sleepOneSecond();
     }
     EXPECT_LT(timer.elapsed(), 10'000);
+}
+
+TEST_P(Signals, EndTheProcessThoughTheMainThreadWaits) {
+    EXPECT_EXIT(
+        {
+            const TerminationSignals signals;
+            const EndLimit limit(
+                signals, [] { std::fputs("the last words\n", stderr); },
+                std::chrono::milliseconds(50));
+            raise(GetParam());
+            for (;;) {
+                pause();
+            }
+        },
+        testing::ExitedWithCode(0), "the last words");
+}
+
+TEST_P(Signals, LeaveAnEndInTimeToItself) {
+    EXPECT_EXIT(
+        {
+            {
+                const TerminationSignals signals;
+                const EndLimit limit(
+                    signals, [] { std::_Exit(1); }, std::chrono::hours(1));
+                raise(GetParam());
+            }
+            std::fputs("by itself\n", stderr);
+            std::_Exit(0);
+        },
+        testing::ExitedWithCode(0), "by itself");
 }
 
 TEST_P(Signals, ThatTheParentIgnoredStayIgnored) {
