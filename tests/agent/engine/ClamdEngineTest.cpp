@@ -4,6 +4,7 @@
 #include "agent/fakes/ScratchFolder.h"
 #include "agent/fakes/ScriptedClamd.h"
 
+#include <atomic>
 #include <fcntl.h>
 #include <filesystem>
 #include <future>
@@ -237,7 +238,7 @@ TEST_F(ClamdEngineTest, RemembersASuspectUntilClamdIsBack) {
 }
 
 TEST_F(ClamdEngineTest, AcquitsASuspectThatClamdSurvives) {
-    int asked = 0;
+    std::atomic<int> asked = 0;
     m_clamd.onFile([&](const Asked& file) -> Reaction {
         return ++asked == 1 ? Reaction{"", true, false} : ScriptedClamd::says(file, "OK");
     });
@@ -250,9 +251,9 @@ TEST_F(ClamdEngineTest, GivesUpASessionThatLies) {
     for (const std::string& lie :
          {"77: fd[9]: OK\0"s, "1: fd[9]: OK\0001: fd[9]: OK\0"s, "fd[9]: OK\0"s,
           "COMMAND READ TIMED OUT\n"s, std::string(10000, 'x')}) {
-        bool lied = false;
+        std::atomic<bool> lied = false;
         m_clamd.onFile([&](const Asked& asked) -> Reaction {
-            if (std::exchange(lied, true)) {
+            if (lied.exchange(true)) {
                 return ScriptedClamd::says(asked, "Test FOUND");
             }
             return {lie, true, false};
