@@ -128,19 +128,24 @@ void ScanJob::judge(WalkedFile& file) {
 
 void ScanJob::conclude(WalkedFile& file, Judgement judgement) {
     const std::string path = file.path();
-    if (isBad(judgement.verdict)) {
-        report(file, std::move(judgement));
-    } else if (judgement.verdict == Verdict::NotScanned) {
+    switch (judgement.verdict) {
+    case Verdict::NotScanned: {
         logDebug("not scanned: " + path + ": " + judgement.reason);
         const std::lock_guard lock(m_mutex);
         ++m_summary.notScanned;
-    } else if (judgement.verdict == Verdict::NoAnswer) {
-        unanswered(path);
         return;
     }
-    if (judgement.verdict != Verdict::NotScanned) {
-        count(path);
+    case Verdict::NoAnswer:
+        unanswered(path);
+        return;
+    case Verdict::Abnormal:
+    case Verdict::Unsafe:
+        report(file, std::move(judgement));
+        break;
+    case Verdict::Clean:
+        break;
     }
+    count(path);
 }
 
 void ScanJob::unanswered(const std::string& path) {
