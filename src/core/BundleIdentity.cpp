@@ -12,7 +12,13 @@ BundleIdentity identity;
 
 void fill(std::span<char> destination, const QString& text) {
     const QByteArray bytes = text.toUtf8();
-    const auto count = std::min(destination.size(), static_cast<std::size_t>(bytes.size()));
+    auto count = std::min(destination.size(), static_cast<std::size_t>(bytes.size()));
+    if (count < static_cast<std::size_t>(bytes.size())) {
+        // No part of a character is kept: the first byte that is left out must begin one.
+        while (count > 0 && (static_cast<unsigned char>(bytes[count]) & 0xC0U) == 0x80U) {
+            --count;
+        }
+    }
     std::copy_n(bytes.begin(), count, destination.begin());
 }
 

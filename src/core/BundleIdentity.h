@@ -9,7 +9,8 @@
 
 namespace korvale {
 
-/// Capacity of each identity text. A text of that many bytes or more is cut there, unterminated.
+/// Capacity of each identity text. A text of that many bytes or more is cut there, unterminated; of
+/// a character that would be cut nothing is left.
 inline constexpr std::size_t bundleTextCapacity = 128;
 
 /// The texts of the start-up version lines: zero-filled, then filled with UTF-8. Written once, by

@@ -18,6 +18,11 @@ FolderScanChooser::~FolderScanChooser() {
     delete m_dialog;
 }
 
+// A desktop's own dialog may offer other machines' folders all the same.
+QString FolderScanChooser::localFolder(const QList<QUrl>& chosen) {
+    return chosen.isEmpty() ? QString() : chosen.constFirst().toLocalFile();
+}
+
 void FolderScanChooser::scanSpecificFolder() {
     logLine(LogLevel::Debug, "specificFolder.");
     if (!m_dialog) {
@@ -26,11 +31,12 @@ void FolderScanChooser::scanSpecificFolder() {
         m_dialog->setAttribute(Qt::WA_DeleteOnClose);
         m_dialog->setFileMode(QFileDialog::Directory);
         m_dialog->setOption(QFileDialog::ShowDirsOnly);
+        m_dialog->setSupportedSchemes({QStringLiteral("file")}); // the agent scans this machine
         showAppearance();
         connect(m_dialog, &QFileDialog::accepted, this, [this] {
-            const QStringList chosen = m_dialog->selectedFiles();
-            if (!chosen.isEmpty()) {
-                m_commands.forwardFolderScan(chosen.constFirst());
+            const QString folder = localFolder(m_dialog->selectedUrls());
+            if (!folder.isEmpty()) {
+                m_commands.forwardFolderScan(folder);
             }
         });
     }

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QFileDialog>
+#include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QString>
+#include <QUrl>
 
 namespace korvale {
 
@@ -22,6 +25,9 @@ public:
 
     /// Opens the chooser, or brings the one that is open to the front.
     void scanSpecificFolder();
+
+    /// The path of the first of these places; empty when there is none, or it is on no local disk.
+    [[nodiscard]] static QString localFolder(const QList<QUrl>& chosen);
 
 private:
     void showAppearance();

@@ -159,6 +159,24 @@ TEST_F(BundleIdentityTest, ALongVersionIsCutAt128Bytes) {
     EXPECT_EQ(bufferText(bundleIdentity().version), QStringLiteral("1 (2)"));
 }
 
+TEST_F(BundleIdentityTest, NoPartOfACharacterIsLeftWhereATextIsCut) {
+    const auto nameOf = [this](const QString& name) {
+        versionLines("{\"CFBundleName\": \"" + name.toUtf8() + "\"}");
+        return bufferText(bundleIdentity().name);
+    };
+    for (const QString& character :
+         {QStringLiteral("\u00E9"), QStringLiteral("\u65E5"), QStringLiteral("\U0001F600")}) {
+        const qsizetype bytes = character.toUtf8().size();
+        for (qsizetype kept = 0; kept < bytes; ++kept) {
+            const QString before(128 - kept, QLatin1Char('x'));
+            EXPECT_EQ(nameOf(before + character + QLatin1Char('y')), before);
+        }
+        const QString fits = QString(128 - bytes, QLatin1Char('x')) + character;
+        EXPECT_EQ(nameOf(fits), fits);
+        EXPECT_EQ(nameOf(fits + QLatin1Char('y')), fits);
+    }
+}
+
 TEST_F(BundleIdentityTest, TheOperatingSystemIsLogged) {
     qputenv("KORVALE_ROOT", m_folder.path().toUtf8());
     QDir(m_folder.path()).mkpath(QStringLiteral("etc"));

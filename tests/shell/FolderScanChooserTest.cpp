@@ -60,6 +60,19 @@ TEST_F(FolderScanChooserTest, TheChosenFolderIsForwardedUnchanged) {
     EXPECT_EQ(forwarded, QStringList(QStringLiteral("forwardFolderScan ") + folder));
 }
 
+TEST_F(FolderScanChooserTest, OnlyLocalFoldersCanBeChosen) {
+    EXPECT_EQ(open().supportedSchemes(), QStringList(QStringLiteral("file")));
+    const auto folderOf = [](const char* url) {
+        return FolderScanChooser::localFolder({QUrl(QString::fromLatin1(url))});
+    };
+    EXPECT_EQ(folderOf("file:///home/a%20b"), QStringLiteral("/home/a b"));
+    EXPECT_EQ(folderOf("smb://server/share"), QString());
+    EXPECT_EQ(folderOf("sftp://server/home"), QString());
+    EXPECT_EQ(folderOf("trash:///"), QString());
+    EXPECT_EQ(folderOf(""), QString());
+    EXPECT_EQ(FolderScanChooser::localFolder({}), QString());
+}
+
 TEST_F(FolderScanChooserTest, CancellingForwardsNothing) {
     open().reject();
     EXPECT_TRUE(forwarded.isEmpty());
