@@ -2,6 +2,7 @@
 
 #include "agent_link/ServiceNames.h"
 #include "core/base/Logging.h"
+#include "model/HostCacheFiles.h"
 #include "model/Paths.h"
 #include "model/Values.h"
 #include "platform/Clock.h"
@@ -56,15 +57,15 @@ const AgentNotifications::Action* AgentNotifications::actionOf(AgentNotification
         Action{N::ConsumerNotification, &Self::sendConsumerNotification},
         Action{N::ExeBlocked,
                &Self::sendBlockedFileNotification,
-               {"exe_blocked.log", "BlockedExePath", "NotificationSubtitleExecutionBlock"}},
+               {HostCacheFile::exeBlocked, "BlockedExePath", "NotificationSubtitleExecutionBlock"}},
         Action{N::TimerAggregatedMessage, &Self::parseBatch},
         Action{N::ProcessTerminatedMessage,
                &Self::sendBlockedFileNotification,
-               {"process_terminated.log", "ProcessTerminated",
+               {HostCacheFile::processTerminated, "ProcessTerminated",
                 "NotificationSubtitleProcessTerminated"}},
         Action{N::ProcessBlockedMessage,
                &Self::sendBlockedFileNotification,
-               {"process_blocked.log", "ProcessActionBlocked",
+               {HostCacheFile::processBlocked, "ProcessActionBlocked",
                 "NotificationSubtitleProcessActionBlocked"}},
         Action{N::AnalyzerStatus, &Self::readAnalyzerStatus},
         Action{N::PolicyExpired,
@@ -245,7 +246,7 @@ void AgentNotifications::parseBatch(const Action& /*action*/) {
 
 void AgentNotifications::readAnalyzerStatus(const Action& /*action*/) {
     AppState& state = m_parts.state;
-    const std::optional<QString> file = readText("analyzer_status.log", "CurrentFile");
+    const std::optional<QString> file = readText(HostCacheFile::analyzerStatus, "CurrentFile");
     state.currentScanItem = file.value_or(QString());
     if (!file) {
         return;
@@ -256,7 +257,7 @@ void AgentNotifications::readAnalyzerStatus(const Action& /*action*/) {
 
 void AgentNotifications::sendConsumerNotification(const Action& /*action*/) {
     const std::optional<JsonValue> content =
-        m_parts.readFile(QStringLiteral("consumer_notification.log"));
+        m_parts.readFile(QLatin1String(HostCacheFile::consumerNotification));
     if (!content) {
         return;
     }

@@ -1,9 +1,11 @@
 #include "model/AggregatedMessages.h"
 
 #include "model/HostCache.h"
+#include "model/HostCacheFiles.h"
 #include "model/Values.h"
 
 #include <limits>
+#include <new>
 
 namespace korvale {
 namespace {
@@ -30,6 +32,19 @@ ListNews newsOf(ListState state) {
     }
 }
 
+/// False when memory does not hold what `parse` makes of a list that was read: it is as unreadable
+/// then as one that memory does not hold itself.
+template <typename Parse>
+bool isParsed(ListNews& news, Parse parse) {
+    try {
+        parse();
+        return true;
+    } catch (const std::bad_alloc&) {
+        news = ListNews::Unreadable;
+        return false;
+    }
+}
+
 } // namespace
 
 AggregatedMessages::AggregatedMessages(AppState& state, HostCache& hostCache,
@@ -51,7 +66,7 @@ AggregatedMessages::AggregatedMessages(AppState& state, HostCache& hostCache,
 
 void AggregatedMessages::parseTimerAggregatedMessage() {
     bool isUnreadable = false;
-    const auto header = m_hostCache.readFile(QStringLiteral("header.log"), isUnreadable);
+    const auto header = m_hostCache.readFile(QLatin1String(HostCacheFile::header), isUnreadable);
     m_state.header = header         ? ListNews::Read
                      : isUnreadable ? ListNews::Unreadable
                                     : ListNews::NotRead;
@@ -63,7 +78,7 @@ void AggregatedMessages::parseTimerAggregatedMessage() {
 }
 
 void AggregatedMessages::parseEverything() {
-    if (m_hostCache.readFile(QStringLiteral("header.log"))) {
+    if (m_hostCache.readFile(QLatin1String(HostCacheFile::header))) {
         readMaskedFiles(std::numeric_limits<std::uint32_t>::max());
     }
     m_counters.updateDisplay();
@@ -95,16 +110,19 @@ void AggregatedMessages::readMaskedFiles(std::uint32_t mask) {
 }
 
 void AggregatedMessages::readFileStates() {
-    ListRead read =
-        m_hostCache.readList(QStringLiteral("file_states.log"), m_remembered.lastFileStateCRC);
+    ListRead read = m_hostCache.readList(QLatin1String(HostCacheFile::fileStates),
+                                         m_remembered.lastFileStateCRC);
     m_state.fileThreats = newsOf(read.state);
     switch (read.state) {
     case ListState::Unchanged:
         m_remembered.lastFileStateCRC = read.checksum;
         return;
     case ListState::Changed:
-        m_remembered.lastFileStateCRC = read.checksum;
-        m_fileStates.parseFileStateChanges(read.list);
+        if (isParsed(m_state.fileThreats, [&] { m_fileStates.parseFileStateChanges(read.list); })) {
+            m_remembered.lastFileStateCRC = read.checksum;
+        } else {
+            m_fileStates.parseFileStateChanges(std::nullopt);
+        }
         break;
     case ListState::Empty:
         m_fileStates.parseFileStateChanges(read.list);
@@ -118,7 +136,7 @@ void AggregatedMessages::readFileStates() {
 }
 
 void AggregatedMessages::readScannerState() {
-    const auto scanner = m_hostCache.readFile(QStringLiteral("scanner_state.log"));
+    const auto scanner = m_hostCache.readFile(QLatin1String(HostCacheFile::scannerState));
     if (scanner && integerValue((*scanner)["ScannerState"]) == scannerIdle &&
         m_state.statusState == StatusState::Inspecting) {
         m_status.updateStatusMessage(StatusState::Running);
@@ -126,7 +144,7 @@ void AggregatedMessages::readScannerState() {
 }
 
 void AggregatedMessages::readAnalysisCount() {
-    if (const auto count = m_hostCache.readFile(QStringLiteral("analysis_count.log"))) {
+    if (const auto count = m_hostCache.readFile(QLatin1String(HostCacheFile::analysisCount))) {
         m_state.analyzedCount = integerValue((*count)["AnalyzedCount"]);
     }
 }
@@ -134,25 +152,31 @@ void AggregatedMessages::readAnalysisCount() {
 void AggregatedMessages::readExternalDevices() {
     // One checksum for devices and processes, on purpose: where both are read, each is compared
     // with the other, and both are parsed each time.
-    if (const auto list = changedList("external_device_control_events.log",
+    if (const auto list = changedList(HostCacheFile::externalDevices,
                                       m_remembered.lastProcessStateCRC, m_state.externalDevices)) {
-        m_devices.parseExternalDevicesEvents(list);
-        m_tables.externalDevicesTableCtrl.updateView();
+        if (isParsed(m_state.externalDevices,
+                     [&] { m_devices.parseExternalDevicesEvents(list); })) {
+            m_tables.externalDevicesTableCtrl.updateView();
+        }
     }
 }
 
 void AggregatedMessages::readProcessStates() {
-    if (const auto list = changedList("process_states.log", m_remembered.lastProcessStateCRC,
-                                      m_state.processThreats)) {
-        m_processStates.parseProcessStateChanges(list);
-        m_tables.memExploitTableCtrl.updateView();
+    if (const auto list = changedList(HostCacheFile::processStates,
+                                      m_remembered.lastProcessStateCRC, m_state.processThreats)) {
+        if (isParsed(m_state.processThreats,
+                     [&] { m_processStates.parseProcessStateChanges(list); })) {
+            m_tables.memExploitTableCtrl.updateView();
+        }
     }
 }
 
 void AggregatedMessages::readEvents() {
     m_state.events = newsOf(m_eventList.state());
     if (const auto list = m_eventList.takeChanged()) {
-        if (m_events.parseFileProcessEvents(list)) {
+        bool areNew = false;
+        if (isParsed(m_state.events, [&] { areNew = m_events.parseFileProcessEvents(list); }) &&
+            areNew) {
             m_tables.eventsTableCtrl.updateView();
         }
     }

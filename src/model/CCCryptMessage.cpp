@@ -2,11 +2,10 @@
 
 #include "platform/OpenSslCipher.h"
 
-#include <QtGlobal>
-
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace korvale {
@@ -15,26 +14,19 @@ namespace {
 /// OpenSSL counts in int.
 constexpr std::size_t longestInput = std::numeric_limits<int>::max() - cipherBlockLength;
 
-} // namespace
-
-std::int32_t CCCrypt_Message(const std::uint8_t* input, std::size_t inputLength,
-                             const std::uint8_t* key, std::size_t keyLength,
-                             const std::uint8_t* vector, std::uint8_t* output,
-                             std::size_t* inOutLength, int encrypt) {
-    if (input == nullptr || key == nullptr || vector == nullptr || output == nullptr ||
-        inOutLength == nullptr || keyLength != cipherKeyLength || inputLength > longestInput) {
-        return CCCryptStatus::parameterError;
-    }
-    if (encrypt == 0 && inputLength % cipherBlockLength != 0) {
-        return CCCryptStatus::alignmentError;
-    }
+/// With parameters that are good.
+std::int32_t crypt(const std::uint8_t* input, std::size_t inputLength, const std::uint8_t* key,
+                   const std::uint8_t* vector, std::uint8_t* output, std::size_t* inOutLength,
+                   int encrypt) {
     const OpenSslCipher* const cipher = openSslCipher();
     if (cipher == nullptr) {
         return CCCryptStatus::parameterError;
     }
     const std::unique_ptr<EVP_CIPHER_CTX, decltype(cipher->freeContext)> context(
         cipher->newContext(), cipher->freeContext);
-    Q_CHECK_PTR(context.get());
+    if (!context) {
+        return CCCryptStatus::noMemory;
+    }
     if (cipher->init(context.get(), cipher->aes256Cbc(), nullptr, key, vector,
                      encrypt == 0 ? 0 : 1) != 1) {
         return CCCryptStatus::parameterError;
@@ -57,6 +49,26 @@ std::int32_t CCCrypt_Message(const std::uint8_t* input, std::size_t inputLength,
     }
     std::copy_n(produced.begin(), producedLength, output);
     return CCCryptStatus::success;
+}
+
+} // namespace
+
+std::int32_t CCCrypt_Message(const std::uint8_t* input, std::size_t inputLength,
+                             const std::uint8_t* key, std::size_t keyLength,
+                             const std::uint8_t* vector, std::uint8_t* output,
+                             std::size_t* inOutLength, int encrypt) {
+    if (input == nullptr || key == nullptr || vector == nullptr || output == nullptr ||
+        inOutLength == nullptr || keyLength != cipherKeyLength || inputLength > longestInput) {
+        return CCCryptStatus::parameterError;
+    }
+    if (encrypt == 0 && inputLength % cipherBlockLength != 0) {
+        return CCCryptStatus::alignmentError;
+    }
+    try {
+        return crypt(input, inputLength, key, vector, output, inOutLength, encrypt);
+    } catch (const std::bad_alloc&) {
+        return CCCryptStatus::noMemory;
+    }
 }
 
 } // namespace korvale

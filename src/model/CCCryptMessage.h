@@ -10,6 +10,7 @@ namespace CCCryptStatus {
 inline constexpr std::int32_t success = 0;
 inline constexpr std::int32_t parameterError = -4300;
 inline constexpr std::int32_t bufferTooSmall = -4301;
+inline constexpr std::int32_t noMemory = -4302;
 inline constexpr std::int32_t alignmentError = -4303;
 inline constexpr std::int32_t decodeError = -4304;
 } // namespace CCCryptStatus

@@ -1,6 +1,7 @@
 #include "model/EventList.h"
 
 #include "model/HostCache.h"
+#include "model/HostCacheFiles.h"
 #include "model/StateVocabulary.h"
 #include "model/Values.h"
 
@@ -20,7 +21,7 @@ QString firstExploitTypeName(const JsonValue& events) {
 
 const ListRead& EventList::read() {
     if (!m_read) {
-        m_read = m_hostCache.readList(QStringLiteral("file_process_events.log"),
+        m_read = m_hostCache.readList(QLatin1String(HostCacheFile::fileProcessEvents),
                                       m_remembered.lastEventsCRC);
         if (m_read->state == ListState::Unchanged && !m_read->list.isNull()) {
             // The same members in another order: another one may be the first.

@@ -3,6 +3,7 @@
 #include "model/Paths.h"
 #include "model/StateVocabulary.h"
 #include "model/Values.h"
+#include "platform/SafeText.h"
 #include "platform/Texts.h"
 
 namespace korvale {
@@ -45,8 +46,9 @@ QString FileThreatRows::pathText(std::uint32_t path) const {
 
 QString FileThreatRows::allPaths(const Row& row) const {
     QString all = pathText(row.firstPath);
-    for (std::uint32_t path = m_storage.paths[row.firstPath].next; path != none;
-         path = m_storage.paths[path].next) {
+    // Of many paths only the first are ever seen, and this is asked for with each cell.
+    for (std::uint32_t path = m_storage.paths[row.firstPath].next;
+         path != none && all.size() <= longestShownText; path = m_storage.paths[path].next) {
         all += QLatin1String("\n\n");
         all += pathText(path);
     }

@@ -1,5 +1,6 @@
 #include "model/HostCache.h"
 
+#include "model/HostCacheFiles.h"
 #include "platform/RegularFile.h"
 #include "platform/RootedPath.h"
 
@@ -18,21 +19,22 @@ struct MaskedFile {
 };
 
 /// Bit 8 names no file, and bits above 2048 none either. The names are the agent's: that of bit 16
-/// differs from the process list's, "process_states.log", on purpose.
+/// differs from the process list's, HostCacheFile::processStates, on purpose.
 constexpr std::array<MaskedFile, 11> maskedFiles{{
-    {1, QLatin1String("file_states.log"), QLatin1String("FileStateMessage")},
-    {2, QLatin1String("scanner_state.log"), QLatin1String("ScannerStateMessage")},
-    {4, QLatin1String("analysis_count.log"), QLatin1String("AnalysisCountMessage")},
-    {16, QLatin1String("process_state.log"), QLatin1String("ProcessStateMessage")},
-    {32, QLatin1String("exe_blocked.log"), QLatin1String("ExeBlockedMessage")},
-    {64, QLatin1String("quillmar_status.log"), QLatin1String("QuillmarStatusMessage")},
-    {128, QLatin1String("process_terminated.log"), QLatin1String("ProcessTerminatedMessage")},
-    {256, QLatin1String("process_action_blocked.log"),
+    {1, QLatin1String(HostCacheFile::fileStates), QLatin1String("FileStateMessage")},
+    {2, QLatin1String(HostCacheFile::scannerState), QLatin1String("ScannerStateMessage")},
+    {4, QLatin1String(HostCacheFile::analysisCount), QLatin1String("AnalysisCountMessage")},
+    {16, QLatin1String(HostCacheFile::processState), QLatin1String("ProcessStateMessage")},
+    {32, QLatin1String(HostCacheFile::exeBlocked), QLatin1String("ExeBlockedMessage")},
+    {64, QLatin1String(HostCacheFile::quillmarStatus), QLatin1String("QuillmarStatusMessage")},
+    {128, QLatin1String(HostCacheFile::processTerminated),
+     QLatin1String("ProcessTerminatedMessage")},
+    {256, QLatin1String(HostCacheFile::processActionBlocked),
      QLatin1String("ProcessActionBlockedMessage")},
-    {512, QLatin1String("halyx_host_status.log"), QLatin1String("HalyxHostStatusMessage")},
-    {1024, QLatin1String("consumer_notification.log"),
+    {512, QLatin1String(HostCacheFile::halyxHostStatus), QLatin1String("HalyxHostStatusMessage")},
+    {1024, QLatin1String(HostCacheFile::consumerNotification),
      QLatin1String("ConsumerNotificationMessage")},
-    {2048, QLatin1String("external_device_control_events.log"),
+    {2048, QLatin1String(HostCacheFile::externalDevices),
      QLatin1String("ExternalDeviceNotificationMessage")},
 }};
 

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <string_view>
 #include <vector>
 
@@ -38,10 +39,7 @@ Bytes decodeBase64(const QString& text) {
     return decoded.toBase64() == base64 ? Bytes(decoded.begin(), decoded.end()) : Bytes();
 }
 
-} // namespace
-
-std::optional<QString> UpdaterCrypto::decryptUpdaterMessage(const QString& base64,
-                                                            const QDateTime& localTime) {
+std::optional<QString> decrypt(const QString& base64, const QDateTime& localTime) {
     const Bytes encrypted = decodeBase64(base64);
     if (encrypted.empty() || !localTime.isValid()) {
         return std::nullopt;
@@ -58,6 +56,17 @@ std::optional<QString> UpdaterCrypto::decryptUpdaterMessage(const QString& base6
     }
     const auto* const text = message.data() + bytesBefore;
     return textFromUtf8({text, static_cast<qsizetype>(length - bytesBefore - bytesAfter)});
+}
+
+} // namespace
+
+std::optional<QString> UpdaterCrypto::decryptUpdaterMessage(const QString& base64,
+                                                            const QDateTime& localTime) {
+    try {
+        return decrypt(base64, localTime);
+    } catch (const std::bad_alloc&) {
+        return std::nullopt;
+    }
 }
 
 } // namespace korvale

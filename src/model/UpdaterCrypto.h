@@ -11,8 +11,8 @@ namespace korvale {
 class UpdaterCrypto {
 public:
     /// The message in `base64`; characters outside of the alphabet are dropped. No value for
-    /// anything that was not encrypted on the day of `localTime` or is otherwise damaged; nothing
-    /// is logged then. The text is untrusted. Any thread.
+    /// anything that was not encrypted on the day of `localTime`, is otherwise damaged or does not
+    /// fit into memory; nothing is logged then. The text is untrusted. Any thread.
     [[nodiscard]] static std::optional<QString> decryptUpdaterMessage(const QString& base64,
                                                                       const QDateTime& localTime);
 };

@@ -2,8 +2,8 @@
 
 #include "model/Paths.h"
 #include "model/Utf8Text.h"
-#include "platform/RegularFile.h"
 #include "platform/RootedPath.h"
+#include "platform/SmallFile.h"
 
 #include <filesystem>
 #include <system_error>
@@ -13,6 +13,9 @@ namespace korvale {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// In bytes. A status line is far shorter, and decoding takes several times its size.
+constexpr qint64 largestStatusFile = 1 << 20;
 
 bool isStatusFile(const fs::directory_entry& entry, const std::string& name) {
     const std::optional<QString> text = textFromUtf8(name);
@@ -47,12 +50,8 @@ std::optional<QString> UpdaterStatusFolder::takeNext() {
 }
 
 std::optional<QString> readStatusFile(const QString& path) {
-    const std::optional<RegularFile> file = RegularFile::open(path);
-    const std::optional<FileBytes> content = file ? file->readAll() : std::nullopt;
-    if (!content) {
-        return std::nullopt;
-    }
-    return textFromUtf8({content->bytes.get(), static_cast<qsizetype>(content->size)});
+    const std::optional<QByteArray> content = readSmallFile(path, largestStatusFile);
+    return content ? textFromUtf8(*content) : std::nullopt;
 }
 
 } // namespace korvale

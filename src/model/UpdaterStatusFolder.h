@@ -25,7 +25,8 @@ private:
     std::string m_lastDisplayed = "0"; ///< so that only names beyond this one are ever shown
 };
 
-/// The whole file as UTF-8 text; no value when it cannot be read, or is something else.
+/// The whole file as UTF-8 text; no value when it cannot be read, is something else, or has more
+/// than 1 MiB.
 [[nodiscard]] std::optional<QString> readStatusFile(const QString& path);
 
 } // namespace korvale

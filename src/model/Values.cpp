@@ -3,8 +3,6 @@
 #include "model/JsonNumber.h"
 #include "platform/LeadingValue.h"
 
-#include <QStringDecoder>
-
 #include <string>
 
 namespace korvale {
@@ -84,16 +82,6 @@ void appendCompact(std::string& out, const JsonValue& value) {
 // NOLINTEND(misc-no-recursion)
 
 } // namespace
-
-QString utf8Text(std::string_view valid) {
-    const QByteArrayView bytes(valid.data(), static_cast<qsizetype>(valid.size()));
-    if (valid.starts_with("\xEF\xBB\xBF")) { // which fromUtf8 would drop
-        using Flag = QStringDecoder::Flag;
-        return QStringDecoder(QStringDecoder::Utf8,
-                              Flag::Stateless | Flag::ConvertInitialBom)(bytes);
-    }
-    return QString::fromUtf8(bytes);
-}
 
 QString scalarText(JsonKind kind, std::string_view utf8) {
     switch (kind) {

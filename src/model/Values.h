@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/JsonValue.h"
+#include "model/Utf8Text.h"
 
 #include <QString>
 
@@ -16,9 +17,6 @@ namespace korvale {
 /// the shortest form that reads back the same, true 1, false 0, a list or object as compact JSON,
 /// and null as "(null)".
 [[nodiscard]] QString valueText(const JsonValue& value);
-
-/// The text that valid UTF-8 encodes; a byte order mark in front is a character like any other.
-[[nodiscard]] QString utf8Text(std::string_view valid);
 
 /// valueText of a value that is no list or object, by its kind and JsonValue::utf8.
 [[nodiscard]] QString scalarText(JsonKind kind, std::string_view utf8);

@@ -8,7 +8,6 @@ namespace korvale {
 namespace {
 
 constexpr qsizetype longestLine = 2048;
-constexpr qsizetype longestText = 4096;
 constexpr qsizetype longestTrayStart = 200;
 constexpr qsizetype longestTrayEnd = 80;
 constexpr char16_t ellipsis = u'\u2026';
@@ -99,10 +98,10 @@ QString singleLineText(const QString& text) {
 }
 
 QString severalLinesText(const QString& text) {
-    QString shown = start(text, longestText).toString();
+    QString shown = start(text, longestShownText).toString();
     shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     shown = visible(shown, u"\n\t");
-    return text.size() > longestText ? shown + ellipsis : shown;
+    return text.size() > longestShownText ? shown + ellipsis : shown;
 }
 
 QString toolTipMarkup(const QString& text) {

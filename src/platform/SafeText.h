@@ -4,6 +4,10 @@
 
 namespace korvale {
 
+/// Of a text on several lines so many characters are shown at most. Who makes a long one to be
+/// shown may stop behind them.
+inline constexpr qsizetype longestShownText = 4096;
+
 // How texts of others (file names, device names, messages of the agent and its console) are shown,
 // wherever that is. Control characters, and those that reorder, break or hide text without being
 // seen themselves, become visible as [U+XXXX]; half a surrogate pair is U+FFFD; very long texts are

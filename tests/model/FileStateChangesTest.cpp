@@ -4,6 +4,7 @@
 #include "fakes/RecordingDisplays.h"
 #include "fakes/RecordingTableFeed.h"
 #include "model/ParsedJson.h"
+#include "platform/SafeText.h"
 
 #include <gtest/gtest.h>
 
@@ -274,6 +275,20 @@ INSTANTIATE_TEST_SUITE_P(
         RuleCase{R"({"/a":{"State":1}})", R"({"/a":{"State":1}})", ""},
         RuleCase{R"({"/a":{"State":1}})", R"({"/a":{"State":5}})", ""},
         RuleCase{"{}", R"({"/a":{"State":6}})", ""}));
+
+TEST_F(FileStateChangesTest, ToolTipsHoldNoMorePathsThanAreShown) {
+    QByteArray list = "{";
+    for (int i = 0; i < 10'000; ++i) {
+        list += (i == 0 ? "\"/file" : ",\"/file") + QByteArray::number(i) + "\":{\"State\":1}";
+    }
+    parse((list + "}").constData());
+    ASSERT_EQ(table.rows->size(), 1U);
+    const QString toolTip = table.rows->text(0, RowKey::FileToolTip).value();
+    EXPECT_GT(toolTip.size(), longestShownText) << "or it would not be seen that there are more";
+    EXPECT_LT(toolTip.size(), longestShownText + 20);
+    EXPECT_TRUE(toolTip.startsWith(QStringLiteral("/file0\n\n/file1\n\n")));
+    EXPECT_EQ(table.rows->text(0, RowKey::Found), QStringLiteral("10000"));
+}
 
 TEST_F(FileStateChangesTest, AFileNameIsNeverTakenForAPlaceholder) {
     parse(R"({"/%@ %s":{"State":1}})");

@@ -168,6 +168,9 @@ TEST(Utf8Text, OnlyValidUtf8IsText) {
     EXPECT_EQ(textFromUtf8("gr\xC3\xBC\xC3\x9F"), QStringLiteral("grüß"));
     EXPECT_EQ(textFromUtf8(""), QString());
     EXPECT_FALSE(textFromUtf8("")->isNull());
+    EXPECT_EQ(textFromUtf8("\xEF\xBB\xBFx"), QStringLiteral("\uFEFFx"));
+    EXPECT_EQ(textFromUtf8("\xEF\xBB\xBF"), QStringLiteral("\uFEFF"));
+    EXPECT_EQ(utf8Text("\xEF\xBB\xBFx"), QStringLiteral("\uFEFFx"));
     EXPECT_EQ(textFromUtf8("\xC0\x80"), std::nullopt);     // overlong
     EXPECT_EQ(textFromUtf8("\xED\xA0\x80"), std::nullopt); // surrogate
     EXPECT_EQ(textFromUtf8("abc\xE2\x82"), std::nullopt);  // cut off

@@ -117,5 +117,13 @@ TEST_F(UpdaterStatusFolderTest, AStatusFileIsReadWholeAsUtf8) {
     EXPECT_EQ(readStatusFile(root.path()), std::nullopt);
 }
 
+TEST_F(UpdaterStatusFolderTest, AStatusFileHasAtMostOneMebibyte) {
+    const QString path = root.filePath(QStringLiteral("large"));
+    write(QStringLiteral("large"), QByteArray(1 << 20, 'A'));
+    EXPECT_EQ(readStatusFile(path).value_or(QString()).size(), 1 << 20);
+    write(QStringLiteral("large"), QByteArray((1 << 20) + 1, 'A'));
+    EXPECT_EQ(readStatusFile(path), std::nullopt);
+}
+
 } // namespace
 } // namespace korvale
