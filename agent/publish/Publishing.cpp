@@ -17,6 +17,7 @@ constexpr std::array<std::uint32_t, 3> kRepeatedBits{bit::kFileStates, bit::kSca
 
 Publishing::Publishing(const QString& folder, QObject* parent) : QObject(parent), m_writer(folder) {
     m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer); // a coarse one may be early: more than two a second
     connect(&m_timer, &QTimer::timeout, this, &Publishing::send);
     connect(&m_writer, &WriterThread::done, this, &Publishing::done);
 }
