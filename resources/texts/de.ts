@@ -195,7 +195,7 @@
         <translation>Status des Agenten</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Strg+C kopiert die ausgewählten Zeilen. Strg+F1 sagt mehr über eine Zelle.</translation>
+        <translation>Strg+C kopiert die ausgewählten Zeilen. Umschalt+F1 sagt mehr über eine Zelle.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Funde</translation>

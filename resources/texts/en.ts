@@ -195,7 +195,7 @@
         <translation>Agent status</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C copies the selected rows. Ctrl+F1 tells more about a cell.</translation>
+        <translation>Ctrl+C copies the selected rows. Shift+F1 tells more about a cell.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Findings</translation>

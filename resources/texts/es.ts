@@ -195,7 +195,7 @@
         <translation>Estado del agente</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C copia las filas seleccionadas. Ctrl+F1 da más información sobre una celda.</translation>
+        <translation>Ctrl+C copia las filas seleccionadas. Mayús+F1 da más información sobre una celda.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Hallazgos</translation>

@@ -195,7 +195,7 @@
         <translation>État de l’agent</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C copie les lignes sélectionnées. Ctrl+F1 en dit plus sur une cellule.</translation>
+        <translation>Ctrl+C copie les lignes sélectionnées. Maj+F1 en dit plus sur une cellule.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Résultats</translation>

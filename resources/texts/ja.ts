@@ -195,7 +195,7 @@
         <translation>エージェントの状態</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C で選択した行をコピーします。Ctrl+F1 でセルの詳細を表示します。</translation>
+        <translation>Ctrl+C で選択した行をコピーします。Shift+F1 でセルの詳細を表示します。</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>検出結果</translation>

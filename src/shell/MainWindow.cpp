@@ -10,6 +10,7 @@
 #include "tables/EventsTable.h"
 #include "tables/ExternalDevicesTable.h"
 #include "tables/FileThreatsTable.h"
+#include "tables/KeyEvents.h"
 #include "tables/ProcessThreatsTable.h"
 #include "tables/WindowLook.h"
 #include "ui_MainWindow.h"
@@ -271,10 +272,9 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
-    // The usual key for the tooltip of what has the focus; tables show that of a cell.
+    // Tables show that of a cell.
     QWidget* focus = focusWidget();
-    if (focus != nullptr && event->key() == Qt::Key_F1 &&
-        event->modifiers() == Qt::ControlModifier) {
+    if (focus != nullptr && isToolTipKey(*event)) {
         ToolTipReach::show(*focus);
     } else {
         QWidget::keyPressEvent(event);

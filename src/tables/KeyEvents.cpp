@@ -35,6 +35,11 @@ std::uint32_t modifierFlags(const QKeyEvent& event, const QString& platform) {
     return result;
 }
 
+bool isToolTipKey(const QKeyEvent& event) {
+    return event.key() == Qt::Key_F1 &&
+           (event.modifiers() == Qt::ShiftModifier || event.modifiers() == Qt::ControlModifier);
+}
+
 QString characters(const QKeyEvent& event, const QString& platform) {
     const int key = event.key();
     if (!event.modifiers().testFlag(Qt::ControlModifier)) {

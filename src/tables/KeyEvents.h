@@ -25,6 +25,10 @@ enum ModifierFlag : std::uint32_t {
 [[nodiscard]] std::uint32_t
 modifierFlags(const QKeyEvent& event, const QString& platform = QGuiApplication::platformName());
 
+/// Shift+F1 or Control+F1: whoever presses it wants the tooltip of what has the focus. Two, because
+/// some window managers keep the second for themselves.
+[[nodiscard]] bool isToolTipKey(const QKeyEvent& event);
+
 /// What the key types with Control left out.
 [[nodiscard]] QString characters(const QKeyEvent& event,
                                  const QString& platform = QGuiApplication::platformName());

@@ -4,6 +4,7 @@
 #include "platform/Texts.h"
 #include "tables/CellDelegate.h"
 #include "tables/CustHeaderView.h"
+#include "tables/KeyEvents.h"
 #include "tables/RowlessHeader.h"
 #include "tables/RowsModel.h"
 #include "tables/TableDataSource.h"
@@ -401,7 +402,7 @@ QRegion ThreatsTableView::visualRegionForSelection(const QItemSelection& selecti
 void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
     updateFocus();
     m_focus.keyPressed();
-    if (event->key() == Qt::Key_F1 && event->modifiers() == Qt::ControlModifier) {
+    if (isToolTipKey(*event)) {
         showCurrentToolTip();
         return;
     }

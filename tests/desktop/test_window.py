@@ -47,6 +47,19 @@ class Window(WindowCase):
             "push button", "page tab", "table", "image", "label", "check box", "menu item"}
         self.assertEqual(nameless, set())
 
+    def test_a_key_shows_the_tooltip_of_the_current_cell(self):
+        self.publish("threat /tmp/x.exe 1 id-x")
+        self.open_window()
+        self.go_to("HPS_Threats", 1)
+        self.click_row(0)
+
+        def on_screen():
+            return len(self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                         str(self.details.pid)], check=False).split())
+        before = on_screen()
+        self.press("shift+F1")
+        wait_until(lambda: on_screen() == before + 1, "the tooltip")
+
     def test_the_counter_line_belongs_to_the_threats(self):
         self.open_window()
         self.publish("analysed 4711", "threat /tmp/q.exe 9 id-q", "threat /tmp/r.exe 9 id-r")
