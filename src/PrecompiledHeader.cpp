@@ -1,0 +1,1 @@
+// Owner of the precompiled header that all rooms share (PrecompiledHeader.h).
