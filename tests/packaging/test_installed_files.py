@@ -12,10 +12,13 @@ MOST_BYTES = 2_000_000
 FILES = {
     "etc/xdg/autostart/com.korvale.ui.desktop", "usr/bin/korvale-ui",
     "usr/share/applications/com.korvale.ui.desktop",
+    "usr/share/dbus-1/interfaces/com.korvale.agent_server.xml",
     "usr/share/dbus-1/system.d/com.korvale.agent_server.conf",
-    "usr/share/doc/korvale-ui/changelog.gz", "usr/share/doc/korvale-ui/copyright",
+    "usr/share/doc/korvale-ui/README.md", "usr/share/doc/korvale-ui/SECURITY.md",
     "usr/share/icons/hicolor/scalable/apps/com.korvale.ui.svg",
-    "usr/share/korvale-ui/Info.json", "usr/share/man/man1/korvale-ui.1.gz"}
+    "usr/share/icons/hicolor/symbolic/apps/com.korvale.ui-symbolic.svg",
+    "usr/share/korvale-ui/Info.json", "usr/share/man/man1/korvale-ui.1",
+    "usr/share/man/man5/korvale-ui-files.5", "usr/share/metainfo/com.korvale.ui.metainfo.xml"}
 
 
 class InstalledFiles(unittest.TestCase):
@@ -31,6 +34,22 @@ class InstalledFiles(unittest.TestCase):
         found = {str(path.relative_to(self.root)) for path in self.root.rglob("*")
                  if path.is_file()}
         self.assertEqual(found, FILES)
+
+    def read_program(self, *options):
+        return subprocess.run(["readelf", "--wide", *options, self.root / "usr/bin/korvale-ui"], check=True,
+                              capture_output=True, text=True, timeout=20).stdout
+
+    def test_the_program_is_hardened(self):
+        header, dynamic = self.read_program("--file-header"), self.read_program("--dynamic")
+        segments, symbols = self.read_program("--segments"), self.read_program("--dyn-syms")
+        self.assertRegex(header, r"Type:\s+DYN", "position independent")
+        self.assertIn("GNU_RELRO", segments)
+        self.assertRegex(dynamic, r"FLAGS.*\bNOW\b", "immediate binding")
+        self.assertRegex(segments, r"GNU_STACK\s.*\sRW\s", "no executable stack")
+        self.assertIn("__stack_chk_fail", symbols)
+        self.assertRegex(symbols, r"__\w+_chk@", "fortified calls")
+        self.assertIn("IBT, SHSTK", self.read_program("--notes"), "control-flow protection")
+        self.assertEqual((self.root / "usr/bin/korvale-ui").stat().st_mode & 0o6000, 0, "no setuid")
 
     def test_they_are_small(self):
         self.assertLess(sum((self.root / name).stat().st_size for name in FILES), MOST_BYTES)
