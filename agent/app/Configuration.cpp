@@ -51,7 +51,7 @@ std::string take(Configuration& configuration, const toml::table& table, std::st
         if (section.empty() && isSection(key)) {
             const toml::table* inner = value.as_table();
             if (inner == nullptr) {
-                return inLine(value.source(), "[" + std::string(key) + "] is a section");
+                return inLine(value.source(), std::string(1, '[').append(key) + "] is a section");
             }
             std::string problem = take(configuration, *inner, key);
             if (!problem.empty()) {

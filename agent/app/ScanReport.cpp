@@ -52,7 +52,8 @@ void ScanReport::showCount() {
     const std::uint64_t running =
         std::accumulate(m_analysed.begin(), m_analysed.end(), std::uint64_t{0},
                         [](std::uint64_t sum, const auto& entry) { return sum + entry.second; });
-    m_publishing.lists().setAnalysed(static_cast<qint64>(m_before + running));
+    const std::uint64_t analysed = m_before + running;
+    m_publishing.lists().setAnalysed(static_cast<qint64>(analysed));
     m_publishing.changed();
 }
 

@@ -146,7 +146,7 @@ ThreatResult ThreatActions::remove(const Finding& finding) {
     std::string record = inVault(finding).value_or(std::string());
     if (record.empty()) {
         // By way of the vault, which makes sure that no other file is deleted.
-        const ThreatResult taken = take(finding, record);
+        ThreatResult taken = take(finding, record);
         if (taken.outcome == "gone" && m_store.setState(finding.number, FindingState::Deleted)) {
             return {true, "deleted", "There was no such file any more."};
         }

@@ -46,7 +46,7 @@ void Vault::onStep(std::function<void(VaultStep)> call) {
 TakeResult Vault::take(const TakeRequest& request) {
     const std::lock_guard lock(m_mutex);
     settleLocked();
-    const TakeResult result = TakeSteps(m_place, m_store, request).run();
+    TakeResult result = TakeSteps(m_place, m_store, request).run();
     if (!result.noted) {
         m_unsettled.push_back(result.id);
     }

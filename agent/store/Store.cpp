@@ -21,7 +21,7 @@ Database::Opening openDatabase(const std::string& path, std::unique_ptr<Database
 
 /// The new name, or nothing when it could not be moved.
 std::string moveAside(const std::string& path) {
-    const std::string aside = path + ".damaged-" + std::to_string(std::time(nullptr));
+    std::string aside = path + ".damaged-" + std::to_string(std::time(nullptr));
     if (std::rename(path.c_str(), aside.c_str()) != 0) {
         return {};
     }
