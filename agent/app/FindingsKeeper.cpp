@@ -75,7 +75,9 @@ std::unique_ptr<FindingsKeeper> FindingsKeeper::open(const Folders& folders, std
     std::string vaultError;
     std::unique_ptr<Vault> vault = Vault::open(folders.quarantine, *store, vaultError);
     if (!vault) {
-        trouble += (trouble.empty() ? "" : " ") + ("Nothing can be quarantined: " + vaultError);
+        trouble += trouble.empty() ? "" : " ";
+        trouble += "Nothing can be quarantined: ";
+        trouble += vaultError;
     }
     std::unique_ptr<FindingsKeeper> keeper(new FindingsKeeper(std::move(store), std::move(vault)));
     keeper->m_trouble = QString::fromStdString(trouble);
