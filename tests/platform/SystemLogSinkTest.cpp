@@ -39,15 +39,25 @@ void openlog(const char* identifier, int /*options*/, int /*facility*/) {
     systemLog.identifier = identifier;
 }
 void closelog() {}
-void syslog(int priority, const char* format, ...) {
+static void takeLine(int priority, const char* format, const char* line) {
     ++callers;
     const std::lock_guard goesOn(hanging);
+    ASSERT_STREQ(format, "%s");
+    systemLog.lines.emplace_back(priority, line);
+    --callers;
+}
+void syslog(int priority, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    ASSERT_STREQ(format, "%s");
-    systemLog.lines.emplace_back(priority, va_arg(arguments, const char*));
+    takeLine(priority, format, va_arg(arguments, const char*));
     va_end(arguments);
-    --callers;
+}
+/// What a fortified call of syslog(3) becomes.
+void __syslog_chk(int priority, int /*flag*/, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    takeLine(priority, format, va_arg(arguments, const char*));
+    va_end(arguments);
 }
 }
 
