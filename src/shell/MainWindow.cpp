@@ -24,6 +24,8 @@
 #include <QTabBar>
 #include <QWindow>
 
+#include <utility>
+
 namespace korvale {
 namespace {
 
@@ -266,7 +268,11 @@ void MainWindow::changeEvent(QEvent* event) {
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == windowHandle() && event->type() == QEvent::Expose) {
-        m_isDrawn = windowHandle()->isExposed();
+        const bool wasDrawn = std::exchange(m_isDrawn, windowHandle()->isExposed());
+        if (m_isDrawn && !wasDrawn && isActiveWindow()) {
+            // It may have got the focus before: then nobody is told of it any more.
+            Q_EMIT drawnAgain();
+        }
     }
     return QWidget::eventFilter(watched, event);
 }

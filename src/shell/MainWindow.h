@@ -55,6 +55,8 @@ public:
 Q_SIGNALS:
     void tabSelected(korvale::TabIdentifier tab);
     void logoClicked();
+    /// The window that has the focus is in sight again.
+    void drawnAgain();
 
 protected:
     void changeEvent(QEvent* event) override;

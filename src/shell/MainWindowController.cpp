@@ -73,6 +73,8 @@ void MainWindowController::buildWindow() {
     showAppearance();
 
     connect(m_window.get(), &MainWindow::tabSelected, this, &MainWindowController::didSelectTab);
+    connect(m_window.get(), &MainWindow::drawnAgain, this, &MainWindowController::updateDisplay,
+            Qt::QueuedConnection);
     connect(m_window.get(), &MainWindow::logoClicked, this, &MainWindowController::visitHome);
     connect(&m_context.statusLine, &StatusLine::changed, this,
             &MainWindowController::showStatusMessage);
