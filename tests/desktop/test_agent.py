@@ -109,6 +109,8 @@ class AgentReports(DesktopCase):
         wait_until(lambda: not item.entry(text("CM_ShowNotifications")).checked, "no mark")
         before = len(self.notifications())
         agent.tell("exe-blocked /opt/silent")
+        agent.tell("driver lost")
+        item.wait_colour("red")  # the program has read both: only then may the choice change
         item.click(item.entry(text("CM_ShowNotifications")))
         wait_until(lambda: item.entry(text("CM_ShowNotifications")).checked, "the mark")
         agent.tell("exe-blocked /opt/loud")

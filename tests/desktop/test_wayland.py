@@ -53,7 +53,7 @@ class Wayland(DesktopCase):
         wait_until(lambda: self.size() == chosen, "the new size")
         self.go_away()
         self.desktop.wait_in_front(APP_ID, item.activate)
-        self.assertEqual(self.size(), chosen)
+        wait_until(lambda: self.size() == chosen, "the size before")
 
     def size(self):
         """With the title bar, which the compositor draws."""
