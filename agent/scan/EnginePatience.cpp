@@ -22,8 +22,7 @@ bool EnginePatience::wait(const std::stop_token& stop) {
         if (m_left <= std::chrono::milliseconds(0)) {
             return false;
         }
-        std::mutex none;
-        std::unique_lock sleeping(none);
+        std::unique_lock sleeping(m_sleep);
         std::condition_variable_any stopped;
         stopped.wait_for(sleeping, stop, std::min(pause, m_left), [] { return false; });
         m_left -= std::chrono::ceil<std::chrono::milliseconds>(Clock::now() - start);

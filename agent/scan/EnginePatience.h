@@ -20,6 +20,7 @@ public:
 private:
     Engine& m_engine;
     std::mutex m_mutex;
+    std::mutex m_sleep; // guards nothing: a stop wakes only who waits with a lock
     std::chrono::milliseconds m_left;
     const std::chrono::milliseconds m_patience;
 };

@@ -75,7 +75,8 @@ bool FindingTable::moveAll(const std::string& id, FindingState from, FindingStat
 }
 
 std::optional<Finding> FindingTable::find(std::int64_t number) {
-    Statement row = m_database.prepare(select("WHERE number = ?1"));
+    const std::string sql = select("WHERE number = ?1");
+    Statement row = m_database.prepare(sql);
     if (row.bind(1, number).step() != Statement::Step::Row) {
         return std::nullopt;
     }
@@ -83,13 +84,14 @@ std::optional<Finding> FindingTable::find(std::int64_t number) {
 }
 
 std::vector<Finding> FindingTable::all() {
-    Statement rows = m_database.prepare(select("ORDER BY number"));
+    const std::string sql = select("ORDER BY number");
+    Statement rows = m_database.prepare(sql);
     return readAll(rows);
 }
 
 std::vector<Finding> FindingTable::like(const std::string& idPrefix) {
-    Statement rows =
-        m_database.prepare(select("WHERE substr(id, 1, length(?1)) = ?1 ORDER BY number"));
+    const std::string sql = select("WHERE substr(id, 1, length(?1)) = ?1 ORDER BY number");
+    Statement rows = m_database.prepare(sql);
     rows.bindText(1, idPrefix);
     return readAll(rows);
 }
