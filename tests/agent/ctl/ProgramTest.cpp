@@ -63,7 +63,8 @@ TEST_F(ProgramTest, AsksTheAgentOnTheSystemBus) {
 
 TEST_F(ProgramTest, SaysThatNoAgentRuns) {
     EXPECT_EQ(run({QStringLiteral("status")}), 3);
-    EXPECT_EQ(m_process.readAllStandardError(), "korvale-agentctl: korvale-agent does not run.\n");
+    EXPECT_EQ(m_process.readAllStandardError().toStdString(),
+              "korvale-agentctl: korvale-agent does not run.\n");
     m_bus.kill();
     EXPECT_EQ(run({QStringLiteral("status")}), 3);
 }
