@@ -78,7 +78,7 @@ QString placeFolder(HostCacheWriter& writer, const QString& file) {
 
 /// A file of holes.
 QString placeSparse(HostCacheWriter& writer, const QString& file) {
-    const QString problem = written(writer, file, QByteArray());
+    QString problem = written(writer, file, QByteArray());
     if (!problem.isEmpty()) {
         return problem;
     }
