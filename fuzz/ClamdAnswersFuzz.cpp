@@ -1,5 +1,6 @@
 // What clamd, or whoever sits on its socket, may write: taken apart, judged, and never trusted.
 
+#include "Target.h"
 #include "agent/base/Log.h"
 #include "agent/engine/ClamdAnswer.h"
 #include "agent/engine/ClamdConfiguration.h"
@@ -8,20 +9,31 @@
 #include "agent/engine/Signatures.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 #include <vector>
 
 using namespace korvale::agent;
+using korvale::fuzz::require;
 
 namespace {
 
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
+constexpr std::array<std::string_view, 14> words{"1: ",
+                                                 "2: fd[12]: OK",
+                                                 "fd[",
+                                                 "]: OK",
+                                                 " FOUND",
+                                                 "Eicar-Test-Signature FOUND",
+                                                 " ERROR",
+                                                 "ClamAV 1.0.7/27500/Mon Nov  4 09:33:11 2024",
+                                                 "MaxFileSize 25M",
+                                                 "MaxScanSize 0",
+                                                 "PONG",
+                                                 "INSTREAM size limit exceeded.",
+                                                 "18446744073709551616",
+                                                 "\x1b[31m"};
+constexpr korvale::fuzz::Grammar clamd{": \n[]/", ' ', korvale::fuzz::Spelling::AsItIs, words};
 
 /// All replies of the bytes, handed over in pieces of that size.
 std::vector<ClamdReply> repliesOf(std::string_view bytes, std::size_t piece) {
@@ -47,6 +59,10 @@ void judge(std::string_view reply) {
 
 } // namespace
 
+const korvale::fuzz::Grammar& korvale::fuzz::targetGrammar() {
+    return clamd;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(static_cast<const char*>(static_cast<const void*>(data)), size);
     const auto replies = repliesOf(bytes, ClamdReplies::longestReply);
@@ -55,6 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(repliesOf(bytes, 1) == replies);
         require(repliesOf(bytes, 7) == replies);
     }
+    korvale::fuzz::taken += replies.empty() ? 0U : 1U;
     for (const ClamdReply& reply : replies) {
         require(reply.number > 0);
         judge(reply.text);

@@ -6,7 +6,7 @@ import sys
 
 CPP_TEST = re.compile(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", re.MULTILINE)
 PYTHON_TEST = re.compile(r"^    def (test_\w+)\(", re.MULTILINE)
-NAMED = re.compile(r"`(?:(\w+)\.([A-Z]\w+)|(test_\w+\.py):(test_\w+))`")
+NAMED = re.compile(r"`(?:(\w+)\.([A-Z]\w+)|(Fuzz)\.(\w+)|(test_\w+\.py):(test_\w+))`")
 
 
 def existing(tests):
@@ -16,6 +16,8 @@ def existing(tests):
     for path in tests.rglob("test_*.py"):
         for name in PYTHON_TEST.findall(path.read_text(encoding="utf-8")):
             yield f"{path.name}:{name}"
+    for target in (tests.parent / "fuzz" / "corpus").iterdir():
+        yield f"Fuzz.{target.name}"
 
 
 def main():
@@ -23,9 +25,9 @@ def main():
     known = set(existing(project / "tests"))
     missing, count = [], 0
     for document in sys.argv[2:]:
-        for suite, name, file, function in NAMED.findall((project / document).read_text("utf-8")):
+        for suite, name, fuzz, target, file, function in NAMED.findall((project / document).read_text("utf-8")):
             count += 1
-            test = f"{suite}.{name}" if suite else f"{file}:{function}"
+            test = f"{file}:{function}" if file else f"{suite or fuzz}.{name or target}"
             if test not in known:
                 missing.append(f"{document} promises by {test}, which is not there")
     if count == 0:

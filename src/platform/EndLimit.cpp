@@ -30,7 +30,7 @@ EndLimit::EndLimit(const TerminationSignals& signalsOfTheSystem,
     : m_willTerminate(std::move(willTerminate)),
       m_limit(limit),
       m_isOver(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      m_thread([this, signalCame = signalsOfTheSystem.event()] { watch(signalCame); }) {}
+      m_thread([this, signalCame = signalsOfTheSystem.descriptor()] { watch(signalCame); }) {}
 
 EndLimit::~EndLimit() {
     const std::uint64_t one = 1;

@@ -1,21 +1,20 @@
 #include "platform/IniUserDefaults.h"
 
+#include "core/base/Logging.h"
+#include "platform/IniText.h"
 #include "platform/LeadingValue.h"
+#include "platform/PrivateFile.h"
+#include "platform/SmallFile.h"
 #include "platform/XdgFolders.h"
 
 #include <QFileInfo>
-#include <QSettings>
 
 #include <utility>
 
 namespace korvale {
 namespace {
 
-/// A FIFO or device in the file's place would hold up whoever opens it.
-bool isUsable(const QString& path) {
-    const QFileInfo info(path);
-    return !info.exists() || info.isFile();
-}
+constexpr qint64 largestFile = 1 << 20;
 
 } // namespace
 
@@ -25,29 +24,44 @@ IniUserDefaults::IniUserDefaults()
 IniUserDefaults::IniUserDefaults(QString filePath) : path(std::move(filePath)) {}
 
 bool IniUserDefaults::boolForKey(const QString& key) const {
-    if (!QFileInfo(path).isFile()) {
-        return false;
-    }
-    const QString value = QSettings(path, QSettings::IniFormat).value(key).toString();
-    return leadingBoolean(value.toStdString());
+    const QByteArray name = key.toUtf8();
+    const auto unsaved = m_unsaved.find(name);
+    const Value value =
+        unsaved != m_unsaved.end()
+            ? unsaved->second
+            : iniValue(readSmallFile(path, largestFile).value_or(QByteArray()), name);
+    return value && leadingBoolean({value->constData(), static_cast<std::size_t>(value->size())});
 }
 
 void IniUserDefaults::setInteger(const QString& key, int value) {
-    if (!isUsable(path)) {
-        return;
-    }
-    QSettings settings(path, QSettings::IniFormat);
-    settings.setValue(key, value);
-    settings.sync();
+    change(key, QByteArray::number(value));
 }
 
 void IniUserDefaults::removeObject(const QString& key) {
-    if (!QFileInfo(path).isFile()) {
-        return;
+    change(key, std::nullopt);
+}
+
+void IniUserDefaults::change(const QString& key, Value value) {
+    const bool isTold = !m_unsaved.empty();
+    m_unsaved.insert_or_assign(key.toUtf8(), std::move(value));
+    if (save()) {
+        m_unsaved.clear();
+    } else if (!isTold) {
+        logLine(LogLevel::Warn,
+                "%@ cannot be written: what was chosen holds until the program ends.", path);
     }
-    QSettings settings(path, QSettings::IniFormat);
-    settings.remove(key);
-    settings.sync();
+}
+
+bool IniUserDefaults::save() const {
+    const auto present = readSmallFile(path, largestFile);
+    if (!present && QFileInfo::exists(path)) {
+        return false; // not ours to replace
+    }
+    QByteArray settings = present.value_or(QByteArray());
+    for (const auto& [key, value] : m_unsaved) {
+        settings = withIniValue(settings, key, value);
+    }
+    return settings == present.value_or(QByteArray()) || writePrivateFile(path, settings);
 }
 
 } // namespace korvale

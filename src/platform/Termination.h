@@ -27,7 +27,7 @@ public:
     void sleepOneSecond() const;
 
     /// A descriptor that is readable once a signal has come; it is never read.
-    [[nodiscard]] int event() const { return m_event; }
+    [[nodiscard]] int descriptor() const { return m_event; }
 
 Q_SIGNALS:
     /// Once, however many signals come.

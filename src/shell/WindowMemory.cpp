@@ -1,14 +1,12 @@
 #include "shell/WindowMemory.h"
 
+#include "platform/PrivateFile.h"
+#include "platform/SmallFile.h"
 #include "platform/XdgFolders.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 #include <utility>
 
@@ -66,15 +64,6 @@ QByteArray toJson(const WindowPlacement& placement) {
         .toJson();
 }
 
-void write(const QString& path, const QByteArray& content) {
-    QDir().mkpath(QFileInfo(path).path());
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(content);
-        file.commit();
-    }
-}
-
 } // namespace
 
 WindowMemory::WindowMemory(QString path) : m_path(std::move(path)) {
@@ -91,11 +80,8 @@ QString WindowMemory::userPath() {
 }
 
 WindowPlacement WindowMemory::load() {
-    QFile file(m_path);
-    if (!QFileInfo(m_path).isFile() || !file.open(QIODevice::ReadOnly)) {
-        return {};
-    }
-    m_last = placementFrom(QJsonDocument::fromJson(file.read(largestFile)).object());
+    const auto content = readSmallFile(m_path, largestFile);
+    m_last = placementFrom(QJsonDocument::fromJson(content.value_or(QByteArray())).object());
     return m_last;
 }
 
@@ -104,7 +90,8 @@ void WindowMemory::save(const WindowPlacement& placement) {
         return;
     }
     m_last = placement;
-    m_writer.start([path = m_path, content = toJson(placement)] { write(path, content); });
+    m_writer.start(
+        [path = m_path, content = toJson(placement)] { (void)writePrivateFile(path, content); });
 }
 
 } // namespace korvale

@@ -1,9 +1,11 @@
 #include "shell/WindowMemory.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace korvale {
 namespace {
@@ -73,6 +75,16 @@ TEST_F(WindowMemoryTest, DamagedFilesLeaveWhatIsDamagedEmpty) {
     }
     EXPECT_EQ(loadFrom(R"({"geometry":5,"columns":{"a":[0],"b":[50,60]}})").columnWidths,
               (QMap<QString, QList<int>>{{QStringLiteral("b"), {50, 60}}}));
+}
+
+TEST_F(WindowMemoryTest, IsTheUsersAloneWhateverTheUmask) {
+    const mode_t before = ::umask(0);
+    WindowMemory(path()).save(somePlacement);
+    ::umask(before);
+    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                      QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    EXPECT_FALSE(QFile::permissions(path()) & others);
+    EXPECT_FALSE(QFile::permissions(QFileInfo(path()).path()) & others);
 }
 
 TEST_F(WindowMemoryTest, AFolderInPlaceOfTheFileCountsAsEmpty) {
