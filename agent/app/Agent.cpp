@@ -26,17 +26,21 @@ QStringList textsOf(const std::vector<std::string>& list) {
     return texts;
 }
 
-UpdateSettings updateSettings(const Configuration& configuration) {
+UpdateSettings updateSettings(const Configuration& configuration, const std::string& signatures) {
     const auto text = [](const std::string& bytes) { return QString::fromStdString(bytes); };
     UpdateSettings settings;
     settings.daemonUnit = text(configuration.updaterUnit);
     settings.onceUnit = text(configuration.updaterOnceUnit);
     settings.engineUnits = textsOf(configuration.engineUnits);
-    settings.signatures =
-        text(readClamdConfiguration(configuration.engineConfiguration).databaseFolder);
+    settings.signatures = text(signatures);
     settings.memory = text(configuration.state) + QStringLiteral("/updates");
     settings.statusFolder = text(configuration.updaterStatus);
     return settings;
+}
+
+/// Where the engine's signatures lie. Reads the disk.
+std::string signatureFolder(const Configuration& configuration) {
+    return readClamdConfiguration(configuration.engineConfiguration).databaseFolder;
 }
 
 } // namespace
@@ -64,8 +68,10 @@ Agent::Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> ke
       m_keeper(std::move(keeper)),
       m_cache(std::move(cache)),
       m_engines(m_configuration.current()),
-      m_updates(m_units, updateSettings(m_configuration.current()),
-                &QDateTime::currentSecsSinceEpoch),
+      m_updates(
+          m_units,
+          updateSettings(m_configuration.current(), signatureFolder(m_configuration.current())),
+          &QDateTime::currentSecsSinceEpoch),
       m_engineWatch(m_configuration.current().engineUnits,
                     [this](const std::string& unit) { startUnit(unit); }),
       m_publishing(QString::fromStdString(m_configuration.current().hostCache)),
@@ -76,7 +82,7 @@ Agent::Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> ke
     m_publishing.lists().markChanged(kAllLists);
     setProblem(QStringLiteral("store"), m_keeper->trouble());
     join();
-    configure();
+    configure(m_updates.settings().signatures.toStdString());
 }
 
 void Agent::join() {
@@ -132,10 +138,10 @@ void Agent::joinFiles() {
     });
 }
 
-void Agent::configure() {
+void Agent::configure(const std::string& signatures) {
     korvale::agent::setLogLevel(m_configuration.current().logLevel);
     m_scans.configure(m_configuration.current());
-    m_updates.setSettings(updateSettings(m_configuration.current()));
+    m_updates.setSettings(updateSettings(m_configuration.current(), signatures));
     m_states.setConfigurationValid(m_configuration.problem().isEmpty());
     setProblem(QStringLiteral("configuration"), m_configuration.problem());
 }
@@ -159,12 +165,14 @@ void Agent::stop() {
     connect(&m_publishing, &Publishing::idle, this, &Agent::stopped);
 }
 
-QString Agent::reload() {
-    const bool good = m_configuration.read();
-    configure();
-    logInfo(good ? "The configuration was read again."
-                 : "The configuration in use before stays in use.");
-    return m_configuration.problem();
+void Agent::reload(const Done& done) {
+    m_reload.ask([this, done](const Reload::Read& read) {
+        const bool good = m_configuration.take(read.configuration);
+        configure(good ? read.signatures : m_updates.settings().signatures.toStdString());
+        logInfo(good ? "The configuration was read again."
+                     : "The configuration in use before stays in use.");
+        done(m_configuration.problem());
+    });
 }
 
 void Agent::found(const FoundFile& file) {
@@ -281,7 +289,7 @@ void Agent::checkUpdates(const Done& done) {
 }
 
 void Agent::readConfiguration(const Done& done) {
-    done(reload());
+    reload(done);
 }
 
 void Agent::setLogLevel(LogLevel level) {

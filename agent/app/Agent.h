@@ -8,6 +8,7 @@
 #include "agent/app/Engines.h"
 #include "agent/app/FindingsKeeper.h"
 #include "agent/app/Gatekeeper.h"
+#include "agent/app/Reload.h"
 #include "agent/app/Requests.h"
 #include "agent/app/ScanReport.h"
 #include "agent/app/Scans.h"
@@ -47,8 +48,9 @@ public:
     /// Says good-bye, stops scans and writes what is not written. `stopped` follows, a few seconds
     /// later at most.
     void stop();
-    /// Reads the configuration again. Empty, or what is wrong with it.
-    QString reload();
+    /// Reads the configuration and the lists of digests again. `done` is called once, later, with
+    /// an empty text or what is wrong with the configuration.
+    void reload(const Done& done);
 
 Q_SIGNALS:
     void stopped();
@@ -60,7 +62,7 @@ private:
           std::unique_ptr<VerdictCache> cache);
     void join();
     void joinFiles();
-    void configure();
+    void configure(const std::string& signatures);
     void found(const FoundFile& file);
     void shown(const Finding& finding, const QString& detail);
     void engineAnswered(const EngineState& state);
@@ -93,6 +95,7 @@ private:
     Updates m_updates;
     EngineWatch m_engineWatch;
     EnginePoll m_enginePoll{m_engines.both};
+    Reload m_reload{m_configuration.file(), m_engines.builtIn};
     EngineState m_engineState;
     Publishing m_publishing;
     ThreatLists m_threats{m_publishing.lists()};

@@ -6,8 +6,7 @@
 
 namespace korvale::agent {
 
-bool ConfigurationFile::read() {
-    ConfigurationResult result = loadConfiguration(m_file);
+bool ConfigurationFile::take(ConfigurationResult result) {
     if (const auto* problem = std::get_if<std::string>(&result)) {
         m_problem = QString::fromStdString(printable(m_file + ": " + *problem));
         logError(m_problem.toStdString());

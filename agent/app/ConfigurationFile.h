@@ -16,7 +16,9 @@ public:
 
     /// True when the file's configuration is in use now. Else `problem` says in one line why not.
     /// Waits for the disk.
-    bool read();
+    bool read() { return take(loadConfiguration(m_file)); }
+    /// The same with what was read elsewhere.
+    bool take(ConfigurationResult result);
 
     [[nodiscard]] const Configuration& current() const { return m_current; }
     /// Empty while the file's configuration is in use.

@@ -56,6 +56,7 @@ public:
     ~Updates() override;
 
     void setSettings(const UpdateSettings& settings);
+    [[nodiscard]] const UpdateSettings& settings() const { return m_settings; }
     void check(const Done& done);
     /// Starts the engine's units that are installed and do not run, when signatures are there:
     /// without them they were skipped, and nobody else starts them later.

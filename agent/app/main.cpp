@@ -42,8 +42,7 @@ int serve(const std::string& file) {
     });
     QObject::connect(&life, &Life::reloadWanted, agent.get(), [&] {
         life.reloading();
-        agent->reload();
-        life.reloaded();
+        agent->reload([&life](const QString& /*problem*/) { life.reloaded(); });
     });
     agent->start();
     life.ready();

@@ -91,7 +91,7 @@ EngineState BuiltInEngine::state() const {
 EngineState BuiltInEngine::refresh() {
     auto list = std::make_shared<DigestList>();
     std::string key = "built-in 1";
-    for (const std::string& path : m_digestFiles) {
+    for (const std::string& path : digestFiles()) {
         std::string error;
         const auto text = readSmallFile(path, DigestList::largestFile, error);
         if (!text) {
@@ -111,6 +111,19 @@ EngineState BuiltInEngine::refresh() {
     m_state.version = "built-in";
     m_state.signatureKey = std::move(key);
     return m_state;
+}
+
+void BuiltInEngine::use(std::vector<std::string> digestFiles) {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_digestFiles = std::move(digestFiles);
+    }
+    refresh();
+}
+
+std::vector<std::string> BuiltInEngine::digestFiles() const {
+    const std::lock_guard lock(m_mutex);
+    return m_digestFiles;
 }
 
 std::shared_ptr<const DigestList> BuiltInEngine::lists() const {

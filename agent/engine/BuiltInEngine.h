@@ -24,14 +24,17 @@ public:
                     std::stop_token stop = {}) override;
     [[nodiscard]] EngineState state() const override;
     /// Reads the lists again, each of them logged when it has faults. A list that cannot be read is
-    /// as if it were empty.
+    /// as if it were empty. Waits for the disk; judging goes on with the lists read before.
     EngineState refresh() override;
+    /// Reads these lists from now on, and at once.
+    void use(std::vector<std::string> digestFiles);
 
 private:
     [[nodiscard]] std::shared_ptr<const DigestList> lists() const;
+    [[nodiscard]] std::vector<std::string> digestFiles() const;
 
-    const std::vector<std::string> m_digestFiles;
     mutable std::mutex m_mutex;
+    std::vector<std::string> m_digestFiles;
     std::shared_ptr<const DigestList> m_lists;
     EngineState m_state;
 };

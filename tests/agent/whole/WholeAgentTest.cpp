@@ -133,6 +133,21 @@ TEST_F(WholeAgentTest, AWrongConfigurationIsToldAndTheLastGoodOneStays) {
     EXPECT_EQ(control("Policy").value(QStringLiteral("problem")).toString(), QString());
 }
 
+TEST_F(WholeAgentTest, APolicyUpdateReadsTheListsOfDigestsAgain) {
+    const QByteArray list = QFile::encodeName(m_folder.path(QStringLiteral("list")));
+    m_folder.write(QStringLiteral("files/a"), "abc");
+    start();
+    ASSERT_EQ(scanFiles(), QStringLiteral("OK"));
+    ASSERT_TRUE(heard("com.korvale.consumer_notification"));
+    EXPECT_EQ(publishedState(QStringLiteral("a")), -1);
+    m_folder.write(QStringLiteral("list"),
+                   "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad Listed.Abc\n");
+    configure("hash_lists = [\"" + list + "\"]\n");
+    EXPECT_EQ(resp(command("PLYU")), QStringLiteral("OK"));
+    ASSERT_EQ(scanFiles(), QStringLiteral("OK"));
+    ASSERT_TRUE(waitUntil([&] { return publishedState(QStringLiteral("a")) == 1 + 8; }));
+}
+
 TEST_F(WholeAgentTest, ItEndsOnSigtermAndSaysGoodBye) {
     start();
     signal(SIGTERM);
