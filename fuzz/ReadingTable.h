@@ -18,7 +18,7 @@ public:
 private:
     static void read(const RowBatch* rows) {
         for (std::size_t row = 0; rows != nullptr && row < rows->size(); ++row) {
-            for (int key = 0; key <= static_cast<int>(RowKey::Action); ++key) {
+            for (int key = 0; key <= static_cast<int>(RowKey::EveryPath); ++key) {
                 const auto text = rows->text(row, static_cast<RowKey>(key));
                 require(!text || text->isValidUtf16());
             }

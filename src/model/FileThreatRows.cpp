@@ -20,7 +20,9 @@ std::optional<QString> FileThreatRows::text(std::size_t index, RowKey key) const
     case RowKey::File:
         return lastPathComponent(pathText(row.firstPath)).toLower();
     case RowKey::FileToolTip:
-        return allPaths(row);
+        return shownPaths(row);
+    case RowKey::EveryPath:
+        return everyPath(row);
     case RowKey::Category:
         return stateStringFromValue(row.state);
     case RowKey::CategoryToolTip:
@@ -44,15 +46,25 @@ QString FileThreatRows::pathText(std::uint32_t path) const {
     return utf8Text({m_storage.bytes.get() + place.offset, place.length});
 }
 
-QString FileThreatRows::allPaths(const Row& row) const {
-    QString all = pathText(row.firstPath);
+QString FileThreatRows::shownPaths(const Row& row) const {
+    QString shown = pathText(row.firstPath);
     // Of many paths only the first are ever seen, and this is asked for with each cell.
     for (std::uint32_t path = m_storage.paths[row.firstPath].next;
-         path != none && all.size() <= longestShownText; path = m_storage.paths[path].next) {
-        all += QLatin1String("\n\n");
-        all += pathText(path);
+         path != none && shown.size() <= longestShownText; path = m_storage.paths[path].next) {
+        shown += QLatin1String("\n\n");
+        shown += pathText(path);
     }
-    return all;
+    return shown;
+}
+
+QString FileThreatRows::everyPath(const Row& row) const {
+    QString paths = unbrokenText(pathText(row.firstPath));
+    for (std::uint32_t path = m_storage.paths[row.firstPath].next; path != none;
+         path = m_storage.paths[path].next) {
+        paths += QLatin1String("\n\n");
+        paths += unbrokenText(pathText(path));
+    }
+    return paths;
 }
 
 std::optional<QString> FileThreatRows::valueOf(JsonNode node) const {

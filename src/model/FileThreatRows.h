@@ -43,7 +43,9 @@ public:
 
 private:
     [[nodiscard]] QString pathText(std::uint32_t path) const;
-    [[nodiscard]] QString allPaths(const Row& row) const;
+    // The row's paths, an empty line between two.
+    [[nodiscard]] QString shownPaths(const Row& row) const;
+    [[nodiscard]] QString everyPath(const Row& row) const;
     [[nodiscard]] std::optional<QString> valueOf(JsonNode node) const;
 
     Storage m_storage;

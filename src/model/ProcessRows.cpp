@@ -3,6 +3,7 @@
 #include "model/Paths.h"
 #include "model/StateVocabulary.h"
 #include "model/Values.h"
+#include "platform/SafeText.h"
 #include "platform/Texts.h"
 
 namespace korvale {
@@ -24,6 +25,11 @@ std::optional<QString> ProcessRows::text(std::size_t index, RowKey key) const {
     case RowKey::ProcessToolTip:
         if (const auto path = textOnly(record["Path"])) {
             return directoryOf(*path);
+        }
+        return std::nullopt;
+    case RowKey::EveryPath:
+        if (const auto path = textOnly(record["Path"])) {
+            return unbrokenText(directoryOf(*path));
         }
         return std::nullopt;
     case RowKey::Category:

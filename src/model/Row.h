@@ -32,6 +32,7 @@ enum class RowKey : std::uint8_t {
     VendorId,
     SerialNumber,
     Action,
+    EveryPath, ///< for copying: of what a tooltip may cut short, with no path on two lines
 };
 
 /// Rows that one parse made: immutable, shared by the tables that show them, and free to make each

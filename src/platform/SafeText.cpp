@@ -104,6 +104,25 @@ QString severalLinesText(const QString& text) {
     return text.size() > longestShownText ? shown + ellipsis : shown;
 }
 
+QString unbrokenText(const QString& text) {
+    const auto breaks = [](QChar c) {
+        return isControl(c.unicode()) || c == QChar::LineSeparator ||
+               c == QChar::ParagraphSeparator;
+    };
+    if (std::none_of(text.begin(), text.end(), breaks)) {
+        return text;
+    }
+    QString result;
+    for (const QChar c : text) {
+        if (breaks(c)) {
+            appendNumber(c.unicode(), result);
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
 QString toolTipMarkup(const QString& text) {
     if (text.isEmpty()) {
         return {};

@@ -12,13 +12,17 @@ inline constexpr qsizetype longestShownText = 4096;
 // wherever that is. Control characters, and those that reorder, break or hide text without being
 // seen themselves, become visible as [U+XXXX]; half a surrogate pair is U+FFFD; very long texts are
 // cut with an ellipsis. What real scripts and pictographs need stays: joiners, marks, selectors.
-// Copying is the exception: a copied row holds its texts as they are.
+// Copying is the exception: a copied row holds its texts as they are but for what would break it.
 
 /// `text` as it may be drawn on one line.
 [[nodiscard]] QString singleLineText(const QString& text);
 
 /// `text` where several lines have room: line feeds and tabs stay.
 [[nodiscard]] QString severalLinesText(const QString& text);
+
+/// `text` as it may be one of several on a line that others read: what ends a line or steers a
+/// terminal becomes visible, and nothing else changes.
+[[nodiscard]] QString unbrokenText(const QString& text);
 
 /// Markup that makes a tooltip show `text` on several lines as plain text. Empty for an empty text.
 /// Tooltips guess: what merely looks like markup would be taken for it.

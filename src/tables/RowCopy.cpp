@@ -1,5 +1,7 @@
 #include "tables/RowCopy.h"
 
+#include "platform/SafeText.h"
+
 #include <QStringTokenizer>
 
 namespace korvale {
@@ -11,9 +13,14 @@ QString fieldsOf(const RowList& rows, std::size_t row, std::span<const RowKey> k
         if (key != keys.front()) {
             fields += u',';
         }
-        fields += rows.text(row, key).value_or(QStringLiteral("(null)"));
+        fields += unbrokenText(rows.text(row, key).value_or(QStringLiteral("(null)")));
     }
     return fields;
+}
+
+std::optional<QString> pathsOf(const RowList& rows, std::size_t row, RowKey shown) {
+    const std::optional<QString> every = rows.text(row, RowKey::EveryPath);
+    return every ? every : rows.text(row, shown);
 }
 
 void appendLines(const RowList& rows, std::size_t row, const TableDescription& description,
@@ -23,12 +30,12 @@ void appendLines(const RowList& rows, std::size_t row, const TableDescription& d
         text.append(fields).append(u'\n');
         return;
     }
-    const std::optional<QString> paths = rows.text(row, *description.copyPaths);
+    const std::optional<QString> paths = pathsOf(rows, row, *description.copyPaths);
     if (!paths) {
         return;
     }
     for (const QStringView path : QStringTokenizer(*paths, u'\n')) {
-        text.append(fields).append(u',').append(path).append(u'\n');
+        text.append(fields).append(u',').append(unbrokenText(path.toString())).append(u'\n');
     }
 }
 

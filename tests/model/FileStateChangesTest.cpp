@@ -290,6 +290,19 @@ TEST_F(FileStateChangesTest, ToolTipsHoldNoMorePathsThanAreShown) {
     EXPECT_EQ(table.rows->text(0, RowKey::Found), QStringLiteral("10000"));
 }
 
+TEST_F(FileStateChangesTest, EveryPathCanBeCopiedAndEachIsOneLine) {
+    QByteArray list = "{\"/a\\nforged\":{\"State\":1}";
+    for (int i = 0; i < 1'000; ++i) {
+        list += ",\"/file" + QByteArray::number(i) + "\":{\"State\":1}";
+    }
+    parse((list + "}").constData());
+    const QString paths = table.rows->text(0, RowKey::EveryPath).value();
+    EXPECT_EQ(paths.count(QStringLiteral("\n\n")), 1'000);
+    EXPECT_EQ(paths.count(u'\n'), 2'000);
+    EXPECT_TRUE(paths.startsWith(QStringLiteral("/a[U+000A]forged\n\n/file0\n\n")));
+    EXPECT_TRUE(paths.endsWith(QStringLiteral("/file999")));
+}
+
 TEST_F(FileStateChangesTest, AFileNameIsNeverTakenForAPlaceholder) {
     parse(R"({"/%@ %s":{"State":1}})");
     EXPECT_EQ(displays.shown,

@@ -34,6 +34,12 @@ INSTANTIATE_TEST_SUITE_P(
         Difference{"the judge's numbers are doubles", "[1e400]", true},
         Difference{"the judge takes no number too near to 0 for one", "[1e-400]", true}));
 
+TEST(JsonJudgesDiffer, TheJudgeDropsAByteOrderMarkInFrontOfAText) {
+    const QByteArray text = "[\"\xEF\xBB\xBFx\"]";
+    EXPECT_EQ(judged(text)[0].toString(), QStringLiteral("x"));
+    EXPECT_EQ(JsonValue::parse(text)->elements().begin().operator*().utf8(), "\xEF\xBB\xBFx");
+}
+
 class JsonJudges : public testing::TestWithParam<std::uint64_t> {};
 
 TEST_P(JsonJudges, ValidListsMeanTheSame) {

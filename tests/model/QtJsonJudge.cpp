@@ -18,6 +18,11 @@ QString withoutHalves(const QString& text) {
     return QString::fromUcs4(characters.data(), static_cast<qsizetype>(characters.size()));
 }
 
+/// Of a text in UTF-8 the judge drops a byte order mark in front; of an escaped one it does not.
+QString withoutMark(const QString& text) {
+    return text.startsWith(QChar::ByteOrderMark) ? text.mid(1) : text;
+}
+
 bool sameElements(const JsonValue& ours, const QJsonArray& theirs) {
     if (ours.size() != static_cast<std::size_t>(theirs.size())) {
         return false;
@@ -32,15 +37,17 @@ bool sameElements(const JsonValue& ours, const QJsonArray& theirs) {
 }
 
 bool sameMembers(const JsonValue& ours, const QJsonObject& theirs) {
+    bool isComparable = true;
     for (const JsonMember& member : ours.members()) {
         const QString name = *textOnly(member.name);
-        // Of names with half a pair theirs may have several.
-        if (!name.contains(QChar::ReplacementCharacter) &&
-            !meansTheSame(member.value, theirs.value(name))) {
+        // Names that the judge reads otherwise may be one to it, or several.
+        if (name.contains(QChar::ReplacementCharacter) || name != withoutMark(name)) {
+            isComparable = false;
+        } else if (!meansTheSame(member.value, theirs.value(name))) {
             return false;
         }
     }
-    return ours.size() <= static_cast<std::size_t>(theirs.size());
+    return !isComparable || ours.size() == static_cast<std::size_t>(theirs.size());
 }
 
 } // namespace
@@ -90,7 +97,7 @@ bool meansTheSame(const JsonValue& ours, const QJsonValue& theirs) {
     case JsonKind::Number:
         return std::strtod(std::string(ours.utf8()).c_str(), nullptr) == theirs.toDouble(NAN);
     case JsonKind::Text:
-        return *textOnly(ours) == withoutHalves(theirs.toString());
+        return withoutMark(*textOnly(ours)) == withoutMark(withoutHalves(theirs.toString()));
     case JsonKind::List:
         return theirs.isArray() && sameElements(ours, theirs.toArray());
     case JsonKind::Object:

@@ -100,6 +100,27 @@ TEST_F(FileThreatsTableTest, ACommaInAPathStaysUnquoted) {
     EXPECT_EQ(clipboard(), QString::fromUtf16(header) + u"evil.exe,Unsafe,-0.5,2,abc,/a,b\n"_s);
 }
 
+TEST_F(FileThreatsTableTest, WhateverATextHoldsACopiedRowIsOneLine) {
+    FakeRow row = threat(u"/a"_s);
+    row[RowKey::File] = u"=1+1\r\nforged,Unsafe\u2028\x1b[31m\t"_s;
+    row[RowKey::Id] = u"a\nb\0c"_s;
+    showRows({row});
+    files.clickRow(0);
+    files.pressCopy();
+    EXPECT_EQ(clipboard(), QString::fromUtf16(header) +
+                               u"=1+1[U+000D][U+000A]forged,Unsafe[U+2028][U+001B][31m[U+0009],"_s
+                               u"Unsafe,-0.5,2,a[U+000A]b[U+0000]c,/a\n"_s);
+}
+
+TEST_F(FileThreatsTableTest, EveryPathIsCopiedThoughTheToolTipHoldsOnlyTheFirst) {
+    FakeRow row = threat(u"/a"_s);
+    row[RowKey::EveryPath] = u"/a\n/b"_s;
+    showRows({row});
+    files.clickRow(0);
+    files.pressCopy();
+    EXPECT_TRUE(clipboard().endsWith(u"abc,/a\nevil.exe,Unsafe,-0.5,2,abc,/b\n"_s));
+}
+
 TEST_F(FileThreatsTableTest, ARowWithoutPathsCopiesNoLine) {
     showRows({{{RowKey::File, u"x"_s}}});
     files.clickRow(0);
