@@ -4,6 +4,7 @@
 #include "platform/SafeText.h"
 #include "shell/StatusItem.h"
 #include "shell/StatusItemMenu.h"
+#include "shell/TrayItemAdaptor.h"
 #include "shell/X11Dock.h"
 
 #include <QCursor>
@@ -151,6 +152,9 @@ void TrayIcon::showItem() {
     m_icon->setContextMenu(m_menu.menu());
     connect(m_icon.get(), &QSystemTrayIcon::activated, this, &TrayIcon::react);
     m_icon->show();
+    m_itemOnBus = TrayItemAdaptor::takeOverNewest();
+    updatePicture();
+    updateToolTip();
 }
 
 void TrayIcon::showDock() {
@@ -187,6 +191,9 @@ void TrayIcon::updatePicture() {
     if (m_icon) {
         m_icon->setIcon(m_item.shownPicture());
     }
+    if (m_itemOnBus) {
+        m_itemOnBus->setPicture(m_item.shownPicture());
+    }
     if (m_dock) {
         m_dock->setPicture(m_item.shownPicture());
     }
@@ -196,6 +203,9 @@ void TrayIcon::updateToolTip() {
     const QString text = trayToolTip(m_item.toolTip());
     if (m_icon) {
         m_icon->setToolTip(text);
+    }
+    if (m_itemOnBus) {
+        m_itemOnBus->setToolTip(text);
     }
     if (m_dock) {
         m_dock->setToolTip(text);

@@ -6,6 +6,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+#include <QPointer>
 #include <QSystemTrayIcon>
 #include <QTimer>
 
@@ -17,6 +18,7 @@ namespace korvale {
 
 class StatusItem;
 class StatusItemMenu;
+class TrayItemAdaptor;
 class X11Dock;
 
 /// Shows the status item and its menu in whatever tray the desktop has now: a StatusNotifierItem
@@ -86,6 +88,7 @@ private:
     bool m_isHosted = false;
     bool m_hasMadeItem = false;
     std::unique_ptr<QSystemTrayIcon> m_icon;
+    QPointer<TrayItemAdaptor> m_itemOnBus; ///< the icon's; null where the toolkit made none
     std::unique_ptr<X11Dock> m_dock;
 };
 

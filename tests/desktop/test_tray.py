@@ -24,6 +24,32 @@ class Tray(DesktopCase):
         item.wait_colour("yellow")
         self.assertEqual(item.tooltip().split("\n"), [text("ProductEP"), text("OfflineMode")])
 
+    def test_the_item_has_the_programs_two_names(self):
+        item = self.item(self.program())
+        self.assertEqual(str(item.property("Id")), "korvale-ui")
+        self.assertEqual(str(item.property("Title")), "KorvaleUI")
+
+    def test_all_of_the_item_can_be_asked_for_at_once(self):
+        item = self.item(self.program())
+        item.wait_colour("yellow")
+        everything = item.properties()
+        self.assertEqual(everything["Category"], "ApplicationStatus")
+        self.assertEqual(everything["Status"], "Active")
+        self.assertEqual(everything["Title"], "KorvaleUI")
+        self.assertEqual(everything["Menu"], "/MenuBar")
+        self.assertEqual(everything["IconPixmap"].signature, "(iiay)")
+        self.assertLessEqual({16, 22, 24, 32, 48, 64}, {int(width) for width, _, _ in everything["IconPixmap"]})
+        self.assertEqual(str(everything["ToolTip"][2]).split("\n")[0], text("ProductEP"))
+
+    def test_a_change_is_told_to_the_tray(self):
+        agent = self.agent()
+        item = self.item(self.started(agent))
+        item.wait_colour("yellow")
+        with item.heard() as told:
+            agent.tell_all("start", "halyx on")
+            told.wait_for("member=NewIcon")
+            told.wait_for("member=NewToolTip")
+
     def test_the_menu_holds_its_items_in_order(self):
         item = self.item(self.program())
         wait_until(item.menu, "the menu")

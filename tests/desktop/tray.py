@@ -1,15 +1,30 @@
 """Reads the status item and its menu over D-Bus, as a panel does."""
 import colorsys
 import contextlib
+import subprocess
 
 import dbus
 
 from desktop_session import wait_until
+from drivers import LineReader
 
 WATCHER = "org.kde.StatusNotifierWatcher"
 ITEM = "org.kde.StatusNotifierItem"
 MENU = "com.canonical.dbusmenu"
 PROPERTIES = "org.freedesktop.DBus.Properties"
+
+
+def hue_name(red, green, blue):
+    """"red", "yellow" or "green" for a pixel of that hue, None for others and for greys; 0 to 255 each."""
+    hue, _, saturation = colorsys.rgb_to_hls(red / 255, green / 255, blue / 255)
+    degrees = hue * 360
+    if saturation < 0.3:
+        return None
+    if degrees < 20 or degrees > 340:
+        return "red"
+    if 28 < degrees < 65:
+        return "yellow"
+    return "green" if 80 < degrees < 175 else None
 
 
 class MenuEntry:
@@ -61,6 +76,21 @@ class TrayItem:
     def property(self, name):
         return self._object(self.path).Get(ITEM, name, dbus_interface=PROPERTIES)
 
+    def properties(self):
+        return self._object(self.path).GetAll(ITEM, dbus_interface=PROPERTIES)
+
+    @contextlib.contextmanager
+    def heard(self):
+        """The lines of dbus-monitor for what the item sends meanwhile."""
+        watch = f"type='signal',sender='{self.service}',interface='{ITEM}'"
+        command = ["dbus-monitor", "--address", self.session.env["DBUS_SESSION_BUS_ADDRESS"], watch]
+        with subprocess.Popen(["stdbuf", "-oL", *command], env=self.session.env, text=True,
+                              stdout=subprocess.PIPE) as monitor:
+            lines = LineReader(monitor.stdout)
+            lines.wait_for("NameAcquired")
+            yield lines
+            monitor.terminate()
+
     def tooltip(self):
         return str(self.property("ToolTip")[2])
 
@@ -75,16 +105,9 @@ class TrayItem:
         votes = {"red": 0, "yellow": 0, "green": 0}
         for offset in range(0, len(data), 4):
             alpha, red, green, blue = data[offset:offset + 4]
-            hue, _, saturation = colorsys.rgb_to_hls(red / 255, green / 255, blue / 255)
-            if alpha < 128 or saturation < 0.3:
-                continue
-            degrees = hue * 360
-            if degrees < 20 or degrees > 340:
-                votes["red"] += 1
-            elif 28 < degrees < 65:
-                votes["yellow"] += 1
-            elif 80 < degrees < 175:
-                votes["green"] += 1
+            name = hue_name(red, green, blue)
+            if alpha >= 128 and name:
+                votes[name] += 1
         return max(votes, key=votes.get)
 
     def wait_colour(self, colour, timeout=20.0):
