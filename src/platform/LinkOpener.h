@@ -9,7 +9,9 @@ class LinkOpener {
 public:
     virtual ~LinkOpener() = default;
     /// Opens `link` when it is a valid http or https URL with a host; anything else does nothing.
-    virtual void openLink(const QString& link) = 0;
+    /// `activationToken`, which may be empty, is the desktop's leave for the browser to come to the
+    /// front.
+    virtual void openLink(const QString& link, const QString& activationToken) = 0;
 };
 
 /// True for the links that may be opened: absolute, valid, http or https, with a host.

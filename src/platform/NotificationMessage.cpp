@@ -10,13 +10,17 @@
 namespace korvale {
 namespace {
 
-QString bodyOf(const DesktopNotification& notification, bool hasBodyMarkup) {
+QString bodyOf(const DesktopNotification& notification, const NotificationAbilities& abilities) {
+    const bool hasBodyMarkup = abilities.hasBodyMarkup;
     const auto worded = [hasBodyMarkup](const QString& text) {
         // Cut among other things: a bus drops a client that sends it too much at once.
         const QString shown = severalLinesText(text);
         return hasBodyMarkup ? shown.toHtmlEscaped() : shown;
     };
     QString message = worded(notification.message);
+    if (!notification.link.isEmpty() && !abilities.hasActions) {
+        message += u'\n' + worded(notification.link); // to be read, or copied, at least
+    }
     if (notification.subtitle.isEmpty()) {
         return message;
     }
@@ -64,8 +68,8 @@ QDBusMessage capabilitiesMessage() {
                                           notificationsName(), QStringLiteral("GetCapabilities"));
 }
 
-QDBusMessage notifyMessage(const DesktopNotification& notification, bool hasBodyMarkup,
-                           const QString& openLabel) {
+QDBusMessage notifyMessage(const DesktopNotification& notification,
+                           const NotificationAbilities& abilities, const QString& openLabel) {
     static constexpr uint replacesNone = 0;
     static constexpr int serversChoice = -1; // how long it stays
     QStringList actions;
@@ -85,7 +89,7 @@ QDBusMessage notifyMessage(const DesktopNotification& notification, bool hasBody
     auto call = QDBusMessage::createMethodCall(notificationsName(), notificationsPath(),
                                                notificationsName(), QStringLiteral("Notify"));
     call << QGuiApplication::applicationDisplayName() << replacesNone << program
-         << singleLineText(notification.title) << bodyOf(notification, hasBodyMarkup) << actions
+         << singleLineText(notification.title) << bodyOf(notification, abilities) << actions
          << hints << serversChoice;
     return call;
 }

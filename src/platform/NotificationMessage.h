@@ -28,10 +28,11 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, NotificationImage
 
 [[nodiscard]] QDBusMessage capabilitiesMessage();
 
-/// The Notify call. `openLabel` is the label of the action that opens the link. Texts far longer
-/// than any bubble are cut.
+/// The Notify call. `openLabel` is the label of the action that opens the link, which a service
+/// without actions shows as text. Texts far longer than any bubble are cut.
 [[nodiscard]] QDBusMessage notifyMessage(const DesktopNotification& notification,
-                                         bool hasBodyMarkup, const QString& openLabel);
+                                         const NotificationAbilities& abilities,
+                                         const QString& openLabel);
 
 } // namespace korvale
 

@@ -27,7 +27,7 @@ NotificationServer::NotificationServer(QObject* parent)
 void NotificationServer::start(const QDBusConnection& sessionBus) {
     m_bus = sessionBus;
     m_isStarted = true;
-    m_hasBodyMarkup.reset();
+    m_abilities.reset();
     m_isAsking = false;
     m_links.clear();
     if (!m_bus.isConnected()) {
@@ -37,6 +37,8 @@ void NotificationServer::start(const QDBusConnection& sessionBus) {
     }
     const QString path = notificationsPath();
     const QString name = notificationsName();
+    hearSignals(m_bus, {path, name, QStringLiteral("ActivationToken"), {}}, this,
+                SLOT(activationToken(QDBusMessage)));
     hearSignals(m_bus, {path, name, QStringLiteral("ActionInvoked"), {}}, this,
                 SLOT(actionInvoked(QDBusMessage)));
     hearSignals(m_bus, {path, name, QStringLiteral("NotificationClosed"), {}}, this,
@@ -51,7 +53,7 @@ void NotificationServer::ownerChanged(const QString& before) {
     if (before.isEmpty()) {
         return; // the question, if there is one, is waiting for this very owner
     }
-    m_hasBodyMarkup.reset();
+    m_abilities.reset();
     std::erase_if(m_links, [&before](const Shown& shown) { return shown.service == before; });
     if (m_isAsking) {
         askWhatItCanDo(); // whoever was asked can no longer answer
@@ -62,7 +64,7 @@ void NotificationServer::deliver(const DesktopNotification& notification) {
     if (m_isStarted && !m_bus.isConnected()) {
         return;
     }
-    if (m_hasBodyMarkup) {
+    if (m_abilities) {
         show(notification);
         return;
     }
@@ -100,9 +102,10 @@ void NotificationServer::takeAnswer(const QDBusMessage& reply) {
         m_waiting.clear(); // the bus has no such service
         return;
     }
-    // A service that does not know the question does not know markup either.
-    m_hasBodyMarkup = isAnswer && reply.arguments().value(0).toStringList().contains(
-                                      QLatin1String("body-markup"));
+    // A service that does not know the question knows neither markup nor actions.
+    const QStringList said = isAnswer ? reply.arguments().value(0).toStringList() : QStringList();
+    m_abilities = {.hasBodyMarkup = said.contains(QLatin1String("body-markup")),
+                   .hasActions = said.contains(QLatin1String("actions"))};
     for (const DesktopNotification& notification : std::exchange(m_waiting, {})) {
         show(notification);
     }
@@ -110,7 +113,7 @@ void NotificationServer::takeAnswer(const QDBusMessage& reply) {
 
 void NotificationServer::show(const DesktopNotification& notification) {
     const QDBusMessage call =
-        notifyMessage(notification, *m_hasBodyMarkup, localizedText("NotificationActionOpenLink"));
+        notifyMessage(notification, *m_abilities, localizedText("NotificationActionOpenLink"));
     if (notification.link.isEmpty()) {
         m_bus.send(call);
         return;
@@ -122,7 +125,7 @@ void NotificationServer::show(const DesktopNotification& notification) {
                 answer->deleteLater();
                 const QDBusMessage reply = answer->reply();
                 if (reply.type() == QDBusMessage::ReplyMessage) {
-                    remember({reply.service(), reply.arguments().value(0).toUInt(), link});
+                    remember({reply.service(), reply.arguments().value(0).toUInt(), link, {}});
                 }
             });
 }
@@ -146,10 +149,21 @@ NotificationServer::find(const QDBusMessage& signal) {
     });
 }
 
+/// Comes before the action that it belongs to.
+void NotificationServer::activationToken(const QDBusMessage& message) {
+    if (const auto shown = find(message); shown != m_links.end()) {
+        shown->token = message.arguments().value(1).toString();
+    }
+}
+
 void NotificationServer::actionInvoked(const QDBusMessage& message) {
     const auto shown = find(message);
-    if (shown != m_links.end() && message.arguments().value(1) == QLatin1String("default")) {
-        Q_EMIT linkChosen(QString(shown->link));
+    if (shown == m_links.end()) {
+        return;
+    }
+    const QString token = std::exchange(shown->token, {}); // good for this click alone
+    if (message.arguments().value(1) == QLatin1String("default")) {
+        Q_EMIT linkChosen(QString(shown->link), token);
     }
 }
 

@@ -24,6 +24,12 @@ struct DesktopNotification {
     Urgency urgency = Urgency::Normal;
 };
 
+/// What a notification service says it can do, as far as it matters here.
+struct NotificationAbilities {
+    bool hasBodyMarkup = false;
+    bool hasActions = false;
+};
+
 /// The desktop's notification service (Desktop Notifications Specification), used without ever
 /// waiting for it. It is asked what it can do at the first notification, and again at the first one
 /// after its owner changed; until it has answered, however late, notifications are kept: nobody can
@@ -42,10 +48,12 @@ public:
     void deliver(const DesktopNotification& notification);
 
 Q_SIGNALS:
-    /// The user chose a notification with a link.
-    void linkChosen(const QString& link);
+    /// The user chose a notification with a link. The token (may be empty) is the desktop's leave
+    /// for what opens it to come to the front.
+    void linkChosen(const QString& link, const QString& activationToken);
 
 private Q_SLOTS:
+    void activationToken(const QDBusMessage& message);
     void actionInvoked(const QDBusMessage& message);
     void notificationClosed(const QDBusMessage& message);
 
@@ -55,6 +63,7 @@ private:
         QString service; ///< unique name of the one that shows it
         uint number;     ///< its number there
         QString link;
+        QString token; ///< what came for the click that is under way
     };
 
     void ownerChanged(const QString& before);
@@ -67,7 +76,7 @@ private:
     QDBusConnection m_bus{QString()};
     NameOwner m_owner;
     bool m_isStarted = false;
-    std::optional<bool> m_hasBodyMarkup; ///< none while unknown
+    std::optional<NotificationAbilities> m_abilities; ///< none while unknown
     bool m_isAsking = false;
     int m_question = 0; ///< number of the last one; the answers to earlier ones are stale
     std::deque<DesktopNotification> m_waiting; ///< for the answer

@@ -3,18 +3,31 @@
 #include "core/base/Logging.h"
 
 #include <QProcess>
+#include <QStringList>
 #include <QUrl>
 
 namespace korvale {
+namespace {
+
+/// Real ones have some ten characters; no program starts with an environment that is too large.
+constexpr qsizetype longestToken = 1024;
+
+/// The two variables of a token, for programs on Wayland and on X11.
+QStringList tokenVariables() {
+    return {QStringLiteral("XDG_ACTIVATION_TOKEN"), QStringLiteral("DESKTOP_STARTUP_ID")};
+}
+
+} // namespace
 
 XdgLinkOpener::XdgLinkOpener(QProcessEnvironment environment)
     : m_environment(std::move(environment)) {
     // Each is good for one window: this program's.
-    m_environment.remove(QStringLiteral("XDG_ACTIVATION_TOKEN"));
-    m_environment.remove(QStringLiteral("DESKTOP_STARTUP_ID"));
+    for (const QString& variable : tokenVariables()) {
+        m_environment.remove(variable);
+    }
 }
 
-void XdgLinkOpener::openLink(const QString& link) {
+void XdgLinkOpener::openLink(const QString& link, const QString& activationToken) {
     if (!isOpenableLink(link)) {
         return;
     }
@@ -22,7 +35,13 @@ void XdgLinkOpener::openLink(const QString& link) {
     opener.setProgram(QStringLiteral("xdg-open"));
     // The encoded form starts with its scheme, so it is never taken for an option.
     opener.setArguments({QString::fromLatin1(QUrl(link, QUrl::StrictMode).toEncoded())});
-    opener.setProcessEnvironment(m_environment);
+    QProcessEnvironment environment = m_environment;
+    if (!activationToken.isEmpty() && activationToken.size() <= longestToken) {
+        for (const QString& variable : tokenVariables()) {
+            environment.insert(variable, activationToken);
+        }
+    }
+    opener.setProcessEnvironment(environment);
     opener.setStandardInputFile(QProcess::nullDevice());
     opener.setStandardOutputFile(QProcess::nullDevice());
     opener.setStandardErrorFile(QProcess::nullDevice());

@@ -14,7 +14,7 @@ public:
     /// is none of the browser's business.
     explicit XdgLinkOpener(QProcessEnvironment environment);
 
-    void openLink(const QString& link) override;
+    void openLink(const QString& link, const QString& activationToken) override;
 
 private:
     QProcessEnvironment m_environment;

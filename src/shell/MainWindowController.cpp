@@ -201,7 +201,7 @@ void MainWindowController::appWindowResignMain() {
 }
 
 void MainWindowController::visitHome() {
-    m_context.linkOpener.openLink(localizedText("Url"));
+    m_context.linkOpener.openLink(localizedText("Url"), {});
 }
 
 void MainWindowController::aboutApp(const QString& activationToken) {

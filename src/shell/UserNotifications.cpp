@@ -13,7 +13,9 @@ UserNotifications::UserNotifications(const AppState& state, const HostCache& hos
                                      QObject* parent)
     : QObject(parent), m_state(state), m_hostCache(hostCache), m_resources(resources) {
     connect(&m_server, &NotificationServer::linkChosen, this,
-            [&linkOpener](const QString& link) { linkOpener.openLink(link); });
+            [&linkOpener](const QString& link, const QString& activationToken) {
+                linkOpener.openLink(link, activationToken);
+            });
 }
 
 /// Once the user has chosen, the policy no longer counts. Asked for every notification.

@@ -9,13 +9,15 @@ namespace korvale::fakes {
 /// Keeps the links that the real opener would open; the others are dropped as it does.
 class RecordingLinkOpener final : public LinkOpener {
 public:
-    void openLink(const QString& link) override {
+    void openLink(const QString& link, const QString& activationToken) override {
         if (isOpenableLink(link)) {
             opened.append(link);
+            tokens.append(activationToken);
         }
     }
 
     QStringList opened;
+    QStringList tokens; ///< one for each
 };
 
 } // namespace korvale::fakes

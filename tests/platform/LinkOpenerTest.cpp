@@ -83,8 +83,8 @@ protected:
 TEST_F(XdgLinkOpenerTest, TheEncodedLinkIsTheOnlyArgument) {
     install("printf '%s\\n' \"$#\" \"$@\"");
     XdgLinkOpener opener(QProcessEnvironment::systemEnvironment());
-    opener.openLink(QStringLiteral("file:///etc/passwd"));
-    opener.openLink(QStringLiteral("https://korvale.example/\u00e9;rm?a=$(x)&\U0001F600"));
+    opener.openLink(QStringLiteral("file:///etc/passwd"), {});
+    opener.openLink(QStringLiteral("https://korvale.example/\u00e9;rm?a=$(x)&\U0001F600"), {});
     EXPECT_EQ(written(), "1\nhttps://korvale.example/%C3%A9;rm?a=$(x)&%F0%9F%98%80\n");
 }
 
@@ -96,17 +96,35 @@ TEST_F(XdgLinkOpenerTest, TheBrowserGetsTheGivenEnvironmentWithoutAnyRightToTheF
     given.insert(QStringLiteral("DESKTOP_STARTUP_ID"), QStringLiteral("spent"));
     XdgLinkOpener opener(given);
     qputenv("KORVALE_TEST", "changed since");
-    opener.openLink(QStringLiteral("https://korvale.example/"));
+    opener.openLink(QStringLiteral("https://korvale.example/"), {});
     const QByteArray environment = written();
     qunsetenv("KORVALE_TEST");
     EXPECT_TRUE(environment.contains("KORVALE_TEST=as it was\n"));
     EXPECT_FALSE(environment.contains("=spent"));
 }
 
+TEST_F(XdgLinkOpenerTest, TheRightToTheFocusThatCameWithAClickIsHandedOnOnce) {
+    install("env");
+    XdgLinkOpener opener(QProcessEnvironment::systemEnvironment());
+    opener.openLink(QStringLiteral("https://korvale.example/"), QStringLiteral("of this click"));
+    const QByteArray environment = written();
+    EXPECT_TRUE(environment.contains("XDG_ACTIVATION_TOKEN=of this click\n"));
+    EXPECT_TRUE(environment.contains("DESKTOP_STARTUP_ID=of this click\n"));
+    opener.openLink(QStringLiteral("https://korvale.example/"), {});
+    EXPECT_FALSE(written().contains("of this click"));
+}
+
+TEST_F(XdgLinkOpenerTest, ATokenTooLargeForAnEnvironmentKeepsNoLinkClosed) {
+    install("env");
+    XdgLinkOpener opener(QProcessEnvironment::systemEnvironment());
+    opener.openLink(QStringLiteral("https://korvale.example/"), QString(1'000'000, u'x'));
+    EXPECT_FALSE(written().contains("xxxx"));
+}
+
 TEST_F(XdgLinkOpenerTest, WithoutXdgOpenALineInTheLogSaysSo) {
     const RecordingLogSink log;
     qputenv("PATH", "/nonexistent");
-    XdgLinkOpener(QProcessEnvironment()).openLink(QStringLiteral("https://korvale.example/"));
+    XdgLinkOpener(QProcessEnvironment()).openLink(QStringLiteral("https://korvale.example/"), {});
     ASSERT_EQ(log.lines().size(), 1U);
     EXPECT_EQ(log.lines()[0].substr(0, 27), "WARN \"xdg-open cannot start");
 }

@@ -46,6 +46,9 @@ public:
     void invoke(uint id, const QString& action = QStringLiteral("default")) {
         service.emitSignal(QStringLiteral("ActionInvoked"), {id, action});
     }
+    void give(uint id, const QString& token) {
+        service.emitSignal(QStringLiteral("ActivationToken"), {id, token});
+    }
     void close(uint id) { service.emitSignal(QStringLiteral("NotificationClosed"), {id, 2U}); }
 
     bool hasCapabilities = true;
@@ -271,6 +274,27 @@ TEST_F(UserNotificationsTest, ForeignNumbersActionsAndSendersOpenNothing) {
     EXPECT_EQ(links.opened, QStringList(QStringLiteral("https://korvale.example/b")));
     server.invoke(41);
     ASSERT_TRUE(waitUntil([this] { return links.opened.size() == 2; })) << "nobody else closed it";
+}
+
+TEST_F(UserNotificationsTest, TheTokenOfAClickGoesWithItsLinkAndWithNoOther) {
+    start();
+    showLink(QStringLiteral("https://korvale.example/1"));
+    showLink(QStringLiteral("https://korvale.example/2"));
+    server.give(41, QStringLiteral("first"));
+    server.invoke(42);
+    server.invoke(41);
+    server.invoke(41);
+    ASSERT_TRUE(waitUntil([this] { return links.opened.size() == 3; }));
+    EXPECT_EQ(links.tokens, QStringList({QString(), QStringLiteral("first"), QString()}));
+}
+
+TEST_F(UserNotificationsTest, WhereNothingCanBeChosenTheLinkIsText) {
+    server.capabilities = QStringList{QStringLiteral("body"), QStringLiteral("body-markup")};
+    start();
+    notifications.SendConsumerNotification(QStringLiteral("see"),
+                                           QStringLiteral("https://korvale.example/?a&b"));
+    EXPECT_EQ(shownArguments().at(4),
+              QVariant(QStringLiteral("see\nhttps://korvale.example/?a&amp;b")));
 }
 
 TEST_F(UserNotificationsTest, AClosedNotificationOpensNothing) {
