@@ -46,7 +46,7 @@ QPlainTextEdit* creditsField(QWidget* parent) {
 AboutPanel::AboutPanel(const QIcon& icon, const QString& displayName, const QString& shortVersion,
                        QWidget* parent)
     : QWidget(parent, Qt::Dialog) {
-    setWindowTitle(displayName);
+    setWindowTitle(localizedText("About")); // the window list tells it from the details window
     setWindowIcon(icon);
     setAttribute(Qt::WA_QuitOnClose, false);
 

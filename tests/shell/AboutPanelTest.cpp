@@ -50,6 +50,11 @@ TEST_F(AboutPanelTest, ShowsNameVersionAndCreditsWithoutTheDetailsWindow) {
     EXPECT_TRUE(panel.findChild<QPlainTextEdit*>()->isReadOnly());
 }
 
+TEST_F(AboutPanelTest, HasATitleOfItsOwnForListsOfWindows) {
+    EXPECT_EQ(shownPanel().windowTitle(), u"About");
+    EXPECT_EQ(shownWindow().windowTitle(), u"KorvaleUI");
+}
+
 TEST_F(AboutPanelTest, AskedForAgainItShowsWhatIsKnownThen) {
     const AboutPanel& panel = shownPanel();
     state.sondarVersionNumberString = QStringLiteral("3.1");
