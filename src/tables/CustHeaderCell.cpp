@@ -39,6 +39,11 @@ void drawArrow(QPainter& painter, const QRectF& frame, bool ascending) {
 
 } // namespace
 
+int CustHeaderCell::fittingWidth(const QFontMetrics& metrics) const {
+    static constexpr qreal beside = 3 * sideMargin + arrowWidth + sideMargin / 2 + narrowTrim;
+    return metrics.horizontalAdvance(m_title) + static_cast<int>(std::ceil(beside));
+}
+
 QString CustHeaderCell::sortOrderText() const {
     if (!m_sortAscending) {
         return {};

@@ -7,6 +7,7 @@
 #include <optional>
 
 QT_BEGIN_NAMESPACE
+class QFontMetrics;
 class QPainter;
 QT_END_NAMESPACE
 
@@ -24,6 +25,8 @@ public:
 
     /// The order in words, empty without one.
     [[nodiscard]] QString sortOrderText() const;
+    /// Width of a column that shows the whole title, sorted or not, in a header of that font.
+    [[nodiscard]] int fittingWidth(const QFontMetrics& metrics) const;
 
     /// Not highlighted.
     void drawWithFrame(QPainter& painter, const QRectF& frame) const;

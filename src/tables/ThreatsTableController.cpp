@@ -45,8 +45,12 @@ void ThreatsTableController::awakeFromNib() {
     ThreatsTableView& view = *m_tableView;
     view.setColumns(m_description.columns);
     for (std::size_t i = 0; i < m_description.columns.size(); ++i) {
-        const QString title = localizedText(m_description.columns[i].titleKey);
-        view.header().setHeaderCell(static_cast<int>(i), CustHeaderCell(title));
+        const CustHeaderCell cell(localizedText(m_description.columns[i].titleKey));
+        CustHeaderView& header = view.header();
+        const int section = static_cast<int>(i);
+        header.setHeaderCell(section, cell);
+        header.resizeSection(section, std::max(header.sectionSize(section),
+                                               cell.fittingWidth(header.fontMetrics())));
     }
     view.setShowGrid(false); // no space between cells
     view.setNextResponder(this);

@@ -18,7 +18,7 @@ constexpr std::array roleColors{
     RoleColors{QPalette::Base, 0xffffffff, 0xff171b21},
     RoleColors{QPalette::AlternateBase, 0xfff7f8fa, 0xff1b2027},
     RoleColors{QPalette::Text, 0xff1c2430, 0xffe6eaf0},
-    RoleColors{QPalette::PlaceholderText, 0xff667080, 0xff98a2b0},
+    RoleColors{QPalette::PlaceholderText, 0xff626c7b, 0xff98a2b0},
     RoleColors{QPalette::Button, 0xffe9edf2, 0xff2b323c},
     RoleColors{QPalette::ButtonText, 0xff1c2430, 0xffe6eaf0},
     RoleColors{QPalette::BrightText, 0xffffffff, 0xffffffff},
@@ -27,7 +27,7 @@ constexpr std::array roleColors{
     RoleColors{QPalette::Mid, 0xffc3cad4, 0xff15181d},
     RoleColors{QPalette::Dark, 0xffa9b2be, 0xff12151a},
     RoleColors{QPalette::Shadow, 0xff6b7480, 0xff0b0d10},
-    RoleColors{QPalette::Highlight, 0xff1f66c1, 0xff3b82db},
+    RoleColors{QPalette::Highlight, 0xff1f66c1, 0xff2f74cc},
     RoleColors{QPalette::HighlightedText, 0xffffffff, 0xffffffff},
     RoleColors{QPalette::Link, 0xff1f66c1, 0xff7db4f5},
     RoleColors{QPalette::LinkVisited, 0xff6a4fa3, 0xffb39ddb},
@@ -58,7 +58,7 @@ QPalette windowPalette(bool dark) {
     for (const RoleColors& colors : roleColors) {
         palette.setColor(colors.role, QColor(dark ? colors.dark : colors.light));
     }
-    const QColor faded(dark ? 0xff7a8492 : 0xff8b94a1);
+    const QColor faded(dark ? 0xff98a2b0 : 0xff626c7b);
     for (const QPalette::ColorRole role : textRoles) {
         palette.setColor(QPalette::Disabled, role, faded);
     }

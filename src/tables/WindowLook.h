@@ -36,15 +36,16 @@ inline constexpr double menuLineDistance = 5;
 inline constexpr double menuLineThickness = 1.6;
 inline constexpr double menuCornerRadius = 6;
 
-// Tables: light in both appearances, since their texts are black, red and orange.
+// Tables: light in both appearances, since their texts are black, red and orange; these two as
+// dark as it takes to be read on every stripe and selection.
 inline constexpr QRgb tableWindow = 0xffefefef;
 inline constexpr QRgb tableBase = 0xffffffff;
 inline constexpr QRgb cellText = 0xff000000;
-inline constexpr QRgb alarmText = 0xffff0000;
-inline constexpr QRgb warningText = 0xffff8000;
+inline constexpr QRgb alarmText = 0xffc00000;
+inline constexpr QRgb warningText = 0xff984800;
 inline constexpr QRgb quietText = 0xff6b6b6b;        ///< what an empty table says
-inline constexpr QRgb selectedActive = 0xffc7ddfa;   ///< light enough for all texts
-inline constexpr QRgb selectedInactive = 0xffdde1e6; ///< the same without the focus
+inline constexpr QRgb selectedActive = 0xffd6e6fb;   ///< light enough for all texts
+inline constexpr QRgb selectedInactive = 0xffe4e7eb; ///< the same without the focus
 inline constexpr QRgb tableFocus = 0xff1f66c1;       ///< the frame of what has the focus
 inline constexpr float evenStripe = 1.0F;            ///< grey levels of the faint stripes
 inline constexpr float oddStripe = 0.5F;

@@ -1,6 +1,7 @@
 #include "tables/FileThreatsTable.h"
 
 #include "tables/TableOnScreen.h"
+#include "tables/WindowLook.h"
 
 #include <gtest/gtest.h>
 
@@ -53,9 +54,9 @@ TEST_F(FileThreatsTableTest, CategoriesHaveTheirColours) {
               {{RowKey::Category, u"Abnormal"_s}},
               {{RowKey::Category, u"Quarantined"_s}},
               {{RowKey::Category, u"unsafe"_s}}});
-    EXPECT_EQ(files.view->visibleCell(0, 1)->textColor(), QColor(255, 0, 0));
+    EXPECT_EQ(files.view->visibleCell(0, 1)->textColor(), QColor(look::alarmText));
     EXPECT_EQ(files.view->visibleCell(0, 0)->textColor(), QColor(Qt::black));
-    EXPECT_EQ(files.view->visibleCell(1, 1)->textColor(), QColor(255, 128, 0));
+    EXPECT_EQ(files.view->visibleCell(1, 1)->textColor(), QColor(look::warningText));
     EXPECT_EQ(files.view->visibleCell(2, 1)->textColor(), QColor(Qt::black));
     EXPECT_EQ(files.view->visibleCell(3, 1)->textColor(), QColor(Qt::black));
 }

@@ -1,6 +1,7 @@
 #include "tables/ProcessThreatsTable.h"
 
 #include "tables/TableOnScreen.h"
+#include "tables/WindowLook.h"
 
 #include <gtest/gtest.h>
 
@@ -44,7 +45,7 @@ TEST_F(ProcessThreatsTableTest, EachColumnShowsItsKey) {
 
 TEST_F(ProcessThreatsTableTest, OnlyAnAlertIsRed) {
     showRows({process(u"/bin"_s), {{RowKey::Category, u"Blocked"_s}}});
-    EXPECT_EQ(processes.view->visibleCell(0, 1)->textColor(), QColor(255, 0, 0));
+    EXPECT_EQ(processes.view->visibleCell(0, 1)->textColor(), QColor(look::alarmText));
     EXPECT_EQ(processes.view->visibleCell(1, 1)->textColor(), QColor(Qt::black));
 }
 

@@ -1,0 +1,210 @@
+// How well every text can be read: the contrast of what is really drawn, as WCAG 2.1 counts it.
+#include "fakes/RecordingRowBatch.h"
+#include "shell/AboutPanel.h"
+#include "shell/WindowFixture.h"
+#include "tables/CustHeaderView.h"
+#include "tables/ThreatsTableView.h"
+#include "tables/WindowLook.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTabBar>
+
+#include <cmath>
+
+namespace korvale {
+namespace {
+
+constexpr double leastContrast = 4.5;
+
+double light(double channel) {
+    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double luminance(QRgb color) {
+    const QColor c(color);
+    return 0.2126 * light(c.redF()) + 0.7152 * light(c.greenF()) + 0.0722 * light(c.blueF());
+}
+
+double contrast(QRgb one, QRgb other) {
+    const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+/// The contrast of the background, which is most of an area, and the pixel that differs most from
+/// it: the middle of some stroke. Smoothed edges only make it less.
+double drawnContrast(const QImage& area) {
+    std::map<QRgb, int> counts;
+    for (int y = 0; y < area.height(); ++y) {
+        for (int x = 0; x < area.width(); ++x) {
+            ++counts[area.pixel(x, y)];
+        }
+    }
+    const QRgb background = std::max_element(counts.begin(), counts.end(), [](auto& a, auto& b) {
+                                return a.second < b.second;
+                            })->first;
+    double most = 1;
+    for (const auto& entry : counts) {
+        most = std::max(most, contrast(background, entry.first));
+    }
+    return most;
+}
+
+class ContrastTest : public WindowFixture, public testing::WithParamInterface<bool> {
+protected:
+    void SetUp() override {
+        resources.initialize();
+        appearance.set(GetParam() ? QVariant(QStringLiteral("Dark")) : QVariant());
+        state.customName = QStringLiteral("ada-workstation");
+        state.analyzedCount = 128431;
+        state.quarantineCount = 12;
+        statusItem.create();
+    }
+
+    void fill() {
+        const auto rows = std::make_shared<RecordingRowBatch>(
+            8, [](std::size_t row, RowKey key) -> std::optional<QString> {
+                static const QStringList words{QStringLiteral("Unsafe"), QStringLiteral("Abnormal"),
+                                               QStringLiteral("Quarantined"),
+                                               QStringLiteral("Alert")};
+                return key == RowKey::Category ? words[static_cast<qsizetype>(row / 2)]
+                                               : QStringLiteral("MMMM");
+            });
+        fileThreats.loadData(rows);
+        processThreats.loadData(rows);
+        events.addData(rows);
+        externalDevices.addData(rows);
+        fileThreats.updateView();
+        processThreats.updateView();
+        events.updateView();
+        externalDevices.updateView();
+        controller().updateDisplay();
+    }
+
+    static void expectLegible(const QImage& window, const QRect& area, const QString& what) {
+        EXPECT_GE(drawnContrast(window.copy(area)), leastContrast) << what.toStdString();
+    }
+
+    static QRect areaOf(const QWidget& part, const QRect& area) {
+        return {part.mapTo(part.window(), area.topLeft()), area.size()};
+    }
+
+    /// Labels, buttons, fields and tabs.
+    static void expectLegible(QWidget& window) {
+        QApplication::processEvents();
+        const QImage picture = window.grab().toImage();
+        for (const QWidget* part : window.findChildren<QWidget*>()) {
+            const auto* label = qobject_cast<const QLabel*>(part);
+            const auto* button = qobject_cast<const QAbstractButton*>(part);
+            const auto* line = qobject_cast<const QLineEdit*>(part);
+            const auto* field = qobject_cast<const QPlainTextEdit*>(part);
+            const QString text = label != nullptr    ? label->text()
+                                 : button != nullptr ? button->text()
+                                 : line != nullptr   ? line->text() + line->placeholderText()
+                                 : field != nullptr  ? field->toPlainText()
+                                                     : QString();
+            if (part->isVisible() && !text.trimmed().isEmpty()) {
+                expectLegible(picture, areaOf(*part, part->rect()), text);
+            }
+        }
+        for (const QTabBar* tabs : window.findChildren<QTabBar*>()) {
+            for (int tab = 0; tabs->isVisible() && tab < tabs->count(); ++tab) {
+                // Without the line under the tab.
+                const QRect area = tabs->tabRect(tab).adjusted(0, 0, 0, -6);
+                expectLegible(picture, areaOf(*tabs, area), tabs->tabText(tab));
+            }
+        }
+    }
+
+    static void expectLegibleTable(ThreatsTableView& table, const QString& situation) {
+        QApplication::processEvents();
+        const QImage picture = table.window()->grab().toImage();
+        for (int column = 0; column < table.model()->columnCount(); ++column) {
+            const CustHeaderView& header = table.header();
+            const QRect title(header.sectionViewportPosition(column), 0, header.sectionSize(column),
+                              header.height());
+            expectLegible(picture, areaOf(*header.viewport(), title), situation + u" title"_qs);
+            for (int row = 0; row < table.model()->rowCount(); ++row) {
+                const QRect cell = table.visualRect(table.model()->index(row, column))
+                                       .adjusted(3, 3, -3, -3); // without the focus frame
+                const QString name = QStringLiteral("%1 row %2 column %3").arg(situation).arg(row);
+                if (table.viewport()->rect().contains(cell)) {
+                    expectLegible(picture, areaOf(*table.viewport(), cell), name.arg(column));
+                }
+            }
+        }
+    }
+
+    std::vector<ThreatsTableView*> tables() {
+        return {&part<ThreatsTableView>("fileThreatsTable"),
+                &part<ThreatsTableView>("processThreatsTable"),
+                &part<ThreatsTableView>("eventsTable"),
+                &part<ThreatsTableView>("externalDevicesTable")};
+    }
+};
+
+TEST_P(ContrastTest, TheWindowAndItsEmptyTablesCanBeRead) {
+    QWidget& window = shownWindow();
+    controller().updateDisplay();
+    for (int tab = 0; tab < tabView().count(); ++tab) {
+        tabView().setCurrentIndex(tab);
+        expectLegible(window);
+        const auto* table = qobject_cast<ThreatsTableView*>(tabView().currentWidget());
+        const QImage picture = window.grab().toImage();
+        expectLegible(picture,
+                      areaOf(*table->viewport(), table->viewport()->rect().adjusted(3, 3, -3, -3)),
+                      QStringLiteral("empty table"));
+    }
+}
+
+TEST_P(ContrastTest, RowsCanBeReadSelectedOrNotWithAndWithoutTheFocus) {
+    shownWindow();
+    fill();
+    int tab = 0;
+    for (ThreatsTableView* table : tables()) {
+        tabView().setCurrentIndex(tab++);
+        table->clearSelection();
+        expectLegibleTable(*table, QStringLiteral("plain"));
+        table->setFocus();
+        table->selectAll();
+        expectLegibleTable(*table, QStringLiteral("selected"));
+        tabView().tabBar()->setFocus();
+        expectLegibleTable(*table, QStringLiteral("selected without the focus"));
+    }
+}
+
+TEST_P(ContrastTest, TheAboutPanelCanBeRead) {
+    controller().aboutApp();
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (auto* panel = qobject_cast<AboutPanel*>(widget)) {
+            expectLegible(*panel);
+        }
+    }
+}
+
+/// What is not on the screen now: tooltips, menus, what is disabled.
+TEST_P(ContrastTest, EveryTextOfThePaletteCanBeReadOnItsBackground) {
+    const QPalette palette = windowPalette(GetParam());
+    using P = QPalette;
+    for (const auto& [text, background] :
+         {std::pair{P::WindowText, P::Window}, std::pair{P::Text, P::Base},
+          std::pair{P::Text, P::AlternateBase}, std::pair{P::ButtonText, P::Button},
+          std::pair{P::PlaceholderText, P::Window}, std::pair{P::PlaceholderText, P::Base},
+          std::pair{P::HighlightedText, P::Highlight}, std::pair{P::Link, P::Window},
+          std::pair{P::LinkVisited, P::Window}, std::pair{P::ToolTipText, P::ToolTipBase}}) {
+        for (const auto group : {P::Active, P::Inactive, P::Disabled}) {
+            EXPECT_GE(
+                contrast(palette.color(group, text).rgb(), palette.color(group, background).rgb()),
+                leastContrast)
+                << text << " in group " << group;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(LightAndDark, ContrastTest, testing::Bool(),
+                         [](const auto& dark) { return dark.param ? "Dark" : "Light"; });
+
+} // namespace
+} // namespace korvale

@@ -1,0 +1,133 @@
+// Every label has the room that its text needs, in every language.
+#include "fakes/RecordingRowBatch.h"
+#include "shell/AboutPanel.h"
+#include "shell/ElidedLabel.h"
+#include "shell/Translations.h"
+#include "shell/WindowFixture.h"
+#include "tables/CustHeaderView.h"
+#include "tables/ThreatsTableView.h"
+
+#include <QAbstractButton>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QTabBar>
+
+namespace korvale {
+namespace {
+
+class LabelRoomTest : public WindowFixture, public testing::WithParamInterface<const char*> {
+protected:
+    LabelRoomTest() {
+        makeController(); // in this language
+        resources.initialize();
+        statusItem.create();
+        state.customName = QStringLiteral("ada-workstation");
+        state.analyzedCount = 8'888'888;
+        state.quarantineCount = 88'888;
+        state.newExploitCount = 888;
+        state.eventCount = 8888;
+    }
+
+    static int widthOf(const QWidget& part, const QString& text) {
+        return part.fontMetrics().horizontalAdvance(text);
+    }
+
+    static void expectRoom(const QWidget& window) {
+        QApplication::processEvents();
+        for (const QWidget* part : window.findChildren<QWidget*>()) {
+            const auto* label = qobject_cast<const QLabel*>(part);
+            const auto* button = qobject_cast<const QAbstractButton*>(part);
+            if (!part->isVisible()) {
+                continue;
+            }
+            if (label != nullptr && !label->text().isEmpty()) {
+                EXPECT_LE(widthOf(*label, label->text()), label->contentsRect().width())
+                    << label->text().toStdString();
+                EXPECT_LE(label->fontMetrics().boundingRect(label->text()).height(),
+                          label->height())
+                    << label->text().toStdString();
+            } else if (button != nullptr && !button->text().isEmpty()) {
+                EXPECT_LE(button->sizeHint().width(), button->width())
+                    << button->text().toStdString();
+            }
+        }
+    }
+
+    /// The tabs stand beside each other without buttons to scroll them.
+    void expectRoomForTabs() {
+        const QTabBar& tabs = *tabView().tabBar();
+        for (int tab = 0; tab < tabs.count(); ++tab) {
+            EXPECT_TRUE(tabView().rect().contains(QRect(
+                tabs.mapTo(&tabView(), tabs.tabRect(tab).topLeft()), tabs.tabRect(tab).size())))
+                << tabs.tabText(tab).toStdString();
+            EXPECT_LE(widthOf(tabs, tabs.tabText(tab).trimmed()), tabs.tabRect(tab).width())
+                << tabs.tabText(tab).toStdString();
+        }
+    }
+
+    void expectRoomForTitles() {
+        for (const ThreatsTableView* table :
+             part<QWidget>("tabView").findChildren<ThreatsTableView*>()) {
+            CustHeaderView& header = table->header();
+            for (int column = 0; column < header.count(); ++column) {
+                const QString title = table->model()->headerData(column, Qt::Horizontal).toString();
+                static constexpr int marginsAndArrow = 8 + 4 + 8 + 8;
+                EXPECT_FALSE(title.isEmpty());
+                EXPECT_LE(widthOf(header, title) + marginsAndArrow, header.sectionSize(column))
+                    << title.toStdString();
+            }
+        }
+    }
+
+    const Translations texts{{QByteArray(GetParam())}};
+};
+
+TEST_P(LabelRoomTest, InTheWindowAsItFirstOpens) {
+    const MainWindow& window = shownWindow();
+    for (const StatusState status : {StatusState::NotRunning, StatusState::NoNetwork,
+                                     StatusState::Running, StatusState::NoDriver}) {
+        statusLine.updateStatusMessage(status);
+        controller().updateDisplay();
+        expectRoom(window);
+    }
+    expectRoomForTabs();
+    for (int tab = 0; tab < tabView().count(); ++tab) {
+        tabView().setCurrentIndex(tab);
+        expectRoom(window);
+    }
+    expectRoomForTitles();
+}
+
+TEST_P(LabelRoomTest, OfTheTabsInTheSmallestWindow) {
+    MainWindow& window = shownWindow();
+    window.resize(window.minimumSize());
+    state.newExploitCount = 0; // a tab bar with large counts may have to scroll here
+    state.eventCount = 0;
+    controller().updateDisplay();
+    QApplication::processEvents();
+    expectRoomForTabs();
+}
+
+TEST_P(LabelRoomTest, InTheAboutPanel) {
+    controller().aboutApp();
+    int panels = 0;
+    for (const QWidget* widget : QApplication::topLevelWidgets()) {
+        if (const auto* panel = qobject_cast<const AboutPanel*>(widget)) {
+            expectRoom(*panel);
+            ++panels;
+        }
+    }
+    EXPECT_EQ(panels, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, LabelRoomTest, testing::Values("en", "de", "es", "fr", "ja"),
+                         [](const auto& language) { return std::string(language.param); });
+
+TEST(LabelRoom, IsMeasuredWithAJapaneseFont) {
+    EXPECT_FALSE(QFontDatabase::families(QFontDatabase::Japanese).isEmpty())
+        << "install fonts-ipaexfont-gothic";
+}
+
+} // namespace
+} // namespace korvale
