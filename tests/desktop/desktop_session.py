@@ -42,6 +42,9 @@ def wait_until(condition, what, timeout=20.0):
 
 class DesktopSession:
     """Context manager. Parts can be left out at the start and started or stopped later."""
+    name = "XFCE"  # as XDG_CURRENT_DESKTOP calls it
+    window_manager = ["xfwm4", "--compositor=off", "--replace"]
+    panel_place = (0, 0, 1280, 40)  # x, y, width, height: where the tray shows pictures
 
     def __init__(self, display=True, panel=True, notifications="recording", system_bus=True,
                  accessibility=False, capabilities="body,body-markup,actions", folder=None,
@@ -49,7 +52,7 @@ class DesktopSession:
         self.wanted = dict(display=display, panel=panel, notifications=notifications,
                            system_bus=system_bus, accessibility=accessibility)
         self.capabilities = capabilities
-        self.screen = screen
+        self.resolution = screen
         self.kept = folder is not None
         self.folder = pathlib.Path(folder or tempfile.mkdtemp(prefix="korvale-desktop-"))
         self.token = uuid.uuid4().hex
@@ -82,7 +85,7 @@ class DesktopSession:
             "XDG_RUNTIME_DIR": str(self.folder / "run"),
             "XDG_CONFIG_HOME": str(self.folder / "config"),
             "XDG_CACHE_HOME": str(self.folder / "cache"),
-            "XDG_DATA_HOME": str(self.folder / "data"), "XDG_CURRENT_DESKTOP": "XFCE",
+            "XDG_DATA_HOME": str(self.folder / "data"), "XDG_CURRENT_DESKTOP": self.name,
             "XDG_SESSION_TYPE": "x11", "GDK_BACKEND": "x11", "LIBGL_ALWAYS_SOFTWARE": "1",
             "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.folder}/run/bus",
             "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.folder}/system_bus_socket",
@@ -99,8 +102,9 @@ class DesktopSession:
         self._start_session_bus()
         if self.wanted["display"]:
             self._configure_desktop()
-            self.start_part("xfwm4", ["xfwm4", "--compositor=off", "--replace"])
-            self._wait_part("xfwm4", self._has_window_manager)
+            if self.window_manager:
+                self.start_part("window-manager", self.window_manager)
+                self._wait_part("window-manager", self._has_window_manager)
         if self.wanted["accessibility"]:
             self._start_accessibility()
         if self.wanted["notifications"]:
@@ -225,7 +229,7 @@ class DesktopSession:
             display = f":{random.randrange(100, 30000)}"
             reading, writing = os.pipe()
             self.start_part("xvfb", ["Xvfb", display, "-displayfd", str(writing), "-screen", "0",
-                                     f"{self.screen}x24", "-nolisten", "tcp", "-ac", "-noreset"],
+                                     f"{self.resolution}x24", "-nolisten", "tcp", "-ac", "-noreset"],
                             pass_fds=[writing])
             os.close(writing)
             with os.fdopen(reading) as numbers:
@@ -287,8 +291,44 @@ class DesktopSession:
             raise SessionError(f"{command[0]} failed: {done.stderr.strip()}")
         return done.stdout
 
+    @property
+    def screen(self):
+        """The environment for whoever looks at the whole screen, or plays mouse and keyboard."""
+        return self.env
+
+    def play(self, *command):
+        subprocess.run(["xdotool", *map(str, command)], env=self.screen, check=True, timeout=30)
+
     def screenshot(self, path):
-        self.run(["import", "-window", "root", str(path)])
+        subprocess.run(["import", "-window", "root", str(path)], env=self.screen, check=True, timeout=30)
+
+    def pixels(self, x, y, width, height):
+        """A part of the screen, 3 bytes a pixel."""
+        area = f"{width}x{height}+{x}+{y}"
+        return subprocess.run(["import", "-window", "root", "-crop", area, "-depth", "8", "rgb:-"],
+                              env=self.screen, check=True, timeout=30, stdout=subprocess.PIPE).stdout
+
+    # The program's window among others
+
+    def in_front(self, program):
+        """Whether a window of the program has the focus."""
+        window = self.run(["xdotool", "getactivewindow"], check=False).strip()
+        return bool(window) and self.run(["xdotool", "getwindowpid", window],
+                                         check=False).strip() == str(program.pid)
+
+    def cover(self):
+        """Puts another window in front of all; uncover() takes it away."""
+        self.start_part("cover", ["xev", "-geometry", "1200x700+40+60"], stdout=subprocess.DEVNULL)
+        self._wait_part("cover", lambda: self.run(["xdotool", "getactivewindow", "getwindowname"],
+                                                  check=False).strip() == "Event Tester")
+
+    def uncover(self):
+        if "cover" in self.parts:
+            self.stop_part("cover")
+
+    def end(self):
+        """As the display server ends under whoever is still there."""
+        self.stop_part("xvfb")
 
     def session_bus(self):
         return dbus.bus.BusConnection(self.env["DBUS_SESSION_BUS_ADDRESS"])

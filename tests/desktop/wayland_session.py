@@ -2,10 +2,10 @@
 import contextlib
 import json
 import os
-import subprocess
 
 from desktop_session import DesktopSession, SessionError, wait_until
 
+APP_ID = "com.korvale.ui"
 NOBODY = 65534  # sway refuses root
 
 SWAY = """output X11-1 resolution 1280x800 bg #33506b solid_color
@@ -18,6 +18,8 @@ WAYBAR = {"layer": "top", "position": "top", "height": 36, "modules-right": ["tr
 
 class WaylandSession(DesktopSession):
     """Context manager; `tell` talks to the compositor."""
+    name = "sway"
+    window_manager = None  # the compositor fills its screen
 
     def __init__(self, notifications="recording"):
         super().__init__(panel=False, notifications=notifications)
@@ -28,7 +30,6 @@ class WaylandSession(DesktopSession):
         self.start_panel()
 
     def _configure_desktop(self):
-        """The X server is only sway's screen; the window manager that comes with it does no harm."""
         super()._configure_desktop()
         (self.folder / "sway.conf").write_text(SWAY)
         (self.folder / "waybar.json").write_text(json.dumps(WAYBAR))
@@ -41,7 +42,7 @@ class WaylandSession(DesktopSession):
         if is_root:
             os.chown(own, NOBODY, NOBODY)
             command = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups", *command]
-        outer = self.env
+        outer = self.outer = self.env
         self.env = {**outer, "XDG_RUNTIME_DIR": str(own), "XDG_SESSION_TYPE": "wayland", "WLR_BACKENDS": "x11",
                     "WLR_RENDERER": "pixman", "HOME": str(own), "SWAYSOCK": str(own / "ipc")}
         try:
@@ -49,10 +50,11 @@ class WaylandSession(DesktopSession):
         finally:
             self.env = outer
         self._wait_part("sway", lambda: list(own.glob("wayland-?")) and (own / "ipc").exists())
+        self.env = dict(outer)
         self.env.pop("DISPLAY")
         self.env.pop("GDK_BACKEND")
         self.env.update({"WAYLAND_DISPLAY": str(next(own.glob("wayland-?"))), "XDG_SESSION_TYPE": "wayland",
-                         "XDG_CURRENT_DESKTOP": "sway", "SWAYSOCK": str(own / "ipc")})
+                         "SWAYSOCK": str(own / "ipc")})
 
     def start_panel(self):
         self.start_part("panel", ["waybar", "-c", str(self.folder / "waybar.json"), "-s", "/dev/null"])
@@ -88,6 +90,22 @@ class WaylandSession(DesktopSession):
             return None
         return wait_until(in_front_after_click, f"the window of {app_id} in front")
 
-    def screenshot(self, path):
-        with open(path, "wb") as picture:
-            subprocess.run(["grim", "-"], env=self.env, stdout=picture, check=True, timeout=30)
+    @property
+    def screen(self):
+        """The X server that the compositor takes for its hardware."""
+        return self.outer
+
+    def in_front(self, program):
+        node = self.window(APP_ID)
+        return bool(node and node["visible"] and node["focused"] and node["pid"] == program.pid)
+
+    def cover(self):
+        """Another workspace hides everything."""
+        self.tell("workspace", "2")
+        wait_until(lambda: not (self.window(APP_ID) or {}).get("visible"), "the window to go out of sight")
+
+    def uncover(self):
+        self.tell("workspace", "1")
+
+    def end(self):
+        self.stop_part("sway")
