@@ -28,9 +28,10 @@ public:
     /// `reason` is a sentence for the caller.
     using Refused = std::function<void(const QString& reason)>;
 
+    virtual ~Gatekeeper() = default;
     /// `what` names the request in the log. One of the two is called once, now or later.
-    void admit(const QDBusConnection& connection, const QString& busName, Task task,
-               const QString& what, const Admitted& admitted, const Refused& refused);
+    virtual void admit(const QDBusConnection& connection, const QString& busName, Task task,
+                       const QString& what, const Admitted& admitted, const Refused& refused);
     /// Logs a refusal that was decided elsewhere.
     static void logRefusal(const QString& what, const Caller& caller, const QString& reason);
     /// The bus was lost.

@@ -21,6 +21,12 @@ const control::Method* methodOf(const QString& name) {
 
 } // namespace
 
+std::optional<QJsonObject> ControlCall::argumentsOf(const QByteArray& text) {
+    const QJsonDocument document =
+        text.size() > kLongestArguments ? QJsonDocument() : QJsonDocument::fromJson(text);
+    return document.isObject() ? std::optional(document.object()) : std::nullopt;
+}
+
 void ControlCall::reply(const QJsonObject& answer) const {
     const QByteArray json = QJsonDocument(answer).toJson(QJsonDocument::Compact);
     connection.send(message.createReply(QString::fromUtf8(json)));
@@ -64,14 +70,13 @@ bool ControlPort::handle(const QDBusMessage& message, const QDBusConnection& con
         return true;
     }
     ControlCall call{message, connection, method, {}};
-    const QByteArray arguments = message.arguments().constFirst().toString().toUtf8();
-    const QJsonDocument document =
-        arguments.size() > kLongestArguments ? QJsonDocument() : QJsonDocument::fromJson(arguments);
-    if (!document.isObject()) {
+    const auto arguments =
+        ControlCall::argumentsOf(message.arguments().constFirst().toString().toUtf8());
+    if (!arguments) {
         call.fail(control::kBadArguments, QStringLiteral("The arguments are no JSON object."));
         return true;
     }
-    call.arguments = document.object();
+    call.arguments = *arguments;
     m_handler.control(call);
     return true;
 }

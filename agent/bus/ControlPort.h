@@ -7,6 +7,8 @@
 #include <QDBusMessage>
 #include <QJsonObject>
 
+#include <optional>
+
 namespace korvale::agent {
 
 /// One call of korvale-agentctl. Copies answer the same call; it is to be answered once.
@@ -15,6 +17,11 @@ struct ControlCall {
     QDBusConnection connection;
     const control::Method* method = nullptr; ///< an entry of control::kMethods
     QJsonObject arguments;
+
+    /// The arguments that a text holds: a JSON object of at most `kLongestArguments` bytes.
+    [[nodiscard]] static std::optional<QJsonObject> argumentsOf(const QByteArray& text);
+    /// Bytes of arguments that are looked at.
+    static constexpr qsizetype kLongestArguments = qsizetype{1} << 20;
 
     /// The bus name of the caller.
     [[nodiscard]] QString caller() const { return message.service(); }
@@ -38,9 +45,6 @@ public:
 /// of them JSON objects. Arguments that are none are answered here.
 class ControlPort : public BusInterface {
 public:
-    /// Bytes of arguments that are looked at.
-    static constexpr qsizetype kLongestArguments = qsizetype{1} << 20;
-
     /// `handler` must outlive this object.
     explicit ControlPort(ControlHandler& handler) : m_handler(handler) {}
 

@@ -9,7 +9,17 @@
 
 namespace korvale::agent {
 
+IncomingRequest IncomingRequest::of(const QDBusMessage& message, const QDBusConnection& connection,
+                                    const QByteArray& data) {
+    const QJsonObject object = QJsonDocument::fromJson(data).object();
+    return {message, connection, data, object, object.value(QStringLiteral("CMD_")).toString()};
+}
+
 void IncomingRequest::reply(const QJsonObject& answer) const {
+    if (replier) {
+        replier(answer);
+        return;
+    }
     connection.send(message.createReply(envelope(answer)));
 }
 
@@ -37,9 +47,7 @@ bool RequestPort::handle(const QDBusMessage& message, const QDBusConnection& con
             QDBusError::InvalidArgs, QStringLiteral("A dictionary with \"<DATA>\" is needed.")));
         return true;
     }
-    const QJsonObject object = QJsonDocument::fromJson(*data).object();
-    m_handler.request(
-        {message, connection, *data, object, object.value(QStringLiteral("CMD_")).toString()});
+    m_handler.request(IncomingRequest::of(message, connection, *data));
     return true;
 }
 
