@@ -85,6 +85,10 @@ Agent::Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> ke
     configure(m_updates.settings().signatures.toStdString());
 }
 
+Agent::~Agent() {
+    m_keeper.reset(); // what its thread does may need the others
+}
+
 void Agent::join() {
     connect(&m_states, &StateSignals::notification, &m_bus, &AgentBus::post);
     connect(&m_publishing, &Publishing::notification, &m_bus, &AgentBus::post);
@@ -130,6 +134,19 @@ void Agent::joinFiles() {
     });
     connect(&m_scanner, &Scanner::found, this, &Agent::found);
     connect(m_keeper.get(), &FindingsKeeper::shown, this, &Agent::shown);
+    connect(m_keeper.get(), &FindingsKeeper::postponed, &m_secondLook, &SecondLook::keep);
+    connect(&m_secondLook, &SecondLook::foundAgain, this, &Agent::found);
+    connect(&m_secondLook, &SecondLook::gone, this, [this](std::int64_t finding) {
+        m_keeper->change(
+            [finding](Store& store, Vault*) {
+                const auto known = store.finding(finding);
+                if (known && known->state == FindingState::Detected) {
+                    store.setState(finding, FindingState::Deleted);
+                }
+                return QJsonObject();
+            },
+            [](const QJsonObject&) {});
+    });
     connect(m_keeper.get(), &FindingsKeeper::waiting, this, [this](int findings) {
         setProblem(QStringLiteral("store room"),
                    findings == 0

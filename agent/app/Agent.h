@@ -8,10 +8,12 @@
 #include "agent/app/Engines.h"
 #include "agent/app/FindingsKeeper.h"
 #include "agent/app/Gatekeeper.h"
+#include "agent/app/LastVerdict.h"
 #include "agent/app/Reload.h"
 #include "agent/app/Requests.h"
 #include "agent/app/ScanReport.h"
 #include "agent/app/Scans.h"
+#include "agent/app/SecondLook.h"
 #include "agent/app/StateSignals.h"
 #include "agent/app/ThreatLists.h"
 #include "agent/app/Updates.h"
@@ -42,6 +44,7 @@ public:
     /// Null and a sentence in `error` when it cannot do its work at all: without a place to write
     /// findings down.
     static std::unique_ptr<Agent> make(ConfigurationFile configuration, std::string& error);
+    ~Agent() override;
 
     /// Goes on the bus, or tries to until there is one.
     void start();
@@ -85,7 +88,7 @@ private:
     [[nodiscard]] QJsonObject status() const override;
     [[nodiscard]] QJsonObject policy() const override;
     [[nodiscard]] QJsonObject devices() const override;
-    [[nodiscard]] QJsonObject why(const std::string& path) const override;
+    void why(const std::string& path, const Answer& answer) override;
 
     ConfigurationFile m_configuration;
     std::unique_ptr<FindingsKeeper> m_keeper;
@@ -96,6 +99,8 @@ private:
     EngineWatch m_engineWatch;
     EnginePoll m_enginePoll{m_engines.both};
     Reload m_reload{m_configuration.file(), m_engines.builtIn};
+    SecondLook m_secondLook{m_engines.both};
+    LastVerdict m_lastVerdict{*m_keeper, m_cache.get(), m_engines.both};
     EngineState m_engineState;
     Publishing m_publishing;
     ThreatLists m_threats{m_publishing.lists()};

@@ -32,7 +32,8 @@ QJsonObject scanObject(const ScanInfo& scan) {
     return object;
 }
 
-QJsonObject lastScanObject(const ScanSummary& scan, qint64 ended) {
+QJsonObject endedScanObject(const ScanReport::Ended& ended) {
+    const ScanSummary& scan = ended.summary;
     const std::uint64_t left = scan.notScanned + scan.unreadable + scan.unanswered;
     QJsonObject object{{QStringLiteral("number"), static_cast<qint64>(scan.id)},
                        {QStringLiteral("kind"), kindOf(scan.kind)},
@@ -40,9 +41,26 @@ QJsonObject lastScanObject(const ScanSummary& scan, qint64 ended) {
                        {QStringLiteral("found"), static_cast<qint64>(scan.found)},
                        {QStringLiteral("not_scanned"), static_cast<qint64>(left)},
                        {QStringLiteral("stopped"), scan.stopped},
-                       {QStringLiteral("ended"), ended}};
+                       {QStringLiteral("ended"), ended.time}};
     insertPath(object, scan.path);
     return object;
+}
+
+/// The rule by which scans leave a path out; empty: they look at it.
+QString scanRule(const Configuration& configuration, const std::string& path) {
+    PathRules rules;
+    PathRules own;
+    std::string error; // none: the configuration was checked
+    for (const std::string& rule : configuration.exclude) {
+        (void)rules.add(rule, error);
+    }
+    for (const std::string& folder : {configuration.state, configuration.quarantine}) {
+        (void)own.add(folder, error);
+    }
+    if (const std::string* const rule = rules.match(path)) {
+        return QStringLiteral("scan.exclude = \"%1\"").arg(shownText(*rule));
+    }
+    return own.match(path) == nullptr ? QString() : QStringLiteral("a folder of the agent's own");
 }
 
 QJsonArray listOf(const std::vector<std::string>& texts) {
@@ -70,14 +88,22 @@ QJsonObject Agent::status() const {
              {QStringLiteral("outcome"), m_updates.facts().outcome},
              {QStringLiteral("wait_until"), static_cast<qint64>(m_updates.facts().waitUntil)}}},
         {QStringLiteral("problems"), QJsonArray::fromStringList(m_problems.values())}};
-    const std::vector<ScanInfo> scans = m_scanner.scans();
-    if (!scans.empty()) {
-        object.insert(QStringLiteral("scan"), scanObject(scans.front()));
+    QJsonArray scans;
+    for (const ScanInfo& scan : m_scanner.scans()) {
+        scans.append(scanObject(scan));
     }
-    if (m_scanReport.last().id != 0) {
-        object.insert(QStringLiteral("last_scan"),
-                      lastScanObject(m_scanReport.last(), m_scanReport.lastEnd()));
+    QJsonArray ended;
+    for (const ScanReport::Ended& scan : m_scanReport.ended()) {
+        ended.append(endedScanObject(scan));
     }
+    if (!scans.isEmpty()) {
+        object.insert(QStringLiteral("scan"), scans.first());
+    }
+    if (!ended.isEmpty()) {
+        object.insert(QStringLiteral("last_scan"), ended.last());
+    }
+    object.insert(QStringLiteral("scans"), scans);
+    object.insert(QStringLiteral("ended_scans"), ended);
     return object;
 }
 
@@ -102,23 +128,21 @@ QJsonObject Agent::devices() const {
     return {{QStringLiteral("devices"), QJsonArray()}};
 }
 
-QJsonObject Agent::why(const std::string& path) const {
-    PathRules rules;
-    std::string error; // none: the configuration was checked
-    for (const std::string& rule : m_configuration.current().exclude) {
-        (void)rules.add(rule, error);
-    }
-    const std::string* excluded = rules.match(path);
+void Agent::why(const std::string& path, const Answer& answer) {
+    const QString excluded = scanRule(m_configuration.current(), path);
     QJsonObject object{
         {QStringLiteral("watched"), false},
-        {QStringLiteral("rule"),
-         excluded == nullptr
-             ? QStringLiteral("no file system is watched; scans look at it")
-             : QStringLiteral("scan.exclude = \"%1\"").arg(QString::fromStdString(*excluded))},
-        {QStringLiteral("verdict"), QStringLiteral("unknown")},
-        {QStringLiteral("verdict_time"), 0}};
+        {QStringLiteral("rule"), excluded.isEmpty()
+                                     ? QStringLiteral("no file system is watched; scans look at it")
+                                     : excluded}};
     insertPath(object, path);
-    return object;
+    m_lastVerdict.ask(path, [object, answer](const QJsonObject& verdict) {
+        QJsonObject whole = object;
+        for (auto member = verdict.begin(); member != verdict.end(); ++member) {
+            whole.insert(member.key(), member.value());
+        }
+        answer(whole);
+    });
 }
 
 } // namespace korvale::agent

@@ -2,6 +2,7 @@
 
 #include <QJsonObject>
 
+#include <functional>
 #include <string>
 
 namespace korvale::agent {
@@ -10,12 +11,14 @@ namespace korvale::agent {
 /// thread.
 class AgentStatus {
 public:
+    using Answer = std::function<void(const QJsonObject& answer)>;
+
     virtual ~AgentStatus() = default;
     [[nodiscard]] virtual QJsonObject status() const = 0;
     [[nodiscard]] virtual QJsonObject policy() const = 0;
     [[nodiscard]] virtual QJsonObject devices() const = 0;
-    /// `path` is absolute.
-    [[nodiscard]] virtual QJsonObject why(const std::string& path) const = 0;
+    /// `path` is absolute. `answer` is called once, later.
+    virtual void why(const std::string& path, const Answer& answer) = 0;
 };
 
 } // namespace korvale::agent

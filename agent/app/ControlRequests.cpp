@@ -53,7 +53,7 @@ void ControlRequests::admitted(const ControlCall& call, const Caller& caller) {
     } else if (method == "Why") {
         const std::optional<std::string> path = pathArgument(call.arguments);
         if (path) {
-            call.succeed(m_status.why(*path));
+            m_status.why(*path, [call](const QJsonObject& answer) { call.succeed(answer); });
         } else {
             call.fail(control::kBadArguments, QStringLiteral("An absolute path is needed."));
         }

@@ -27,8 +27,8 @@ Finding findingOf(const FoundFile& file) {
     return finding;
 }
 
-/// Moves the file of a finding. What there is to say of it.
-std::string takeAway(Vault& vault, const FoundFile& file, std::int64_t number) {
+/// Moves the file of a finding.
+TakeResult takeAway(Vault& vault, const FoundFile& file, std::int64_t number) {
     TakeRequest request;
     request.finding = number;
     request.folder = file.folder->descriptor.get();
@@ -36,7 +36,7 @@ std::string takeAway(Vault& vault, const FoundFile& file, std::int64_t number) {
     request.path = file.path;
     request.judged = file.identity;
     request.sha256 = file.judgement.sha256hex;
-    return vault.take(request).reason;
+    return vault.take(request);
 }
 
 /// The findings of `after` that are new or in another state than in `before`.
@@ -144,14 +144,20 @@ void FindingsKeeper::found(FoundFile file, bool quarantine) {
     run([this, held, quarantine](Store& store, Vault* vault) -> Then {
         Finding finding = store.add(findingOf(*held));
         std::string detail;
+        bool later = false;
         if (quarantine && vault != nullptr && finding.state == FindingState::Detected) {
-            detail = takeAway(*vault, *held, finding.number);
+            const TakeResult result = takeAway(*vault, *held, finding.number);
+            detail = result.reason;
+            later = result.outcome == TakeOutcome::Busy || result.outcome == TakeOutcome::Changed;
             finding = store.finding(finding.number).value_or(finding);
             m_unsettled = vault->settleWaiting();
         }
         const int kept = static_cast<int>(store.kept() + m_unsettled);
-        return [this, finding, detail, kept] {
+        return [this, held, finding, detail, later, kept] {
             Q_EMIT shown(finding, QString::fromStdString(detail));
+            if (later) {
+                Q_EMIT postponed(*held, finding.number);
+            }
             if (kept > 0 && !m_retry.isActive()) {
                 m_retry.start();
                 Q_EMIT waiting(kept);

@@ -55,6 +55,9 @@ Q_SIGNALS:
     /// A finding is new or has another state. `detail` says what there is to say besides; it may be
     /// empty.
     void shown(const korvale::agent::Finding& finding, const QString& detail);
+    /// The file could not be moved, as somebody writes to it or has written to it since it was
+    /// judged: it is to be judged again.
+    void postponed(const korvale::agent::FoundFile& file, std::int64_t finding);
     /// How many findings wait for room on the disk.
     void waiting(int findings);
 

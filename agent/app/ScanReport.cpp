@@ -40,7 +40,7 @@ ScanReport::ScanReport(Scanner& scanner, Publishing& publishing, QObject* parent
     : QObject(parent), m_publishing(publishing) {
     connect(&scanner, &Scanner::runningChanged, this, &ScanReport::runningChanged);
     connect(&scanner, &Scanner::progress, this, &ScanReport::progress);
-    connect(&scanner, &Scanner::ended, this, &ScanReport::ended);
+    connect(&scanner, &Scanner::ended, this, &ScanReport::hasEnded);
 }
 
 void ScanReport::runningChanged(bool running) {
@@ -68,12 +68,14 @@ void ScanReport::progress(const ScanInfo& scan, const std::string& path) {
     }
 }
 
-void ScanReport::ended(const ScanSummary& summary) {
+void ScanReport::hasEnded(const ScanSummary& summary) {
     m_analysed.erase(summary.id);
     m_before += summary.analysed;
     showCount();
-    m_last = summary;
-    m_lastEnd = QDateTime::currentSecsSinceEpoch();
+    m_ended.push_back({summary, QDateTime::currentSecsSinceEpoch()});
+    if (m_ended.size() > kMostEnded) {
+        m_ended.pop_front();
+    }
     const QString sentence = scanSentence(summary);
     logInfo(sentence.toStdString());
     if (summary.kind == ScanKind::Folder) {

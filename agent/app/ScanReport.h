@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 
+#include <deque>
 #include <map>
 
 namespace korvale::agent {
@@ -19,13 +20,18 @@ class ScanReport : public QObject {
     Q_OBJECT
 public:
     static constexpr qint64 kAnalyserPeriod = 200; ///< milliseconds
+    static constexpr std::size_t kMostEnded = 32;
+    struct Ended {
+        ScanSummary summary;
+        qint64 time = 0; ///< seconds since 1970
+    };
 
     /// Both must outlive this object.
     ScanReport(Scanner& scanner, Publishing& publishing, QObject* parent = nullptr);
 
-    /// Of the scan that ended last; its id is 0 before the first.
-    [[nodiscard]] const ScanSummary& last() const { return m_last; }
-    [[nodiscard]] qint64 lastEnd() const { return m_lastEnd; } ///< seconds since 1970
+    /// The scans that ended last, `kMostEnded` at most, the newest behind. Each stands here before
+    /// its end is told.
+    [[nodiscard]] const std::deque<Ended>& ended() const { return m_ended; }
 
 Q_SIGNALS:
     /// One of the twenty notifications is to be sent.
@@ -34,15 +40,14 @@ Q_SIGNALS:
 private:
     void runningChanged(bool running);
     void progress(const ScanInfo& scan, const std::string& path);
-    void ended(const ScanSummary& summary);
+    void hasEnded(const ScanSummary& summary);
     void showCount();
 
     Publishing& m_publishing;
     std::map<std::uint64_t, std::uint64_t> m_analysed; ///< by running scan
     std::uint64_t m_before = 0;                        ///< files of scans that have ended
     QElapsedTimer m_sinceAnalyser;
-    ScanSummary m_last;
-    qint64 m_lastEnd = 0;
+    std::deque<Ended> m_ended;
 };
 
 /// What a person who asked for the scan is told at its end.

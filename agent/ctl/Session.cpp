@@ -6,9 +6,26 @@
 #include "agent/ctl/Rendering.h"
 #include "agent/ctl/Version.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 
 namespace korvale::agent {
+namespace {
+
+constexpr int kMostMissing = 2;
+
+/// The scan of that number in a list of scans; empty: it is not there.
+QJsonObject scanNumbered(const QJsonValue& list, qint64 number) {
+    for (const QJsonValue value : list.toArray()) {
+        const QJsonObject scan = value.toObject();
+        if (scan.value(QStringLiteral("number")).toInteger() == number) {
+            return scan;
+        }
+    }
+    return {};
+}
+
+} // namespace
 
 Session::Session(Call call, Pause pause, std::FILE* input, std::FILE* output, std::FILE* errors)
     : m_call(std::move(call)),
@@ -83,6 +100,7 @@ int Session::report(const QString& method, const CallResult& result, bool json) 
 
 int Session::waitForScan(const QJsonObject& answer, bool json) {
     const qint64 number = answer.value(QStringLiteral("scan")).toInteger();
+    int missing = 0;
     for (;;) {
         m_pause();
         const CallResult result = m_call(QStringLiteral("Status"), {});
@@ -90,22 +108,25 @@ int Session::waitForScan(const QJsonObject& answer, bool json) {
             !result.answer.value(QStringLiteral("ok")).toBool()) {
             return report(QStringLiteral("Status"), result, json);
         }
-        const QJsonObject last = result.answer.value(QStringLiteral("last_scan")).toObject();
-        const qint64 ended = last.value(QStringLiteral("number")).toInteger();
-        const bool running = result.answer.contains(QStringLiteral("scan"));
-        if (ended < number && running) {
+        const QJsonObject ended =
+            scanNumbered(result.answer.value(QStringLiteral("ended_scans")), number);
+        const bool goesOn =
+            !scanNumbered(result.answer.value(QStringLiteral("scans")), number).isEmpty();
+        // One that waited and was stopped is in neither list for a moment.
+        missing = goesOn ? 0 : missing + 1;
+        if (ended.isEmpty() && missing < kMostMissing) {
             continue;
         }
-        QJsonObject told{{QStringLiteral("ok"), ended >= number},
-                         {QStringLiteral("last_scan"), last}};
-        if (ended < number) {
+        QJsonObject told{{QStringLiteral("ok"), !ended.isEmpty()},
+                         {QStringLiteral("last_scan"), ended}};
+        if (ended.isEmpty()) {
             told.insert(QStringLiteral("error"), QStringLiteral("The scan is gone."));
             told.insert(QStringLiteral("code"), QStringLiteral("failed"));
         }
         const int status =
             report(QStringLiteral("LastScan"), {CallResult::Kind::Answered, told, {}}, json);
-        const bool bad = last.value(QStringLiteral("found")).toInteger() > 0;
-        return status == Done && ended == number && bad ? ThreatsFound : status;
+        const bool bad = ended.value(QStringLiteral("found")).toInteger() > 0;
+        return status == Done && bad ? ThreatsFound : status;
     }
 }
 

@@ -49,6 +49,11 @@ std::optional<KnownVerdict> VerdictCache::find(const FileIdentity& file) {
     return m_table->find(file);
 }
 
+std::optional<KnownVerdict> VerdictCache::find(const FileIdentity& file, const std::string& key) {
+    const std::lock_guard lock(m_mutex);
+    return m_table->find(file, key);
+}
+
 void VerdictCache::remember(const FileIdentity& file, KnownVerdict verdict) {
     const std::lock_guard lock(m_mutex);
     m_table->put(file, verdict);

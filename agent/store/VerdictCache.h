@@ -35,6 +35,9 @@ public:
     /// Only verdicts given with this key count from now on. Empty: none counts, none is kept.
     void setSignatureKey(const std::string& key);
     [[nodiscard]] std::optional<KnownVerdict> find(const FileIdentity& file);
+    /// The same among the verdicts given with `key`.
+    [[nodiscard]] std::optional<KnownVerdict> find(const FileIdentity& file,
+                                                   const std::string& key);
     void remember(const FileIdentity& file, KnownVerdict verdict);
     /// A verdict that turned out wrong or was taken back.
     void forget(const FileIdentity& file);

@@ -42,10 +42,12 @@ void VerdictTable::setSignatureKey(const std::string& key) {
         return;
     }
     m_database->prepare("INSERT OR IGNORE INTO signature(key) VALUES(?1)").bindText(1, key).run();
+    m_signature = numberOf(key);
+}
+
+std::int64_t VerdictTable::numberOf(const std::string& key) {
     Statement number = m_database->prepare("SELECT number FROM signature WHERE key = ?1");
-    if (number.bindText(1, key).step() == Statement::Step::Row) {
-        m_signature = number.integer(0);
-    }
+    return number.bindText(1, key).step() == Statement::Step::Row ? number.integer(0) : 0;
 }
 
 std::optional<KnownVerdict> VerdictTable::find(const FileIdentity& file) {
@@ -59,10 +61,23 @@ std::optional<KnownVerdict> VerdictTable::find(const FileIdentity& file) {
                    ? std::optional(known.verdict)
                    : std::nullopt;
     }
+    return written(file, m_signature);
+}
+
+std::optional<KnownVerdict> VerdictTable::find(const FileIdentity& file, const std::string& key) {
+    if (key == m_key) {
+        return find(file);
+    }
+    const std::int64_t signature = key.empty() ? 0 : numberOf(key);
+    return signature == 0 ? std::nullopt : written(file, signature);
+}
+
+std::optional<KnownVerdict> VerdictTable::written(const FileIdentity& file,
+                                                  std::int64_t signature) {
     m_find->bind(1, stored(file.fileSystem)).bind(2, stored(file.inode));
     std::optional<KnownVerdict> verdict;
     if (m_find->step() == Statement::Step::Row && m_find->integer(0) == file.ctimeNs &&
-        m_find->integer(1) == file.size && m_find->integer(2) == m_signature) {
+        m_find->integer(1) == file.size && m_find->integer(2) == signature) {
         const std::int64_t value = m_find->integer(3);
         if (value >= 0 && value <= static_cast<int>(KnownVerdict::Unsafe)) {
             verdict = static_cast<KnownVerdict>(value);

@@ -26,6 +26,8 @@ public:
 
     void setSignatureKey(const std::string& key);
     [[nodiscard]] std::optional<KnownVerdict> find(const FileIdentity& file);
+    [[nodiscard]] std::optional<KnownVerdict> find(const FileIdentity& file,
+                                                   const std::string& key);
     void put(const FileIdentity& file, KnownVerdict verdict);
     void remove(const FileIdentity& file);
     bool flush();
@@ -51,6 +53,9 @@ private:
     };
 
     bool write(const Key& key, const Waiting& waiting);
+    [[nodiscard]] std::int64_t numberOf(const std::string& key);
+    [[nodiscard]] std::optional<KnownVerdict> written(const FileIdentity& file,
+                                                      std::int64_t signature);
 
     std::unique_ptr<Database> m_database;
     std::unique_ptr<Statement> m_find;

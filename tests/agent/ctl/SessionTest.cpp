@@ -115,24 +115,34 @@ TEST_F(SessionTest, AsksBeforeItDeletes) {
 
 TEST_F(SessionTest, WaitsForTheEndOfAScan) {
     answer(R"({"ok": true, "scan": 3})");
-    answer(R"({"ok": true, "scan": {"running": true, "number": 3}})");
-    answer(R"({"ok": true, "scan": {"running": true, "number": 3},
-               "last_scan": {"number": 2, "found": 9}})");
-    answer(R"({"ok": true, "last_scan": {"number": 3, "kind": "folder", "uri": "file:///a",
-               "analysed": 12, "found": 1, "not_scanned": 2, "ended": 1763700000}})");
+    answer(R"({"ok": true, "scans": [{"running": true, "number": 3}]})");
+    answer(R"({"ok": true, "scans": [{"running": true, "number": 3}],
+               "ended_scans": [{"number": 2, "found": 9}]})");
+    answer(R"({"ok": true, "ended_scans": [{"number": 3, "kind": "folder", "uri": "file:///a",
+               "analysed": 12, "found": 1, "not_scanned": 2, "ended": 1763700000}]})");
     EXPECT_EQ(run({"scan", "--wait", "/a"}), Session::ThreatsFound);
     EXPECT_THAT(output(), HasSubstr("folder /a, 12 files, 1 bad, 2 not scanned, ended 20"));
     EXPECT_EQ(m_methods.size(), 4);
 
     m_results.clear();
     answer(R"({"ok": true, "scan": 4})");
-    answer(R"({"ok": true, "last_scan": {"number": 4, "found": 0}})");
+    answer(R"({"ok": true, "ended_scans": [{"number": 4, "found": 0}]})");
     EXPECT_EQ(run({"scan", "--wait", "/a"}), Session::Done);
 
     m_results.clear();
     answer(R"({"ok": true, "scan": 5})");
-    answer(R"({"ok": true, "last_scan": {"number": 4, "found": 0}})");
+    answer(R"({"ok": true, "scans": [], "ended_scans": [{"number": 4, "found": 0}]})");
     EXPECT_EQ(run({"scan", "--wait", "/a"}), Session::NotDone); // the agent began anew
+}
+
+TEST_F(SessionTest, WaitsForItsOwnScanWhileOthersEnd) {
+    answer(R"({"ok": true, "scan": 3})");
+    // A later one, of the other kind, ends sooner.
+    answer(R"({"ok": true, "scans": [{"number": 3}], "ended_scans": [{"number": 4, "found": 2}]})");
+    answer(R"({"ok": true, "ended_scans": [{"number": 4, "found": 2}, {"number": 3, "found": 0},
+               {"number": 5, "found": 1}]})");
+    EXPECT_EQ(run({"scan", "--wait", "/a"}), Session::Done);
+    EXPECT_EQ(m_methods.size(), 3);
 }
 
 TEST(RenderingTest, SaysHowTheAgentIs) {

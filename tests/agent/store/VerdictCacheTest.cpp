@@ -69,6 +69,17 @@ TEST_F(VerdictCacheTest, CountsOnlyVerdictsOfTheSameSignatures) {
     EXPECT_EQ(cache->find(kFile), KnownVerdict::Clean);
 }
 
+TEST_F(VerdictCacheTest, FindsVerdictsOfOtherSignaturesByTheirKey) {
+    const auto cache = open("old");
+    cache->remember(kFile, KnownVerdict::Clean);
+    EXPECT_EQ(cache->find(kFile, "old"), KnownVerdict::Clean) << "it waits to be written";
+    EXPECT_EQ(cache->find(kFile, "new"), std::nullopt);
+    cache->setSignatureKey("new");
+    EXPECT_EQ(cache->find(kFile, "old"), KnownVerdict::Clean);
+    EXPECT_EQ(cache->find(kFile, ""), std::nullopt);
+    EXPECT_EQ(cache->find(kFile), std::nullopt) << "asking changed nothing";
+}
+
 TEST_F(VerdictCacheTest, ForgetsWhatItIsToldTo) {
     const auto cache = open();
     cache->remember(kFile, KnownVerdict::Clean);

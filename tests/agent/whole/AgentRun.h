@@ -25,6 +25,7 @@ protected:
         if (::geteuid() != 0) {
             GTEST_SKIP() << "needs root: the agent runs as root";
         }
+        m_bus.allowService(QStringLiteral("org.freedesktop.systemd1"));
         m_bus.start();
         m_ear = std::make_unique<sim::BusEar>(m_bus.address());
         QDir().mkpath(m_folder.path(QStringLiteral("files")));
@@ -49,7 +50,7 @@ protected:
         m_folder.write(QStringLiteral("agent.toml"),
                        "[folders]\nhost_cache = \"" + place + "/HostCache\"\nupdater_status = \"" +
                            place + "/status\"\nstate = \"" + place + "/state\"\nquarantine = \"" +
-                           place + "/state/quarantine\"\n[engine]\nunits = []\n" +
+                           place + "/state/quarantine\"\n[engine]\nunits = " + m_units + "\n" +
                            (engine.isEmpty() ? none : engine) + further);
     }
 
@@ -120,6 +121,7 @@ protected:
             .toInt(-1);
     }
 
+    QByteArray m_units = "[]"; ///< of the engine, as the configuration has them
     TestFolder m_folder;
     PrivateBus m_bus;
     std::unique_ptr<sim::BusEar> m_ear;

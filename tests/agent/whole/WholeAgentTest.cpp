@@ -95,6 +95,48 @@ TEST_F(WholeAgentTest, WhatPolicyDoesNotNameStays) {
     EXPECT_TRUE(QFile::exists(m_folder.path(QStringLiteral("files/a"))));
 }
 
+TEST_F(WholeAgentTest, AFileThatIsHeldOpenIsTakenOnceItIsClosed) {
+    writeBadFile(QStringLiteral("a"));
+    QFile writer(m_folder.path(QStringLiteral("files/a")));
+    ASSERT_TRUE(writer.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
+    start();
+    ASSERT_EQ(scanFiles(), QStringLiteral("OK"));
+    ASSERT_TRUE(waitUntil([&] { return publishedState(QStringLiteral("a")) == 1; }));
+    EXPECT_TRUE(logged("The file is open for writing."));
+    writer.seek(writer.size());
+    writer.write("\n"); // still bad, and another content than was judged
+    writer.close();
+    ASSERT_TRUE(waitUntil([&] { return publishedState(QStringLiteral("a")) == 1 + 8; }));
+    const QJsonArray threats = control("Threats").value(QStringLiteral("threats")).toArray();
+    EXPECT_EQ(threats.size(), 1) << "the first content is not there any more";
+}
+
+TEST_F(WholeAgentTest, WhyTellsTheLastVerdictAndTheRule) {
+    configure("[scan]\nexclude = [\"" +
+              QFile::encodeName(m_folder.path(QStringLiteral("files/left/*.out"))) +
+              "\"]\n[quarantine]\nunsafe = false\n");
+    writeBadFile(QStringLiteral("a"));
+    start();
+    ASSERT_EQ(scanFiles(), QStringLiteral("OK"));
+    ASSERT_TRUE(waitUntil([&] { return publishedState(QStringLiteral("a")) == 1; }));
+    const auto why = [this](const QString& path) {
+        return control("Why", {{QStringLiteral("path"), m_folder.path(path)}});
+    };
+    const QJsonObject bad = why(QStringLiteral("files/a"));
+    EXPECT_EQ(bad.value(QStringLiteral("verdict")), QStringLiteral("unsafe"));
+    EXPECT_GT(bad.value(QStringLiteral("verdict_time")).toInteger(), 1'700'000'000);
+    EXPECT_TRUE(
+        bad.value(QStringLiteral("rule")).toString().contains(QStringLiteral("scans look")));
+    const QJsonObject left = why(QStringLiteral("files/left/x.out"));
+    EXPECT_EQ(left.value(QStringLiteral("verdict")), QStringLiteral("unknown"));
+    EXPECT_TRUE(left.value(QStringLiteral("rule"))
+                    .toString()
+                    .startsWith(QStringLiteral("scan.exclude = \"")));
+    EXPECT_EQ(why(QStringLiteral("state/findings.sqlite")).value(QStringLiteral("rule")),
+              QStringLiteral("a folder of the agent's own"));
+    EXPECT_EQ(control("Status").value(QStringLiteral("ended_scans")).toArray().size(), 1);
+}
+
 TEST_F(WholeAgentTest, ItAnswersWhatProgramsAsk) {
     configure("");
     m_folder.write(QStringLiteral("agent.toml"),
