@@ -89,6 +89,9 @@
     <message id="FullAccess">
         <translation>Vollzugriff</translation>
     </message>
+    <message id="HPS_Advice">
+        <translation>Was das bedeutet</translation>
+    </message>
     <message id="HPS_ColAction">
         <translation>Aktion</translation>
     </message>
@@ -167,6 +170,12 @@
     <message id="HPS_HeaderHint">
         <translation>Die Leertaste sortiert nach dieser Spalte.</translation>
     </message>
+    <message id="HPS_LastScan">
+        <translation>Letzter Hintergrundscan endete: %@</translation>
+    </message>
+    <message id="HPS_LastScanName">
+        <translation>Letzter Hintergrundscan</translation>
+    </message>
     <message id="HPS_Logo">
         <translation>Korvale-Logo</translation>
     </message>
@@ -178,6 +187,33 @@
     </message>
     <message id="HPS_MenuToolTip">
         <translation>KorvaleUI-Menü öffnen</translation>
+    </message>
+    <message id="HPS_NowAgentAway">
+        <translation>Bis der Agent wieder läuft, wird auf diesem Gerät nichts überwacht; angezeigt wird, was zuletzt bekannt war. Starten Sie das Gerät neu, oder bitten Sie Ihren Administrator, den Dienst des Agenten zu starten.</translation>
+    </message>
+    <message id="HPS_NowConnectionUnknown">
+        <translation>Der Agent hat nicht gesagt, ob er verbunden ist; vielleicht arbeitet er mit dem, was er zuletzt wusste. Es ist nichts zu tun; bleibt es stundenlang dabei, prüfen Sie die Netzwerkverbindung.</translation>
+    </message>
+    <message id="HPS_NowDriverMissing">
+        <translation>Ohne seinen Treiber kann der Agent Dateien nicht beim Öffnen überwachen. Starten Sie das Gerät neu; hilft das nicht, wenden Sie sich an Ihren Administrator: Der Treiber passt vielleicht nicht zum jetzigen Kernel.</translation>
+    </message>
+    <message id="HPS_NowExploits">
+        <translation>Öffnen Sie den Reiter „Exploits“: Dort steht, welches Programm angegriffen wurde und ob der Agent es angehalten hat. Schließen Sie dieses Programm, aktualisieren Sie es, und informieren Sie Ihren Administrator.</translation>
+    </message>
+    <message id="HPS_NowNotReported">
+        <translation>Ob etwas gefunden wurde, ist noch nicht bekannt. Der Agent berichtet, wenn er das Gerät zum ersten Mal geprüft hat; ein Hintergrundscan fordert ihn dazu auf.</translation>
+    </message>
+    <message id="HPS_NowOffline">
+        <translation>Der Agent schützt mit dem, was er zuletzt wusste. Prüfen Sie die Netzwerkverbindung; erreichen andere Programme das Netz, informieren Sie Ihren Administrator.</translation>
+    </message>
+    <message id="HPS_NowThreats">
+        <translation>Öffnen Sie den Reiter „Bedrohungen“: Dort steht zu jeder Datei, was der Agent getan hat. Öffnen Sie keine Datei, die nicht in Quarantäne ist; melden Sie sie Ihrem Administrator, auch wenn Sie sie für einen Fehlalarm halten.</translation>
+    </message>
+    <message id="HPS_NowUnconfirmed">
+        <translation>Der Agent läuft, sein nächster Bericht steht noch aus. Warten Sie einen Moment; bleibt es dabei, starten Sie das Gerät neu.</translation>
+    </message>
+    <message id="HPS_NowUnreadable">
+        <translation>Es ist nicht bekannt, ob etwas gefunden wurde. Vielleicht ist der Datenträger voll oder eine Datei beschädigt: Schaffen Sie Platz und starten Sie das Gerät neu, oder informieren Sie Ihren Administrator.</translation>
     </message>
     <message id="HPS_ProtectionState">
         <translation>Schutzstatus</translation>
@@ -194,6 +230,12 @@
     <message id="HPS_StatusLine">
         <translation>Status des Agenten</translation>
     </message>
+    <message id="HPS_StatusNoAnswer">
+        <translation>KorvaleUI antwortet nicht</translation>
+    </message>
+    <message id="HPS_StatusNotRunning">
+        <translation>KorvaleUI läuft nicht</translation>
+    </message>
     <message id="HPS_TableHint">
         <translation>Strg+C kopiert die ausgewählten Zeilen. Umschalt+F1 sagt mehr über eine Zelle.</translation>
     </message>
@@ -202,6 +244,51 @@
     </message>
     <message id="HPS_Threats">
         <translation>Bedrohungen</translation>
+    </message>
+    <message id="HPS_WhatNow">
+        <translation>Was bedeutet das?</translation>
+    </message>
+    <message id="HPS_WhyAgentAway">
+        <translation>Der Schutzagent läuft nicht</translation>
+    </message>
+    <message id="HPS_WhyConnectionUnknown">
+        <translation>Der Agent läuft; nichts Neues wurde gefunden</translation>
+    </message>
+    <message id="HPS_WhyDriverMissing">
+        <translation>Der Treiber des Agenten fehlt</translation>
+    </message>
+    <message id="HPS_WhyExploit">
+        <translation>Ein Exploit-Versuch wurde noch nicht angesehen</translation>
+    </message>
+    <message id="HPS_WhyExploits">
+        <translation>%@ Exploit-Versuche wurden noch nicht angesehen</translation>
+    </message>
+    <message id="HPS_WhyGood">
+        <translation>Verbunden; nichts Neues wurde gefunden</translation>
+    </message>
+    <message id="HPS_WhyNotReported">
+        <translation>Der Agent hat noch nicht berichtet</translation>
+    </message>
+    <message id="HPS_WhyOffline">
+        <translation>Der Schutzagent ist nicht verbunden</translation>
+    </message>
+    <message id="HPS_WhyThreat">
+        <translation>Eine Bedrohung wurde noch nicht angesehen</translation>
+    </message>
+    <message id="HPS_WhyThreatOffline">
+        <translation>Nicht verbunden; eine Bedrohung wurde noch nicht angesehen</translation>
+    </message>
+    <message id="HPS_WhyThreats">
+        <translation>%@ Bedrohungen wurden noch nicht angesehen</translation>
+    </message>
+    <message id="HPS_WhyThreatsOffline">
+        <translation>Nicht verbunden; %@ Bedrohungen wurden noch nicht angesehen</translation>
+    </message>
+    <message id="HPS_WhyUnconfirmed">
+        <translation>Der jetzige Zustand ist noch nicht bestätigt</translation>
+    </message>
+    <message id="HPS_WhyUnreadable">
+        <translation>Der Bericht des Agenten ist nicht lesbar</translation>
     </message>
     <message id="Ignored">
         <translation>Ignoriert</translation>

@@ -89,6 +89,9 @@
     <message id="FullAccess">
         <translation>Full access</translation>
     </message>
+    <message id="HPS_Advice">
+        <translation>What this means</translation>
+    </message>
     <message id="HPS_ColAction">
         <translation>Action</translation>
     </message>
@@ -167,6 +170,12 @@
     <message id="HPS_HeaderHint">
         <translation>Space sorts by this column.</translation>
     </message>
+    <message id="HPS_LastScan">
+        <translation>Last background scan ended: %@</translation>
+    </message>
+    <message id="HPS_LastScanName">
+        <translation>Last background scan</translation>
+    </message>
     <message id="HPS_Logo">
         <translation>Korvale logo</translation>
     </message>
@@ -178,6 +187,33 @@
     </message>
     <message id="HPS_MenuToolTip">
         <translation>Open the KorvaleUI menu</translation>
+    </message>
+    <message id="HPS_NowAgentAway">
+        <translation>Nothing on this device is being watched until the agent runs again, and what is shown here is what was known last. Restart the device, or ask your administrator to start the agent’s service.</translation>
+    </message>
+    <message id="HPS_NowConnectionUnknown">
+        <translation>The agent has not said whether it is connected, so it may work with what it knew last. Nothing has to be done; if this stays for hours, check the network connection.</translation>
+    </message>
+    <message id="HPS_NowDriverMissing">
+        <translation>Without its driver the agent cannot watch files as they are opened. Restart the device; if that does not help, tell your administrator: the driver may not fit the present kernel.</translation>
+    </message>
+    <message id="HPS_NowExploits">
+        <translation>Open the Exploits tab: it says which program was attacked and whether the agent stopped it. Close that program, bring it up to date, and tell your administrator.</translation>
+    </message>
+    <message id="HPS_NowNotReported">
+        <translation>It is not known yet whether anything was found. The agent reports after its first look at the device; a background scan asks it to look.</translation>
+    </message>
+    <message id="HPS_NowOffline">
+        <translation>The agent protects with what it knew last. Check the network connection; if other programs reach the network, tell your administrator.</translation>
+    </message>
+    <message id="HPS_NowThreats">
+        <translation>Open the Threats tab: it says of each file what the agent has done. Do not open a file that is not quarantined; tell your administrator of it, also when you think that it is a false alarm.</translation>
+    </message>
+    <message id="HPS_NowUnconfirmed">
+        <translation>The agent is running and has something to report. Wait a moment; if this stays, restart the device.</translation>
+    </message>
+    <message id="HPS_NowUnreadable">
+        <translation>It is not known whether anything was found. The disk may be full or a file damaged: make room, then restart the device, or tell your administrator.</translation>
     </message>
     <message id="HPS_ProtectionState">
         <translation>Protection state</translation>
@@ -194,6 +230,12 @@
     <message id="HPS_StatusLine">
         <translation>Agent status</translation>
     </message>
+    <message id="HPS_StatusNoAnswer">
+        <translation>KorvaleUI does not answer</translation>
+    </message>
+    <message id="HPS_StatusNotRunning">
+        <translation>KorvaleUI is not running</translation>
+    </message>
     <message id="HPS_TableHint">
         <translation>Ctrl+C copies the selected rows. Shift+F1 tells more about a cell.</translation>
     </message>
@@ -202,6 +244,51 @@
     </message>
     <message id="HPS_Threats">
         <translation>Threats</translation>
+    </message>
+    <message id="HPS_WhatNow">
+        <translation>What does this mean?</translation>
+    </message>
+    <message id="HPS_WhyAgentAway">
+        <translation>The protection agent is not running</translation>
+    </message>
+    <message id="HPS_WhyConnectionUnknown">
+        <translation>The agent is running; nothing new was found</translation>
+    </message>
+    <message id="HPS_WhyDriverMissing">
+        <translation>The agent’s driver is missing</translation>
+    </message>
+    <message id="HPS_WhyExploit">
+        <translation>One exploit attempt has not been looked at</translation>
+    </message>
+    <message id="HPS_WhyExploits">
+        <translation>%@ exploit attempts have not been looked at</translation>
+    </message>
+    <message id="HPS_WhyGood">
+        <translation>Connected; nothing new was found</translation>
+    </message>
+    <message id="HPS_WhyNotReported">
+        <translation>The agent has not reported yet</translation>
+    </message>
+    <message id="HPS_WhyOffline">
+        <translation>The protection agent is not connected</translation>
+    </message>
+    <message id="HPS_WhyThreat">
+        <translation>One threat has not been looked at</translation>
+    </message>
+    <message id="HPS_WhyThreatOffline">
+        <translation>Not connected; one threat has not been looked at</translation>
+    </message>
+    <message id="HPS_WhyThreats">
+        <translation>%@ threats have not been looked at</translation>
+    </message>
+    <message id="HPS_WhyThreatsOffline">
+        <translation>Not connected; %@ threats have not been looked at</translation>
+    </message>
+    <message id="HPS_WhyUnconfirmed">
+        <translation>The present state has not been confirmed yet</translation>
+    </message>
+    <message id="HPS_WhyUnreadable">
+        <translation>The agent’s report cannot be read</translation>
     </message>
     <message id="Ignored">
         <translation>Ignored</translation>

@@ -89,6 +89,9 @@
     <message id="FullAccess">
         <translation>Acceso total</translation>
     </message>
+    <message id="HPS_Advice">
+        <translation>Lo que esto significa</translation>
+    </message>
     <message id="HPS_ColAction">
         <translation>Acción</translation>
     </message>
@@ -167,6 +170,12 @@
     <message id="HPS_HeaderHint">
         <translation>La barra espaciadora ordena por esta columna.</translation>
     </message>
+    <message id="HPS_LastScan">
+        <translation>Último análisis en segundo plano terminado: %@</translation>
+    </message>
+    <message id="HPS_LastScanName">
+        <translation>Último análisis en segundo plano</translation>
+    </message>
     <message id="HPS_Logo">
         <translation>Logotipo de Korvale</translation>
     </message>
@@ -178,6 +187,33 @@
     </message>
     <message id="HPS_MenuToolTip">
         <translation>Abrir el menú de KorvaleUI</translation>
+    </message>
+    <message id="HPS_NowAgentAway">
+        <translation>Nada se vigila en este dispositivo hasta que el agente vuelva a funcionar; lo que se muestra es lo último que se supo. Reinicie el dispositivo o pida a su administrador que inicie el servicio del agente.</translation>
+    </message>
+    <message id="HPS_NowConnectionUnknown">
+        <translation>El agente no ha dicho si está conectado; quizá trabaje con lo último que supo. No hay que hacer nada; si esto dura horas, compruebe la conexión de red.</translation>
+    </message>
+    <message id="HPS_NowDriverMissing">
+        <translation>Sin su controlador, el agente no puede vigilar los archivos al abrirse. Reinicie el dispositivo; si no basta, avise a su administrador: puede que el controlador no sirva para el núcleo actual.</translation>
+    </message>
+    <message id="HPS_NowExploits">
+        <translation>Abra la pestaña de exploits: dice qué programa fue atacado y si el agente lo detuvo. Cierre ese programa, actualícelo y avise a su administrador.</translation>
+    </message>
+    <message id="HPS_NowNotReported">
+        <translation>Aún no se sabe si se ha encontrado algo. El agente informa tras su primer examen del dispositivo; un análisis en segundo plano se lo pide.</translation>
+    </message>
+    <message id="HPS_NowOffline">
+        <translation>El agente protege con lo último que supo. Compruebe la conexión de red; si otros programas acceden a la red, avise a su administrador.</translation>
+    </message>
+    <message id="HPS_NowThreats">
+        <translation>Abra la pestaña de amenazas: dice de cada archivo lo que ha hecho el agente. No abra un archivo que no esté en cuarentena; comuníquelo a su administrador, aunque crea que es una falsa alarma.</translation>
+    </message>
+    <message id="HPS_NowUnconfirmed">
+        <translation>El agente funciona y se espera su próximo informe. Espere un momento; si esto continúa, reinicie el dispositivo.</translation>
+    </message>
+    <message id="HPS_NowUnreadable">
+        <translation>No se sabe si se ha encontrado algo. Puede que el disco esté lleno o un archivo dañado: libere espacio y reinicie el dispositivo, o avise a su administrador.</translation>
     </message>
     <message id="HPS_ProtectionState">
         <translation>Estado de la protección</translation>
@@ -194,6 +230,12 @@
     <message id="HPS_StatusLine">
         <translation>Estado del agente</translation>
     </message>
+    <message id="HPS_StatusNoAnswer">
+        <translation>KorvaleUI no responde</translation>
+    </message>
+    <message id="HPS_StatusNotRunning">
+        <translation>KorvaleUI no está en ejecución</translation>
+    </message>
     <message id="HPS_TableHint">
         <translation>Ctrl+C copia las filas seleccionadas. Mayús+F1 da más información sobre una celda.</translation>
     </message>
@@ -202,6 +244,51 @@
     </message>
     <message id="HPS_Threats">
         <translation>Amenazas</translation>
+    </message>
+    <message id="HPS_WhatNow">
+        <translation>¿Qué significa esto?</translation>
+    </message>
+    <message id="HPS_WhyAgentAway">
+        <translation>El agente de protección no está en ejecución</translation>
+    </message>
+    <message id="HPS_WhyConnectionUnknown">
+        <translation>El agente funciona; no se ha encontrado nada nuevo</translation>
+    </message>
+    <message id="HPS_WhyDriverMissing">
+        <translation>Falta el controlador del agente</translation>
+    </message>
+    <message id="HPS_WhyExploit">
+        <translation>Un intento de explotación no se ha revisado</translation>
+    </message>
+    <message id="HPS_WhyExploits">
+        <translation>%@ intentos de explotación no se han revisado</translation>
+    </message>
+    <message id="HPS_WhyGood">
+        <translation>Conectado; no se ha encontrado nada nuevo</translation>
+    </message>
+    <message id="HPS_WhyNotReported">
+        <translation>El agente aún no ha informado</translation>
+    </message>
+    <message id="HPS_WhyOffline">
+        <translation>El agente de protección no está conectado</translation>
+    </message>
+    <message id="HPS_WhyThreat">
+        <translation>Una amenaza no se ha revisado</translation>
+    </message>
+    <message id="HPS_WhyThreatOffline">
+        <translation>Sin conexión; una amenaza no se ha revisado</translation>
+    </message>
+    <message id="HPS_WhyThreats">
+        <translation>%@ amenazas no se han revisado</translation>
+    </message>
+    <message id="HPS_WhyThreatsOffline">
+        <translation>Sin conexión; %@ amenazas no se han revisado</translation>
+    </message>
+    <message id="HPS_WhyUnconfirmed">
+        <translation>El estado actual aún no está confirmado</translation>
+    </message>
+    <message id="HPS_WhyUnreadable">
+        <translation>El informe del agente no se puede leer</translation>
     </message>
     <message id="Ignored">
         <translation>Ignorado</translation>

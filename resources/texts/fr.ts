@@ -89,6 +89,9 @@
     <message id="FullAccess">
         <translation>Accès complet</translation>
     </message>
+    <message id="HPS_Advice">
+        <translation>Ce que cela signifie</translation>
+    </message>
     <message id="HPS_ColAction">
         <translation>Action</translation>
     </message>
@@ -167,6 +170,12 @@
     <message id="HPS_HeaderHint">
         <translation>La barre d’espace trie selon cette colonne.</translation>
     </message>
+    <message id="HPS_LastScan">
+        <translation>Fin de la dernière analyse en arrière-plan : %@</translation>
+    </message>
+    <message id="HPS_LastScanName">
+        <translation>Dernière analyse en arrière-plan</translation>
+    </message>
     <message id="HPS_Logo">
         <translation>Logo Korvale</translation>
     </message>
@@ -178,6 +187,33 @@
     </message>
     <message id="HPS_MenuToolTip">
         <translation>Ouvrir le menu de KorvaleUI</translation>
+    </message>
+    <message id="HPS_NowAgentAway">
+        <translation>Rien n’est surveillé sur cet appareil tant que l’agent ne fonctionne pas ; ce qui est affiché est le dernier état connu. Redémarrez l’appareil ou demandez à votre administrateur de démarrer le service de l’agent.</translation>
+    </message>
+    <message id="HPS_NowConnectionUnknown">
+        <translation>L’agent n’a pas indiqué s’il est connecté ; il travaille peut-être avec ce qu’il savait en dernier. Il n’y a rien à faire ; si cela dure des heures, vérifiez la connexion réseau.</translation>
+    </message>
+    <message id="HPS_NowDriverMissing">
+        <translation>Sans son pilote, l’agent ne peut pas surveiller les fichiers à leur ouverture. Redémarrez l’appareil ; si cela ne suffit pas, prévenez votre administrateur : le pilote ne convient peut-être pas au noyau actuel.</translation>
+    </message>
+    <message id="HPS_NowExploits">
+        <translation>Ouvrez l’onglet des exploits : il indique quel programme a été attaqué et si l’agent l’a arrêté. Fermez ce programme, mettez-le à jour et prévenez votre administrateur.</translation>
+    </message>
+    <message id="HPS_NowNotReported">
+        <translation>On ne sait pas encore si quelque chose a été trouvé. L’agent fait un rapport après son premier examen de l’appareil ; une analyse en arrière-plan le lui demande.</translation>
+    </message>
+    <message id="HPS_NowOffline">
+        <translation>L’agent protège avec ce qu’il savait en dernier. Vérifiez la connexion réseau ; si d’autres programmes accèdent au réseau, prévenez votre administrateur.</translation>
+    </message>
+    <message id="HPS_NowThreats">
+        <translation>Ouvrez l’onglet des menaces : il indique pour chaque fichier ce que l’agent a fait. N’ouvrez pas un fichier qui n’est pas en quarantaine ; signalez-le à votre administrateur, même si vous pensez à une fausse alerte.</translation>
+    </message>
+    <message id="HPS_NowUnconfirmed">
+        <translation>L’agent fonctionne et son prochain rapport est attendu. Patientez un instant ; si cela persiste, redémarrez l’appareil.</translation>
+    </message>
+    <message id="HPS_NowUnreadable">
+        <translation>On ne sait pas si quelque chose a été trouvé. Le disque est peut-être plein ou un fichier endommagé : libérez de la place puis redémarrez l’appareil, ou prévenez votre administrateur.</translation>
     </message>
     <message id="HPS_ProtectionState">
         <translation>État de la protection</translation>
@@ -194,6 +230,12 @@
     <message id="HPS_StatusLine">
         <translation>État de l’agent</translation>
     </message>
+    <message id="HPS_StatusNoAnswer">
+        <translation>KorvaleUI ne répond pas</translation>
+    </message>
+    <message id="HPS_StatusNotRunning">
+        <translation>KorvaleUI n’est pas en cours d’exécution</translation>
+    </message>
     <message id="HPS_TableHint">
         <translation>Ctrl+C copie les lignes sélectionnées. Maj+F1 en dit plus sur une cellule.</translation>
     </message>
@@ -202,6 +244,51 @@
     </message>
     <message id="HPS_Threats">
         <translation>Menaces</translation>
+    </message>
+    <message id="HPS_WhatNow">
+        <translation>Qu’est-ce que cela signifie ?</translation>
+    </message>
+    <message id="HPS_WhyAgentAway">
+        <translation>L’agent de protection n’est pas en cours d’exécution</translation>
+    </message>
+    <message id="HPS_WhyConnectionUnknown">
+        <translation>L’agent fonctionne ; rien de nouveau n’a été trouvé</translation>
+    </message>
+    <message id="HPS_WhyDriverMissing">
+        <translation>Le pilote de l’agent est absent</translation>
+    </message>
+    <message id="HPS_WhyExploit">
+        <translation>Une tentative d’exploitation n’a pas encore été consultée</translation>
+    </message>
+    <message id="HPS_WhyExploits">
+        <translation>%@ tentatives d’exploitation n’ont pas encore été consultées</translation>
+    </message>
+    <message id="HPS_WhyGood">
+        <translation>Connecté ; rien de nouveau n’a été trouvé</translation>
+    </message>
+    <message id="HPS_WhyNotReported">
+        <translation>L’agent n’a pas encore fait de rapport</translation>
+    </message>
+    <message id="HPS_WhyOffline">
+        <translation>L’agent de protection n’est pas connecté</translation>
+    </message>
+    <message id="HPS_WhyThreat">
+        <translation>Une menace n’a pas encore été consultée</translation>
+    </message>
+    <message id="HPS_WhyThreatOffline">
+        <translation>Non connecté ; une menace n’a pas encore été consultée</translation>
+    </message>
+    <message id="HPS_WhyThreats">
+        <translation>%@ menaces n’ont pas encore été consultées</translation>
+    </message>
+    <message id="HPS_WhyThreatsOffline">
+        <translation>Non connecté ; %@ menaces n’ont pas encore été consultées</translation>
+    </message>
+    <message id="HPS_WhyUnconfirmed">
+        <translation>L’état actuel n’est pas encore confirmé</translation>
+    </message>
+    <message id="HPS_WhyUnreadable">
+        <translation>Le rapport de l’agent est illisible</translation>
     </message>
     <message id="Ignored">
         <translation>Ignoré</translation>

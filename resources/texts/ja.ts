@@ -89,6 +89,9 @@
     <message id="FullAccess">
         <translation>フルアクセス</translation>
     </message>
+    <message id="HPS_Advice">
+        <translation>この状態の意味</translation>
+    </message>
     <message id="HPS_ColAction">
         <translation>処置</translation>
     </message>
@@ -167,6 +170,12 @@
     <message id="HPS_HeaderHint">
         <translation>スペースキーでこの列を基準に並べ替えます。</translation>
     </message>
+    <message id="HPS_LastScan">
+        <translation>前回のバックグラウンドスキャンの終了: %@</translation>
+    </message>
+    <message id="HPS_LastScanName">
+        <translation>前回のバックグラウンドスキャン</translation>
+    </message>
     <message id="HPS_Logo">
         <translation>Korvale のロゴ</translation>
     </message>
@@ -178,6 +187,33 @@
     </message>
     <message id="HPS_MenuToolTip">
         <translation>KorvaleUI のメニューを開く</translation>
+    </message>
+    <message id="HPS_NowAgentAway">
+        <translation>エージェントが再び動作するまで、このデバイスでは何も監視されません。表示されているのは最後に分かっていた状態です。デバイスを再起動するか、エージェントのサービスの開始を管理者に依頼してください。</translation>
+    </message>
+    <message id="HPS_NowConnectionUnknown">
+        <translation>エージェントは接続の有無を報告していません。最後に取得した情報で動作している可能性があります。操作は不要ですが、何時間も続く場合はネットワーク接続を確認してください。</translation>
+    </message>
+    <message id="HPS_NowDriverMissing">
+        <translation>ドライバーがないと、エージェントはファイルが開かれるときの監視ができません。デバイスを再起動してください。改善しない場合は管理者に連絡してください。現在のカーネルに合わないドライバーの可能性があります。</translation>
+    </message>
+    <message id="HPS_NowExploits">
+        <translation>「エクスプロイト」タブを開くと、攻撃されたプログラムと、エージェントが停止したかどうかが分かります。そのプログラムを終了し、更新して、管理者に連絡してください。</translation>
+    </message>
+    <message id="HPS_NowNotReported">
+        <translation>何かが検出されたかどうかはまだ分かりません。エージェントはデバイスを最初に調べた後に報告します。バックグラウンドスキャンで調べさせることができます。</translation>
+    </message>
+    <message id="HPS_NowOffline">
+        <translation>エージェントは最後に取得した情報で保護しています。ネットワーク接続を確認してください。ほかのプログラムが接続できる場合は管理者に連絡してください。</translation>
+    </message>
+    <message id="HPS_NowThreats">
+        <translation>「脅威」タブを開くと、各ファイルに対してエージェントが行った処置が分かります。隔離されていないファイルは開かないでください。誤検知と思われる場合も管理者に連絡してください。</translation>
+    </message>
+    <message id="HPS_NowUnconfirmed">
+        <translation>エージェントは動作しており、次の報告を待っています。しばらくお待ちください。続く場合はデバイスを再起動してください。</translation>
+    </message>
+    <message id="HPS_NowUnreadable">
+        <translation>何かが検出されたかどうか分かりません。ディスクがいっぱいか、ファイルが壊れている可能性があります。空き容量を増やしてデバイスを再起動するか、管理者に連絡してください。</translation>
     </message>
     <message id="HPS_ProtectionState">
         <translation>保護の状態</translation>
@@ -194,6 +230,12 @@
     <message id="HPS_StatusLine">
         <translation>エージェントの状態</translation>
     </message>
+    <message id="HPS_StatusNoAnswer">
+        <translation>KorvaleUI が応答しません</translation>
+    </message>
+    <message id="HPS_StatusNotRunning">
+        <translation>KorvaleUI は実行されていません</translation>
+    </message>
     <message id="HPS_TableHint">
         <translation>Ctrl+C で選択した行をコピーします。Shift+F1 でセルの詳細を表示します。</translation>
     </message>
@@ -202,6 +244,51 @@
     </message>
     <message id="HPS_Threats">
         <translation>脅威</translation>
+    </message>
+    <message id="HPS_WhatNow">
+        <translation>これは何を意味しますか?</translation>
+    </message>
+    <message id="HPS_WhyAgentAway">
+        <translation>保護エージェントが実行されていません</translation>
+    </message>
+    <message id="HPS_WhyConnectionUnknown">
+        <translation>エージェントは動作中です。新しい検出はありません</translation>
+    </message>
+    <message id="HPS_WhyDriverMissing">
+        <translation>エージェントのドライバーがありません</translation>
+    </message>
+    <message id="HPS_WhyExploit">
+        <translation>未確認のエクスプロイトの試みが 1 件あります</translation>
+    </message>
+    <message id="HPS_WhyExploits">
+        <translation>未確認のエクスプロイトの試みが %@ 件あります</translation>
+    </message>
+    <message id="HPS_WhyGood">
+        <translation>接続済み。新しい検出はありません</translation>
+    </message>
+    <message id="HPS_WhyNotReported">
+        <translation>エージェントからの報告がまだありません</translation>
+    </message>
+    <message id="HPS_WhyOffline">
+        <translation>保護エージェントが接続されていません</translation>
+    </message>
+    <message id="HPS_WhyThreat">
+        <translation>未確認の脅威が 1 件あります</translation>
+    </message>
+    <message id="HPS_WhyThreatOffline">
+        <translation>未接続。未確認の脅威が 1 件あります</translation>
+    </message>
+    <message id="HPS_WhyThreats">
+        <translation>未確認の脅威が %@ 件あります</translation>
+    </message>
+    <message id="HPS_WhyThreatsOffline">
+        <translation>未接続。未確認の脅威が %@ 件あります</translation>
+    </message>
+    <message id="HPS_WhyUnconfirmed">
+        <translation>現在の状態はまだ確認されていません</translation>
+    </message>
+    <message id="HPS_WhyUnreadable">
+        <translation>エージェントの報告を読み取れません</translation>
     </message>
     <message id="Ignored">
         <translation>無視</translation>

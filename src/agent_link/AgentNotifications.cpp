@@ -80,7 +80,7 @@ const AgentNotifications::Action* AgentNotifications::actionOf(AgentNotification
                {"NotificationMessagePolicyInvalidSignature",
                 "NotificationSubtitlePolicyInvalidSignature"}},
         Action{N::BTDScanComplete,
-               &Self::sendFixedNotification,
+               &Self::backgroundScanEnded,
                {"BTDFinishedScanningMessage", "BTDFinishedScanningTitle"}},
     };
     const auto* const found = std::find_if(actions.begin(), actions.end(),
@@ -238,6 +238,11 @@ void AgentNotifications::sendBlockedFileNotification(const Action& action) {
 void AgentNotifications::sendFixedNotification(const Action& action) {
     m_parts.notifications.SendNotification(localizedText(action.texts[0]),
                                            localizedText(action.texts[1]), noImage);
+}
+
+void AgentNotifications::backgroundScanEnded(const Action& action) {
+    m_parts.state.lastScanEnd = m_parts.clock.localTime();
+    sendFixedNotification(action);
 }
 
 void AgentNotifications::parseBatch(const Action& /*action*/) {

@@ -74,6 +74,7 @@ private:
     void readAnalyzerStatus(const Action& action);
     void sendConsumerNotification(const Action& action);
     void sendBlockedFileNotification(const Action& action);
+    void backgroundScanEnded(const Action& action);
     void sendFixedNotification(const Action& action);
     void applyConnectionRule();
     void applyRunningIconRule();

@@ -29,6 +29,8 @@ AppDelegate::AppDelegate(AppDelegateContext context)
       m_hostCache(m_userDefaults),
       m_statusItem(m_state, m_resources),
       m_statusLine(m_state, m_clock),
+      m_statusWatch(m_state),
+      m_statusPublisher(m_statusWatch),
       m_notifications(m_state, m_hostCache, m_resources, m_linkOpener),
       m_agent(QString::fromLatin1(serviceName)),
       m_channel(m_systemBus, m_notifications),
@@ -54,7 +56,10 @@ AppDelegate::AppDelegate(AppDelegateContext context)
     connectParts();
     m_statusUpdateTimer.setTimerType(Qt::PreciseTimer);
     m_statusUpdateTimer.setInterval(statusPollPeriod);
-    connect(&m_statusUpdateTimer, &QTimer::timeout, this, [this] { m_statusPoll.timerFired(); });
+    connect(&m_statusUpdateTimer, &QTimer::timeout, this, [this] {
+        m_statusPoll.timerFired();
+        m_statusWatch.look(); // an answer, or silence, changes the state without a word
+    });
     setSharedController(&m_agentNotifications);
 }
 
@@ -62,6 +67,9 @@ void AppDelegate::connectParts() {
     connect(&m_menu, &StatusItemMenu::aboutToBeDrawn, &m_window,
             &MainWindowController::dressStatusMenu);
     followAgent();
+    connect(&m_statusLine, &StatusLine::changed, &m_statusWatch, &StatusWatch::look);
+    connect(&m_statusItem, &StatusItem::shownPictureSet, &m_statusWatch, &StatusWatch::look,
+            Qt::QueuedConnection); // the colour is stored after its pictures are set
     connect(&m_trayIcon, &TrayIcon::activated, this, [this] { activate({}); });
     connect(&m_menu, &StatusItemMenu::showDetails, &m_window, [this] { m_window.showDetails(); });
     connect(&m_menu, &StatusItemMenu::aboutApp, &m_window, [this] { m_window.aboutApp(); });
@@ -88,6 +96,7 @@ void AppDelegate::followAgent() {
 void AppDelegate::setAgentIsAway(bool isAway) {
     m_state.agentIsAway = isAway;
     m_window.showWhyTablesAreEmpty();
+    m_statusWatch.look();
 }
 
 AppDelegate::~AppDelegate() {
@@ -118,6 +127,7 @@ MainWindowContext AppDelegate::windowContext() {
             .resources = m_resources,
             .statusItem = m_statusItem,
             .statusLine = m_statusLine,
+            .statusWatch = m_statusWatch,
             .iconDisplay = m_statusItem,
             .tables = {m_fileThreatsTableCtrl, m_memExploitTableCtrl, m_eventsTableCtrl,
                        m_externalDevicesTableCtrl},
@@ -192,6 +202,7 @@ void AppDelegate::startStatusUpdates() {
 
 void AppDelegate::useSessionBus(const QDBusConnection& sessionBus) {
     m_sessionBus = sessionBus;
+    m_statusPublisher.useSessionBus(sessionBus);
     m_appearance.start(sessionBus);
     m_notifications.start(sessionBus);
     if (m_isMenuBuilt) {

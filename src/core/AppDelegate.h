@@ -6,10 +6,12 @@
 #include "core/CommandLine.h"
 #include "core/InfoDictionary.h"
 #include "core/StatusPoll.h"
+#include "core/StatusPublisher.h"
 #include "core/base/AppState.h"
 #include "model/AggregatedMessages.h"
 #include "model/HostCache.h"
 #include "model/RememberedLists.h"
+#include "model/StatusWatch.h"
 #include "platform/Clock.h"
 #include "platform/IniUserDefaults.h"
 #include "platform/NameOwner.h"
@@ -68,6 +70,9 @@ public:
     /// launch or at any time after it; once. Until then nothing touches that bus.
     void useSessionBus(const QDBusConnection& sessionBus);
 
+    /// Makes com.korvale.ui.Status1 part of `object`; before the session bus knows it.
+    void offerStatusOn(QObject& object) { m_statusPublisher.offerOn(object); }
+
     /// Somebody wants to see the program; nothing in no-UI mode.
     void activate(const QString& activationToken);
 
@@ -107,6 +112,8 @@ private:
     HostCache m_hostCache;
     StatusItem m_statusItem;
     StatusLine m_statusLine;
+    StatusWatch m_statusWatch;
+    StatusPublisher m_statusPublisher;
     UserNotifications m_notifications;
 
     SystemBus m_systemBus;

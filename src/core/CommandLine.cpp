@@ -24,7 +24,7 @@ constexpr std::array oneShotOptions{
 };
 
 bool isKnown(const QByteArray& option) {
-    return option == "-a" || option == "--help" || option == "--version" ||
+    return option == "-a" || option == "--help" || option == "--version" || option == "--status" ||
            std::any_of(oneShotOptions.begin(), oneShotOptions.end(),
                        [&option](const Option& one) { return option == one.text; });
 }
@@ -101,6 +101,10 @@ QByteArray helpText() {
            "  -a                      offer the log level and scan menus\n"
            "  --help                  print this and exit\n"
            "  --version               print the version and exit\n"
+           "\n"
+           "Asks the running program how the machine is, prints it and exits:\n"
+           "  --status                one line; --json, --bar waybar or --bar i3status-rs\n"
+           "                          print it for scripts and bars, --watch with each change\n"
            "\n"
            "Each of these sends one request to the agent service, waits for the reply\n"
            "(15 seconds at most) and exits; no display is needed:\n"

@@ -4,6 +4,7 @@
 #include "core/BundleIdentity.h"
 #include "core/ProcessValues.h"
 #include "core/StartUp.h"
+#include "core/StatusCommand.h"
 #include "core/UserSession.h"
 #include "core/base/Logging.h"
 #include "core/base/StandardError.h"
@@ -24,6 +25,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <vector>
 
 namespace korvale {
 namespace {
@@ -40,6 +42,15 @@ QByteArray versionText() {
     return (bufferText(bundleIdentity().name) + QLatin1Char(' ') +
             bufferText(bundleIdentity().version) + QLatin1Char('\n'))
         .toUtf8();
+}
+
+int askForStatus(int argc, char** argv) {
+    const auto options = parseStatusOptions(std::vector<QByteArray>(argv + 1, argv + argc));
+    if (!options) {
+        writeToStandardError(statusUsage);
+        return wrongUse;
+    }
+    return runStatusCommand(argc, argv, *options);
 }
 
 /// The toolkit's application object as this program wants it.
@@ -88,6 +99,7 @@ int runApplication(int argc, char** argv, const CommandLine& commandLine,
     AppDelegate delegate({commandLine, info, environment,
                           [&] { signalsOfTheSystem.sleepOneSecond(); },
                           [&] { session.terminate(); }});
+    delegate.offerStatusOn(session.object());
     QObject::connect(&signalsOfTheSystem, &TerminationSignals::requested, &session,
                      &UserSession::terminate);
     signalsOfTheSystem.watch();
@@ -123,6 +135,9 @@ int runKorvaleUI(int argc, char** argv) {
     const CommandLine commandLine(argc, argv);
     if (commandLine.asksFor("--help")) {
         return print(helpText());
+    }
+    if (commandLine.asksFor("--status")) {
+        return askForStatus(argc, argv);
     }
     const InfoDictionary info =
         InfoDictionary::load(InfoDictionary::packagedPath(), InfoDictionary::administratorsPath());

@@ -28,6 +28,9 @@ public:
     /// Asks the bus already, so that it answers while the toolkit starts.
     UserSession();
 
+    /// What the program's name offers on the bus; further interfaces are added before run().
+    [[nodiscard]] QObject& object() { return m_instance; }
+
     /// Runs until the end. launch() is the first thing that follows, inside the event loop.
     End run();
 

@@ -1,6 +1,7 @@
 #include "shell/MainWindow.h"
 
 #include "platform/Texts.h"
+#include "shell/AnswerStrip.h"
 #include "shell/MenuLabel.h"
 #include "shell/PlainToolTip.h"
 #include "shell/TabBarStyle.h"
@@ -63,6 +64,8 @@ MainWindow::MainWindow(const TableControllers& tables, WindowMemory& memory, QWi
     m_ui->tabView->setDocumentMode(true);
     m_ui->tabView->setAccessibleName(localizedText("HPS_Tabs"));
 
+    m_answerStrip = new AnswerStrip;
+    m_ui->tabView->setStrip(m_answerStrip);
     attachTables(tables);
     customizeTitleBarWithToolBar();
     setupFonts();
@@ -178,6 +181,7 @@ void MainWindow::setDark(bool dark) {
     m_dark = dark;
     m_tabBarStyle->setLineColor(windowColors(dark).line);
     setPalette(windowPalette(dark));
+    m_answerStrip->setDark(dark);
 }
 
 void MainWindow::setTabLabel(int position, const QString& label) {

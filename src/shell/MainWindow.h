@@ -17,6 +17,7 @@ QT_END_NAMESPACE
 
 namespace korvale {
 
+class AnswerStrip;
 class TabBarStyle;
 class ThreatsTableView;
 class WindowMemory;
@@ -41,6 +42,7 @@ public:
     void setTabLabel(int position, const QString& label);
     void setCounterLine(const CounterLine& line);
     void setStatusMessage(const QString& text, const QString& toolTip);
+    [[nodiscard]] AnswerStrip& answerStrip() { return *m_answerStrip; }
     void setDeviceName(const QString& name);
     /// The colour picture, and the same in words.
     void setTitleBarImage(const QIcon& image, const QString& description);
@@ -84,6 +86,7 @@ private:
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     WindowMemory& m_memory;
+    AnswerStrip* m_answerStrip = nullptr;
     TabBarStyle* m_tabBarStyle = nullptr;
     bool m_dark = false;
     bool m_isDrawn = true; ///< as the desktop said last

@@ -1,9 +1,11 @@
 #include "shell/MainWindowController.h"
 
+#include "model/StatusWatch.h"
 #include "platform/LinkOpener.h"
 #include "platform/Texts.h"
 #include "shell/AboutCredits.h"
 #include "shell/AboutPanel.h"
+#include "shell/AnswerStrip.h"
 #include "shell/CounterLine.h"
 #include "shell/MainWindow.h"
 #include "shell/Resources.h"
@@ -69,6 +71,8 @@ void MainWindowController::buildWindow() {
     showTabLabels();
     showTitleBarImage();
     showStatusMessage();
+    m_context.statusWatch.look();
+    showProtection();
     showStatusMenu();
     showAppearance();
 
@@ -78,6 +82,8 @@ void MainWindowController::buildWindow() {
     connect(m_window.get(), &MainWindow::logoClicked, this, &MainWindowController::visitHome);
     connect(&m_context.statusLine, &StatusLine::changed, this,
             &MainWindowController::showStatusMessage);
+    connect(&m_context.statusWatch, &StatusWatch::changed, this,
+            &MainWindowController::showProtection);
     connect(&m_context.statusItem, &StatusItem::titleBarPictureChanged, this,
             &MainWindowController::showTitleBarImage);
     connect(&m_context.statusItem, &StatusItem::toolTipChanged, this,
@@ -95,6 +101,7 @@ void MainWindowController::updateDisplay() {
         m_context.iconDisplay.setIconDispColor(state.newThreatCount < 1 ? IconColor::Green
                                                                         : IconColor::Red);
     }
+    m_context.statusWatch.look();
 }
 
 void MainWindowController::updateCounters(TabIdentifier tab) {
@@ -147,6 +154,13 @@ void MainWindowController::showWhyTablesAreEmpty() {
 void MainWindowController::showStatusMessage() {
     showWhyTablesAreEmpty(); // the agent may have come or gone
     m_window->setStatusMessage(m_context.statusLine.text(), m_context.statusLine.toolTip());
+}
+
+void MainWindowController::showProtection() {
+    const StatusReport& report = m_context.statusWatch.report();
+    m_window->answerStrip().setProtection(report.rule->verdict, report.why,
+                                          protectionAdvice(*report.rule),
+                                          lastScanText(report.lastScanEnd));
 }
 
 void MainWindowController::showStatusMenu() {

@@ -23,6 +23,7 @@ class MainWindow;
 class Resources;
 class StatusItem;
 class StatusLine;
+class StatusWatch;
 
 /// What the details window and the About panel show and set going. Everything referred to outlives
 /// the controller.
@@ -31,6 +32,7 @@ struct MainWindowContext {
     const Resources& resources;
     const StatusItem& statusItem;
     const StatusLine& statusLine;
+    StatusWatch& statusWatch;
     IconDisplay& iconDisplay;
     TableControllers tables;
     LinkOpener& linkOpener;
@@ -89,6 +91,7 @@ private:
     void showTabLabels();
     void showTitleBarImage();
     void showStatusMessage();
+    void showProtection();
     void showStatusMenu();
     void showAppearance();
     void didSelectTab(TabIdentifier tab);

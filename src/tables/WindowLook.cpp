@@ -46,6 +46,22 @@ WindowColors windowColors(bool dark) {
     return {QColor(0xffffffff), QColor(0xfff4f6f9), QColor(0xffd3d9e1)};
 }
 
+std::optional<StripColors> stripColors(Verdict verdict, bool dark) {
+    switch (verdict) {
+    case Verdict::Unknown:
+        return dark ? StripColors{QColor(0xff3d3420), QColor(0xfff3e3b8)}
+                    : StripColors{QColor(0xfffff4d6), QColor(0xff5c4300)};
+    case Verdict::Danger:
+        return dark ? StripColors{QColor(0xff4a2226), QColor(0xffffd9d6)}
+                    : StripColors{QColor(0xfffde8e6), QColor(0xff8a1212)};
+    case Verdict::Away:
+        return StripColors{QColor(0xffb3261e), QColor(0xffffffff)};
+    case Verdict::Good:
+        break;
+    }
+    return std::nullopt;
+}
+
 QPalette tablePalette() {
     QPalette palette{QColor(look::tableWindow)};
     palette.setColor(QPalette::Base, QColor(look::tableBase));

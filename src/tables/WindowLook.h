@@ -1,7 +1,11 @@
 #pragma once
 
+#include "model/ProtectionRules.h"
+
 #include <QColor>
 #include <QPalette>
+
+#include <optional>
 
 namespace korvale {
 
@@ -29,6 +33,9 @@ inline constexpr int menuButtonSide = 32;
 inline constexpr int tabPadding = 16; ///< on each side of a tab's label
 inline constexpr int tabHeight = 38;
 inline constexpr int tabUnderline = 3; ///< thickness of the line under the selected tab
+inline constexpr int stripPadding = 6; ///< above and below what stands in the answer strip
+inline constexpr int stripSpacing = 10;
+inline constexpr int linkPadding = 6;
 inline constexpr double focusRingWidth = 2;
 inline constexpr double focusRingRadius = 5;
 inline constexpr double menuLineLength = 16;
@@ -67,6 +74,15 @@ struct WindowColors {
 };
 
 [[nodiscard]] WindowColors windowColors(bool dark);
+
+/// What the answer strip is drawn in; the texts are readable on it (4.5 to 1 and better).
+struct StripColors {
+    QColor background;
+    QColor text;
+};
+
+/// None while all is well: the window's own.
+[[nodiscard]] std::optional<StripColors> stripColors(Verdict verdict, bool dark);
 
 /// The palette of the program's windows. They carry it themselves: the toolkit's own palette does
 /// not follow the desktop's choice of a dark appearance.

@@ -64,6 +64,10 @@ class WindowCase(DesktopCase):
         """(role, name, description) of everything in the window."""
         return [tuple(json.loads(line)[1:]) for line in self.read("tree").splitlines()]
 
+    def place(self, name):
+        """The middle of the first thing of that name on the screen."""
+        return json.loads(self.read(f"place:{name}"))
+
     def wait_text(self, wanted):
         """Waits for a label (or another accessible) with exactly that name."""
         wait_until(lambda: any(name == wanted for _, name, _ in self.tree()), repr(wanted))

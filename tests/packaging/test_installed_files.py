@@ -13,6 +13,7 @@ FILES = {
     "etc/xdg/autostart/com.korvale.ui.desktop", "usr/bin/korvale-ui",
     "usr/share/applications/com.korvale.ui.desktop",
     "usr/share/dbus-1/interfaces/com.korvale.agent_server.xml",
+    "usr/share/dbus-1/interfaces/com.korvale.ui.Status1.xml",
     "usr/share/dbus-1/system.d/com.korvale.agent_server.conf",
     "usr/share/doc/korvale-ui/README.md", "usr/share/doc/korvale-ui/SECURITY.md",
     "usr/share/icons/hicolor/scalable/apps/com.korvale.ui.svg",

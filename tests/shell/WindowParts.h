@@ -3,6 +3,7 @@
 #include "core/base/AppState.h"
 #include "fakes/FakeAppearance.h"
 #include "fakes/RecordingLinkOpener.h"
+#include "model/StatusWatch.h"
 #include "platform/Clock.h"
 #include "shell/MainWindowController.h"
 #include "shell/Resources.h"
@@ -25,6 +26,7 @@ struct WindowParts {
     StatusItem statusItem{state, resources};
     SystemClock clock;
     StatusLine statusLine{state, clock};
+    StatusWatch statusWatch{state};
     RememberedSelections selections;
     FileThreatsTable fileThreats{selections};
     ProcessThreatsTable processThreats{selections};
@@ -39,6 +41,7 @@ struct WindowParts {
                 .resources = resources,
                 .statusItem = statusItem,
                 .statusLine = statusLine,
+                .statusWatch = statusWatch,
                 .iconDisplay = statusItem,
                 .tables = {fileThreats, processThreats, events, externalDevices},
                 .linkOpener = links,

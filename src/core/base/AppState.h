@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 #include <cstdint>
@@ -72,6 +73,7 @@ struct AppState {
     IconColor curIconDispColor = IconColor::Red;
     QString currentScanItem; ///< file being analysed; null when the agent named none
     std::optional<double> currentScanItemStartTime;
+    QDateTime lastScanEnd; ///< wall clock, when the agent said it; invalid: not yet in this run
     QString updateStatus; ///< decrypted updater message; null when there is none
 
     // Counters, signed as they may fall below zero.

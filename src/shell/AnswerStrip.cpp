@@ -1,0 +1,108 @@
+#include "shell/AnswerStrip.h"
+
+#include "platform/Texts.h"
+#include "shell/ElidedLabel.h"
+#include "shell/LinkButton.h"
+#include "shell/PlainToolTip.h"
+#include "shell/ToolTipReach.h"
+#include "tables/WindowLook.h"
+
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QLabel>
+
+namespace korvale {
+namespace {
+
+/// A label's name is its text; while there is none it still has a name.
+QString nameOfEmpty(const QString& text, const char* key) {
+    return text.isEmpty() ? localizedText(key) : QString();
+}
+
+} // namespace
+
+AnswerStrip::AnswerStrip(QWidget* parent) : QWidget(parent) {
+    m_why = new ElidedLabel(this);
+    m_why->setObjectName(QStringLiteral("whyLbl"));
+    new ToolTipReach(*m_why);
+    m_whatNow = new LinkButton(this);
+    m_whatNow->setObjectName(QStringLiteral("whatNowButton"));
+    m_whatNow->setText(localizedText("HPS_WhatNow"));
+    m_whatNow->setCheckable(true);
+    m_lastScan = new ElidedLabel(this);
+    m_lastScan->setObjectName(QStringLiteral("lastScanLbl"));
+    m_lastScan->setForegroundRole(QPalette::PlaceholderText);
+    m_lastScan->setAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
+    m_advice = new QLabel(this);
+    m_advice->setObjectName(QStringLiteral("adviceLbl"));
+    m_advice->setTextFormat(Qt::PlainText);
+    m_advice->setWordWrap(true);
+    m_advice->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_advice->setContentsMargins(0, 0, 0, look::stripPadding);
+
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(look::margin, look::stripPadding, look::margin, look::stripPadding);
+    rows->setSpacing(look::stripPadding);
+    m_row = new QHBoxLayout;
+    m_row->setSpacing(look::stripSpacing);
+    m_row->addWidget(m_why);
+    m_row->addWidget(m_whatNow);
+    m_row->addStretch();
+    m_row->addWidget(m_lastScan);
+    rows->addLayout(m_row);
+    rows->addWidget(m_advice);
+
+    connect(m_whatNow, &LinkButton::toggled, this, &AnswerStrip::showAdvice);
+    setProtection(Verdict::Good, {}, {}, {});
+}
+
+void AnswerStrip::setProtection(Verdict verdict, const QString& why, const QString& advice,
+                                const QString& lastScan) {
+    const bool isNews = why != m_why->text();
+    m_verdict = verdict;
+    m_why->setText(why);
+    setPlainToolTip(*m_why, why); // a narrow window shortens it
+    m_whatNow->setVisible(!advice.isEmpty());
+    m_whatNow->setAccessibleDescription(advice);
+    m_advice->setText(advice);
+    m_advice->setAccessibleName(nameOfEmpty(advice, "HPS_Advice"));
+    showAdvice(m_whatNow->isChecked());
+    m_lastScan->setText(lastScan);
+    m_lastScan->setVisible(!lastScan.isEmpty());
+    m_lastScan->setAccessibleName(nameOfEmpty(lastScan, "HPS_LastScanName"));
+    setPlainToolTip(*m_lastScan, lastScan);
+    showColors();
+    if (isNews && verdict == Verdict::Away) {
+        QAccessibleEvent alert(m_why, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
+}
+
+void AnswerStrip::showAdvice(bool isShown) {
+    m_advice->setVisible(isShown && !m_advice->text().isEmpty());
+}
+
+void AnswerStrip::setDark(bool dark) {
+    m_dark = dark;
+    showColors();
+}
+
+void AnswerStrip::showColors() {
+    const std::optional<StripColors> colors = stripColors(m_verdict, m_dark);
+    QPalette palette;
+    palette.setResolveMask(0);
+    if (colors) {
+        palette.setColor(QPalette::Window, colors->background);
+        for (const QPalette::ColorRole role :
+             {QPalette::WindowText, QPalette::PlaceholderText, QPalette::Link}) {
+            palette.setColor(role, colors->text);
+        }
+    }
+    setPalette(palette);
+    setAutoFillBackground(colors.has_value());
+    QFont strong = font();
+    strong.setWeight(colors ? QFont::DemiBold : QFont::Normal);
+    m_why->setFont(strong);
+}
+
+} // namespace korvale
