@@ -50,7 +50,9 @@ int askForStatus(int argc, char** argv) {
         writeToStandardError(statusUsage);
         return wrongUse;
     }
-    return runStatusCommand(argc, argv, *options);
+    const QCoreApplication application(argc, argv);
+    const Translations translations;
+    return runStatusCommand(*options);
 }
 
 /// The toolkit's application object as this program wants it.

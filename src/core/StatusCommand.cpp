@@ -3,7 +3,6 @@
 #include "core/AnswerLimit.h"
 #include "core/StatusFollower.h"
 #include "platform/BusProbe.h"
-#include "shell/Translations.h"
 
 #include <QCoreApplication>
 
@@ -44,9 +43,7 @@ private:
 
 } // namespace
 
-int runStatusCommand(int argc, char** argv, const StatusOptions& options) {
-    const QCoreApplication application(argc, argv);
-    const Translations translations;
+int runStatusCommand(const StatusOptions& options) {
     const StatusForm form = options.form;
     const QByteArray tooLate = statusText(form, StatusAnswer::NoAnswer, {});
     // A bus that hangs holds up the toolkit itself.

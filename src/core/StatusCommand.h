@@ -4,10 +4,10 @@
 
 namespace korvale {
 
-/// Asks the running program over the session bus how the machine is, and prints it. Needs neither a
-/// display nor an application object, and makes one; returns the exit status. A bus or program that
-/// says nothing ends it after five seconds. Starts nothing.
-[[nodiscard]] int runStatusCommand(int argc, char** argv, const StatusOptions& options);
+/// Asks the running program over the session bus how the machine is, and prints it; returns the
+/// exit status. Needs a QCoreApplication and the texts, but no display. A bus or program that says
+/// nothing ends the process after five seconds. Starts nothing.
+[[nodiscard]] int runStatusCommand(const StatusOptions& options);
 
 /// What "--status" used wrongly prints to standard error; the exit status is then wrongUse.
 inline constexpr const char* statusUsage =

@@ -74,7 +74,7 @@ struct AppState {
     QString currentScanItem; ///< file being analysed; null when the agent named none
     std::optional<double> currentScanItemStartTime;
     QDateTime lastScanEnd; ///< wall clock, when the agent said it; invalid: not yet in this run
-    QString updateStatus; ///< decrypted updater message; null when there is none
+    QString updateStatus;  ///< decrypted updater message; null when there is none
 
     // Counters, signed as they may fall below zero.
     TabIdentifier activeTabIndex = TabIdentifier::Threats;
