@@ -43,9 +43,3 @@ TEST_F(NamedProcess, DoesNotConcernAOneShotStart) {
 
 } // namespace
 } // namespace korvale
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -198,9 +198,3 @@ TEST_F(ProgramAndAgent, ASignalEndsAOneShotStartThatWaits) {
 
 } // namespace
 } // namespace korvale
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

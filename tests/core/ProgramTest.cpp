@@ -305,9 +305,3 @@ TEST_F(Program, ASystemBusThatHangsHoldsUpNothing) {
 
 } // namespace
 } // namespace korvale
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

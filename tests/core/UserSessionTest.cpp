@@ -60,9 +60,3 @@ TEST_F(UserSessionTest, AfterARestartOfTheBusTheNameComesBackAndAllAreTold) {
 
 } // namespace
 } // namespace korvale
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

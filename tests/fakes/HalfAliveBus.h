@@ -1,16 +1,15 @@
 #pragma once
 
+#include "fakes/ListeningSocket.h"
+
 #include <QByteArray>
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <map>
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -21,14 +20,7 @@ namespace korvale {
 /// On a thread of its own, so that a client that blocks finds out.
 class HalfAliveBus {
 public:
-    explicit HalfAliveBus(const QByteArray& path)
-        : m_path(path), m_listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::copy(path.begin(), path.end(), std::begin(address.sun_path));
-        const void* const generic = &address;
-        EXPECT_EQ(bind(m_listener, static_cast<const sockaddr*>(generic), sizeof address), 0);
-        EXPECT_EQ(listen(m_listener, 16), 0);
+    explicit HalfAliveBus(const QByteArray& path) : m_listener(path) {
         EXPECT_EQ(pipe(m_end.data()), 0);
         m_thread = std::thread([this] { serve(); });
     }
@@ -36,8 +28,6 @@ public:
         close(m_end[1]); // wakes the thread
         m_thread.join();
         close(m_end[0]);
-        close(m_listener);
-        unlink(m_path.constData());
     }
     HalfAliveBus(const HalfAliveBus&) = delete;
     HalfAliveBus& operator=(const HalfAliveBus&) = delete;
@@ -47,7 +37,7 @@ public:
 
 private:
     void serve() {
-        std::vector<pollfd> watched{{m_end[0], POLLIN, 0}, {m_listener, POLLIN, 0}};
+        std::vector<pollfd> watched{{m_end[0], POLLIN, 0}, {m_listener.descriptor(), POLLIN, 0}};
         while (::poll(watched.data(), watched.size(), -1) > 0 && watched[0].revents == 0) {
             for (std::size_t i = 2; i < watched.size(); ++i) {
                 if (watched[i].revents != 0 && !read(watched[i].fd)) {
@@ -56,7 +46,8 @@ private:
                 }
             }
             if (watched[1].revents != 0) {
-                watched.push_back({accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC), POLLIN, 0});
+                watched.push_back(
+                    {accept4(m_listener.descriptor(), nullptr, nullptr, SOCK_CLOEXEC), POLLIN, 0});
             }
             std::erase_if(watched, [](const pollfd& entry) { return entry.fd < 0; });
         }
@@ -90,8 +81,7 @@ private:
         return true;
     }
 
-    QByteArray m_path;
-    int m_listener;
+    ListeningSocket m_listener;
     std::array<int, 2> m_end{};
     std::map<int, QByteArray> m_texts; ///< what each client has said and is not a line yet
     std::atomic<int> m_letIn = 0;

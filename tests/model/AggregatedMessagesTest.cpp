@@ -1,16 +1,8 @@
-#include "model/AggregatedMessages.h"
-
-#include "fakes/FakeTexts.h"
-#include "fakes/MemoryUserDefaults.h"
 #include "fakes/OpenCounter.h"
-#include "fakes/RecordingDisplays.h"
-#include "fakes/RecordingLogSink.h"
-#include "fakes/RecordingTableFeed.h"
-#include "model/HostCache.h"
+#include "model/BatchFixture.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 
 #include <array>
 #include <cstring>
@@ -30,15 +22,8 @@ constexpr int analysisCount = 4;
 constexpr int processStates = 16;
 constexpr int devices = 2048;
 
-class AggregatedMessagesTest : public testing::Test {
+class AggregatedMessagesTest : public BatchFixture {
 protected:
-    AggregatedMessagesTest() { state.justStart = false; }
-
-    void write(const char* name, const QByteArray& content) const {
-        QFile file(folder.filePath(QString::fromLatin1(name)));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
     void remove(const char* name) const {
         QFile::remove(folder.filePath(QString::fromLatin1(name)));
     }
@@ -69,22 +54,6 @@ protected:
         EXPECT_EQ(displays.shown.takeLast(), QStringLiteral("counters")); // always, and last
         return calls;
     }
-
-    RecordingLogSink log;
-    QTemporaryDir folder;
-    QStringList calls;
-    AppState state;
-    RememberedLists remembered;
-    fakes::MemoryUserDefaults defaults;
-    HostCache hostCache{defaults, folder.path()};
-    fakes::RecordingTableFeed threatTable{QStringLiteral("threats"), calls};
-    fakes::RecordingTableFeed processTable{QStringLiteral("processes"), calls};
-    fakes::RecordingTableFeed eventTable{QStringLiteral("events"), calls};
-    fakes::RecordingTableFeed deviceTable{QStringLiteral("devices"), calls};
-    fakes::RecordingDisplays displays{state};
-    AggregatedMessages messages{
-        state,    hostCache, remembered, {threatTable, processTable, eventTable, deviceTable},
-        displays, displays,  displays};
 };
 
 QStringList lines(std::initializer_list<const char*> texts) {

@@ -1,18 +1,10 @@
 // What does not fit into memory counts as absent, and the program goes on.
 #include "ScarceMemory.h"
 
-#include "fakes/MemoryUserDefaults.h"
-#include "fakes/RecordingDisplays.h"
-#include "fakes/RecordingLogSink.h"
-#include "fakes/RecordingTableFeed.h"
-#include "model/AggregatedMessages.h"
+#include "model/BatchFixture.h"
 #include "model/CCCryptMessage.h"
-#include "model/HostCache.h"
 #include "model/UpdaterCrypto.h"
 #include "platform/SmallFile.h"
-
-#include <QFile>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 #include <vector>
@@ -20,18 +12,9 @@
 namespace korvale {
 namespace {
 
-class ScarceMemoryTest : public testing::Test {
+class ScarceMemoryTest : public BatchFixture {
 protected:
-    ScarceMemoryTest() {
-        state.justStart = false;
-        write("header.log", R"({"MessageMask": 2065})");
-    }
-
-    void write(const char* name, const QByteArray& content) const {
-        QFile file(folder.filePath(QString::fromLatin1(name)));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
+    ScarceMemoryTest() { write("header.log", R"({"MessageMask": 2065})"); }
 
     /// 2000 records with this inside.
     void writeList(const char* name, const QByteArray& record) const {
@@ -48,22 +31,6 @@ protected:
         messages.parseTimerAggregatedMessage();
         return calls;
     }
-
-    RecordingLogSink log;
-    QTemporaryDir folder;
-    QStringList calls;
-    AppState state;
-    RememberedLists remembered;
-    fakes::MemoryUserDefaults defaults;
-    HostCache hostCache{defaults, folder.path()};
-    fakes::RecordingTableFeed threatTable{QStringLiteral("threats"), calls};
-    fakes::RecordingTableFeed processTable{QStringLiteral("processes"), calls};
-    fakes::RecordingTableFeed eventTable{QStringLiteral("events"), calls};
-    fakes::RecordingTableFeed deviceTable{QStringLiteral("devices"), calls};
-    fakes::RecordingDisplays displays{state};
-    AggregatedMessages messages{
-        state,    hostCache, remembered, {threatTable, processTable, eventTable, deviceTable},
-        displays, displays,  displays};
 };
 
 TEST_F(ScarceMemoryTest, AListTooLargeForItIsAbsentUntilThereIsMore) {

@@ -248,9 +248,3 @@ TEST(BusAddress, SessionBusIsTheGivenOneElseTheRuntimeFolders) {
 
 } // namespace
 } // namespace korvale
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

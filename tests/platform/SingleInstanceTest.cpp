@@ -205,9 +205,3 @@ TEST_F(SingleInstanceTest, AnOwnerThatHangsIsGivenUp) {
 
 } // namespace
 } // namespace korvale
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

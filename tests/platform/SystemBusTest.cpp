@@ -297,9 +297,3 @@ TEST(SystemBus, FinishingTheFirstAttemptTakesItsTimeOnceForAllAddresses) {
 
 } // namespace
 } // namespace korvale
-
-int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

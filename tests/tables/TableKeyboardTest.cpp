@@ -1,4 +1,5 @@
 #include "tables/EventsTable.h"
+#include "tables/PaintedRegion.h"
 #include "tables/TableOnScreen.h"
 
 #include <QToolTip>
@@ -113,16 +114,6 @@ TEST_F(TableKeyboardTest, TheFocusShowsHoweverItCameButByTheMouse) {
         EXPECT_EQ(events.image, clicked) << reason;
     }
 }
-
-struct PaintedRegion : QObject {
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() == QEvent::Paint) {
-            painted += static_cast<QPaintEvent*>(event)->region();
-        }
-        return false;
-    }
-    QRegion painted;
-};
 
 TEST_F(TableKeyboardTest, AClickOnTheCurrentRowTakesItsFrameAway) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(events.view.get()));

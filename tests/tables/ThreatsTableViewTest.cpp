@@ -1,5 +1,6 @@
 #include "fakes/FakeTexts.h"
 #include "tables/EventsTable.h"
+#include "tables/PaintedRegion.h"
 #include "tables/TableOnScreen.h"
 
 #include <QAbstractButton>
@@ -309,21 +310,11 @@ TEST_F(ThreatsTableViewTest, NothingOfARowHeaderCoversTheCells) {
     }
 }
 
-struct PaintWatcher : QObject {
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() == QEvent::Paint) {
-            painted += static_cast<QPaintEvent*>(event)->region();
-        }
-        return false;
-    }
-    QRegion painted;
-};
-
 TEST_F(ThreatsTableViewTest, TheFrameOfTheCurrentRowLeavesWithIt) {
     events.load(numberedRows(5));
     events.clickRow(0);
     QApplication::processEvents();
-    PaintWatcher watcher;
+    PaintedRegion watcher;
     events.view->viewport()->installEventFilter(&watcher);
     QTest::keyClick(events.view.get(), Qt::Key_Down, Qt::ControlModifier); // current row alone
     QApplication::processEvents();

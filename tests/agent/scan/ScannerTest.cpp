@@ -140,9 +140,3 @@ TEST_F(ScannerTest, MayGoWhileItScansAndChecks) {
 }
 
 } // namespace
-
-int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -1,9 +1,0 @@
-#include <QCoreApplication>
-
-#include <gtest/gtest.h>
-
-int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv); // translators need one
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
