@@ -19,8 +19,7 @@ QStringList tokenVariables() {
 
 } // namespace
 
-XdgLinkOpener::XdgLinkOpener(QProcessEnvironment environment)
-    : m_environment(std::move(environment)) {
+XdgLinkOpener::XdgLinkOpener(const QProcessEnvironment& environment) : m_environment(environment) {
     // Each is good for one window: this program's.
     for (const QString& variable : tokenVariables()) {
         m_environment.remove(variable);

@@ -12,7 +12,7 @@ class XdgLinkOpener final : public LinkOpener {
 public:
     /// `environment` is what the program was started with: what it has changed for itself since
     /// is none of the browser's business.
-    explicit XdgLinkOpener(QProcessEnvironment environment);
+    explicit XdgLinkOpener(const QProcessEnvironment& environment);
 
     void openLink(const QString& link, const QString& activationToken) override;
 
