@@ -124,7 +124,8 @@ void NotificationServer::show(const DesktopNotification& notification) {
             [this, answer, link = notification.link] {
                 answer->deleteLater();
                 const QDBusMessage reply = answer->reply();
-                if (reply.type() == QDBusMessage::ReplyMessage) {
+                // Anything else than a number would stand for notification 0, which is none.
+                if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == u"u") {
                     remember({reply.service(), reply.arguments().value(0).toUInt(), link, {}});
                 }
             });
