@@ -73,6 +73,7 @@ inside() {
   for kept in /etc/korvale-agent/agent.toml /var/lib/korvale-agent/findings.sqlite; do
     [ -e "$kept" ] || fail "$kept is gone before it shall"
   done
+  hash -r # the shell remembers where they were
   ! command -v korvale-ui korvale-agent korvale-agentctl || fail "a program is left"
   say "purging them"
   apt-get purge -qq -y korvale-ui korvale-agent >/dev/null

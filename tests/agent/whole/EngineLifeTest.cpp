@@ -99,6 +99,20 @@ TEST_F(EngineLifeTest, OneThatCannotBeStartedStaysTold) {
     EXPECT_TRUE(problems().contains(QStringLiteral("does not answer")));
 }
 
+TEST_F(EngineLifeTest, OneWithOldSignaturesProtectsFromNothingNew) {
+    m_clamd->setVersion("ClamAV 1.4.6/26000/Fri Nov 13 09:00:00 2020");
+    start();
+    ASSERT_TRUE(heardBoth("notconnected"));
+    EXPECT_TRUE(problems().contains(QStringLiteral("older than seven days")))
+        << problems().toStdString();
+    EXPECT_TRUE(m_systemd->started.isEmpty()) << "it runs";
+    EXPECT_TRUE(control("Status")
+                    .value(QStringLiteral("engine"))
+                    .toObject()
+                    .value(QStringLiteral("reachable"))
+                    .toBool());
+}
+
 TEST_F(EngineLifeTest, OneThatHangsInAScanIsAskedForTheRestWhenItIsBack) {
     constexpr int kFiles = 60;
     for (int file = 0; file < kFiles; ++file) {
