@@ -1,0 +1,95 @@
+"""The whole program in other languages, in the other direction, and on sharp screens."""
+import json
+import os
+
+from at_home import PICTURES
+from window_case import READER, WindowCase, text, wait_until, window_of
+
+TABS = ("HPS_Threats", "HPS_Exploits", "HPS_Events", "HPS_ExternalDevices")
+
+
+class SpokenCase(WindowCase):
+    """The program is started by the test, in an environment of its own."""
+
+    def setUp(self):
+        super(WindowCase, self).setUp()
+        self.empty_folders()
+        self.reported_agent = self.agent()
+
+    def opened(self, *arguments, **environment):
+        self.details = self.started(self.reported_agent, *arguments, environment=environment)
+        self.status_item = self.item(self.details)
+        self.reported_agent.tell_all("start", "halyx on", "quillmar on", "batch on")
+        self.status_item.wait_colour("green")
+        self.publish("threat /home/ada/見積書.xlsx 1 id-x", "analysed 4711")
+        return self.open_window()
+
+    def picture(self, name):
+        if PICTURES:
+            os.makedirs(PICTURES, exist_ok=True)
+            self.desktop.screenshot(os.path.join(PICTURES, f"{name}.png"))
+
+    def tab_names(self):
+        return [name.rpartition(" (")[0] or name.rstrip() for role, name, _ in self.tree() if role == "page tab"]
+
+
+class Languages(SpokenCase):
+    def check(self, language, locale):
+        self.opened(LANG=locale, LANGUAGE=None)
+        self.assertEqual(self.tab_names(), [text(key, language) for key in TABS])
+        self.wait_text(text("Analyzed", language))
+        self.assertEqual(repr(self.status_item.menu()[0]), text("ShowDetailsMenu", language))
+        self.picture(f"window-{language}")
+        self.status_item.click(self.status_item.entry(text("About", language)))
+        wait_until(lambda: json.loads(self.read("texts") or "[]"), "the credits")
+        self.assertIn(text("AboutPolicy", language).strip(), json.loads(self.read("texts"))[0])
+        self.picture(f"about-{language}")
+
+    def test_german(self):
+        self.check("de", "de_DE.UTF-8")
+
+    def test_japanese_with_a_font_for_it(self):
+        self.assertTrue(self.desktop.run(["fc-list", ":lang=ja"]).strip(), "install fonts-ipaexfont-gothic")
+        self.check("ja", "ja_JP.UTF-8")
+
+    def test_the_toolkits_own_buttons_are_german_too(self):
+        program = self.program("-a", environment={"LANG": "de_DE.UTF-8", "LANGUAGE": None})
+        item = self.item(program)
+        item.click(item.entry(text("TM_Folder", "de")))
+        wait_until(lambda: "Abbrechen" in self.desktop.run(["/usr/bin/python3", READER, str(program.pid), "tree"],
+                                                           check=False), "the chooser in German")
+        self.picture("chooser-de")
+
+    def test_from_right_to_left_the_tabs_begin_at_the_right(self):
+        self.opened("-reverse")
+
+        def place(key):
+            name = next(name for role, name, _ in self.tree() if role == "page tab" and name.startswith(text(key)))
+            return json.loads(self.read(f"place:{name}"))
+        self.picture("window-reversed")
+        self.assertGreater(place("HPS_Exploits")[0], place("HPS_ExternalDevices")[0])
+
+
+class Scales(SpokenCase):
+    """With twice and one and a half times the pixels."""
+
+    def check(self, factor):
+        self.opened(QT_SCALE_FACTOR=factor, QT_SCALE_FACTOR_ROUNDING_POLICY="PassThrough")
+        self.picture(f"window-{factor}")
+        wait_until(lambda: self.current_tab()[1] == 1, "the row")
+        self.press("ctrl+Next")
+        self.wait_tab(text("HPS_Exploits") + " ", 0)
+        self.press("ctrl+Prior")
+        self.wait_tab(text("HPS_Threats") + " ", 1)
+        self.press("Down")
+        self.assertIn("見積書.xlsx", "\n".join(self.copied()))
+        nameless = {role for role, name, _ in self.tree() if not name} & {"push button", "page tab", "table", "image"}
+        self.assertEqual(nameless, set())
+        self.press("Escape")
+        wait_until(lambda: window_of(self.desktop, self.details) is None, "the window to go")
+
+    def test_the_window_is_worked_by_keyboard_at_twice_the_size(self):
+        self.check("2")
+
+    def test_the_window_is_worked_by_keyboard_at_one_and_a_half_times_the_size(self):
+        self.check("1.5")
