@@ -1,5 +1,6 @@
 """Starting, ending and what standard error says meanwhile."""
 import os
+import pathlib
 import shutil
 import signal
 import socket
@@ -8,6 +9,7 @@ import unittest
 
 from desktop_case import DesktopCase, wait_until
 from drivers import BINARIES
+from texts import text
 
 
 class Start(DesktopCase):
@@ -21,6 +23,34 @@ class Start(DesktopCase):
         at, _ = program.wait_log(r'^INFO "main\(\) Bastion KorveleUI Bundle ID com.korvale.ui"$', at)
         # processes of one executable are one application, and tests may run side by side
         program.wait_log(r'^INFO "app\(KorvaleUI\), pid\(\d+\)"$', at)
+
+    def test_it_listens_on_no_socket_and_what_it_writes_is_its_users_alone(self):
+        before = os.umask(0)
+        try:
+            program = self.program()
+        finally:
+            os.umask(before)
+        item = self.item(program)
+        item.click(item.entry(text("CM_ShowNotifications")))
+        settings = self.desktop.folder / "config" / "Korvale" / "KorvaleUI.conf"
+        wait_until(settings.exists, "the preferences")
+        self.assertEqual(settings.stat().st_mode & 0o7777, 0o600)
+        self.assertEqual(settings.parent.stat().st_mode & 0o7777, 0o700)
+        own = {os.readlink(one) for one in pathlib.Path(f"/proc/{program.pid}/fd").iterdir()}
+        self.assertTrue(any(one.startswith("socket:") for one in own), "it has connections")
+        self.assertEqual(own & self.listening(program.pid), set())
+
+    def listening(self, pid):
+        """All sockets of the machine that wait for others to connect."""
+        found = set()
+        for protocol, state, column in (("unix", "00010000", 3), ("tcp", "0A", 3), ("tcp6", "0A", 3),
+                                        ("udp", "07", 3), ("udp6", "07", 3)):
+            table = pathlib.Path(f"/proc/{pid}/net/{protocol}")
+            for line in table.read_text().splitlines()[1:] if table.exists() else ():
+                fields = line.split()
+                if fields[column] == state:
+                    found.add(f"socket:[{fields[6 if protocol == 'unix' else 9]}]")
+        return found
 
     def test_a_root_for_tests_is_warned_of(self):
         self.program().wait_log(r'^WARN ".*KORVALE_ROOT')
