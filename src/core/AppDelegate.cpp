@@ -204,6 +204,7 @@ void AppDelegate::useSessionBus(const QDBusConnection& sessionBus) {
     m_sessionBus = sessionBus;
     m_statusPublisher.useSessionBus(sessionBus);
     m_appearance.start(sessionBus);
+    m_legibility.start(sessionBus);
     m_notifications.start(sessionBus);
     if (m_isMenuBuilt) {
         m_trayIcon.useSessionBus(sessionBus);

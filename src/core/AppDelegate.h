@@ -19,6 +19,7 @@
 #include "platform/SystemBus.h"
 #include "platform/XdgLinkOpener.h"
 #include "shell/FolderScanChooser.h"
+#include "shell/LegibilitySettings.h"
 #include "shell/MainWindowController.h"
 #include "shell/Resources.h"
 #include "shell/StatusItem.h"
@@ -109,6 +110,7 @@ private:
 
     PortalAppearance m_appearance;
     Resources m_resources;
+    LegibilitySettings m_legibility{m_resources};
     HostCache m_hostCache;
     StatusItem m_statusItem;
     StatusLine m_statusLine;

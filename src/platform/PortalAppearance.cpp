@@ -1,127 +1,21 @@
 #include "platform/PortalAppearance.h"
 
-#include "platform/BusSignals.h"
-
-#include <QDBusPendingCall>
-#include <QDBusPendingCallWatcher>
-#include <QDBusVariant>
-
 namespace korvale {
-namespace {
 
-QString portalName() {
-    return QStringLiteral("org.freedesktop.portal.Desktop");
-}
-QString portalPath() {
-    return QStringLiteral("/org/freedesktop/portal/desktop");
-}
-QString settingsInterface() {
-    return QStringLiteral("org.freedesktop.portal.Settings");
-}
-QString appearanceGroup() {
-    return QStringLiteral("org.freedesktop.appearance");
-}
-QString colorSchemeKey() {
-    return QStringLiteral("color-scheme");
+PortalAppearance::PortalAppearance(QObject* parent)
+    : Appearance(parent),
+      m_scheme(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme")) {
+    connect(&m_scheme, &PortalSetting::changed, this, &PortalAppearance::take);
 }
 
-/// Read answers a variant inside a variant.
-QVariant unwrapped(QVariant value) {
-    while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
-        value = value.value<QDBusVariant>().variant();
-    }
-    return value;
-}
-
-} // namespace
-
-PortalAppearance::PortalAppearance(QObject* parent) : Appearance(parent), m_portal(portalName()) {
-    connect(&m_portal, &NameOwner::changed, this, &PortalAppearance::ownerChanged);
-}
-
-void PortalAppearance::start(const QDBusConnection& sessionBus) {
-    m_bus = sessionBus;
-    dropEntry();
-    if (!m_bus.isConnected()) {
-        m_portal.forget();
-        return;
-    }
-    // The slot takes the bare message, since QtDBus silently refuses one with a QDBusVariant that
-    // nothing in the process has used before.
-    hearSignals(m_bus, {portalPath(), settingsInterface(), QStringLiteral("SettingChanged"), {}},
-                this, SLOT(settingChanged(QDBusMessage)));
-    m_portal.follow(m_bus);
-    read(); // which starts a portal that is not running yet
-}
-
-void PortalAppearance::read() {
-    auto call = QDBusMessage::createMethodCall(portalName(), portalPath(), settingsInterface(),
-                                               QStringLiteral("Read"));
-    call << appearanceGroup() << colorSchemeKey();
-    m_hasAppeared = false;
-    ++m_question;
-    const QDBusPendingCall question = m_bus.asyncCall(call, noTimeout);
-    m_isAsking = !(question.isFinished() && question.isError());
-    if (!m_isAsking) {
-        return; // the bus has just gone
-    }
-    auto* watcher = new QDBusPendingCallWatcher(question, this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, watcher, number = m_question] {
-                watcher->deleteLater();
-                if (number == m_question) {
-                    takeAnswer(watcher->reply());
-                }
-            });
-}
-
-void PortalAppearance::takeAnswer(const QDBusMessage& reply) {
-    m_isAsking = false;
-    if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {
-        take(reply.arguments().constFirst());
-    } else if (m_hasAppeared && !reply.service().startsWith(u':')) {
-        read(); // nobody was there when the bus was asked, but somebody is now
-    }
-}
-
-void PortalAppearance::ownerChanged(const QString& before, const QString& now) {
-    if (!before.isEmpty()) {
-        ++m_question; // whoever was asked is gone
-        m_isAsking = false;
-        dropEntry();
-    }
-    if (now.isEmpty()) {
-        return;
-    }
-    if (m_isAsking) {
-        m_hasAppeared = true; // and answers, unless the bus has refused in its place before
-    } else {
-        read();
-    }
-}
-
-/// A portal that goes takes its entry along.
-void PortalAppearance::dropEntry() {
-    if (m_entry.isValid()) {
-        m_entry = QVariant();
-        Q_EMIT interfaceThemeChanged();
-    }
-}
-
-void PortalAppearance::settingChanged(const QDBusMessage& message) {
-    const bool isFromPortal = m_portal.compare(message.service()) == NameOwner::Is::Owner;
-    const QVariantList setting = message.arguments(); // group, key, value
-    if (isFromPortal && setting.value(0) == appearanceGroup() &&
-        setting.value(1) == colorSchemeKey() && setting.size() == 3) {
-        take(setting.at(2));
-    }
-}
-
-void PortalAppearance::take(const QVariant& value) {
+void PortalAppearance::take() {
     static constexpr uint preferDark = 1;
+    const bool hadEntry = m_entry.isValid();
     m_entry =
-        unwrapped(value) == QVariant(preferDark) ? QVariant(QStringLiteral("Dark")) : QVariant();
-    Q_EMIT interfaceThemeChanged();
+        m_scheme.value() == QVariant(preferDark) ? QVariant(QStringLiteral("Dark")) : QVariant();
+    if (m_scheme.value().isValid() || hadEntry) {
+        Q_EMIT interfaceThemeChanged(); // a portal that goes with nothing to take along is no news
+    }
 }
 
 } // namespace korvale

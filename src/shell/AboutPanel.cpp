@@ -89,8 +89,8 @@ void AboutPanel::setCredits(const QString& credits) {
     }
 }
 
-void AboutPanel::setDark(bool dark) {
-    setPalette(windowPalette(dark));
+void AboutPanel::setDark(bool dark, bool highContrast) {
+    setPalette(windowPalette(dark, highContrast));
 }
 
 } // namespace korvale

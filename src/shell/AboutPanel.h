@@ -19,7 +19,7 @@ public:
                QWidget* parent = nullptr);
 
     void setCredits(const QString& credits);
-    void setDark(bool dark);
+    void setDark(bool dark, bool highContrast = false);
 
 private:
     QPlainTextEdit* m_credits = nullptr;

@@ -47,7 +47,7 @@ void FolderScanChooser::scanSpecificFolder() {
 
 void FolderScanChooser::showAppearance() {
     if (m_dialog) {
-        m_dialog->setPalette(windowPalette(m_resources.isDark()));
+        m_dialog->setPalette(windowPalette(m_resources.isDark(), m_resources.isHighContrast()));
     }
 }
 

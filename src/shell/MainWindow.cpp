@@ -13,7 +13,6 @@
 #include "tables/FileThreatsTable.h"
 #include "tables/KeyEvents.h"
 #include "tables/ProcessThreatsTable.h"
-#include "tables/WindowLook.h"
 #include "ui_MainWindow.h"
 
 #include <QEvent>
@@ -177,10 +176,10 @@ void MainWindow::selectNextTab(int step) {
     m_ui->tabView->setCurrentIndex((m_ui->tabView->currentIndex() + step + count) % count);
 }
 
-void MainWindow::setDark(bool dark) {
-    m_dark = dark;
-    m_tabBarStyle->setLineColor(windowColors(dark).line);
-    setPalette(windowPalette(dark));
+void MainWindow::setDark(bool dark, bool highContrast) {
+    m_colors = windowColors(dark, highContrast);
+    m_tabBarStyle->setLineColor(m_colors.line);
+    setPalette(windowPalette(dark, highContrast));
     m_answerStrip->setDark(dark);
 }
 
@@ -303,7 +302,7 @@ void MainWindow::hideEvent(QHideEvent* event) {
 }
 
 void MainWindow::paintEvent(QPaintEvent* /*event*/) {
-    const WindowColors colors = windowColors(m_dark);
+    const WindowColors& colors = m_colors;
     const QRect title(0, 0, width(), m_ui->titlbarBox->geometry().bottom() + 1);
     QLinearGradient background(title.topLeft(), title.bottomLeft());
     background.setColorAt(0, colors.titleTop);

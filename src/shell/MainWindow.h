@@ -4,6 +4,7 @@
 #include "shell/CounterLine.h"
 #include "shell/TableControllers.h"
 #include "shell/ToolbarDelegate.h"
+#include "tables/WindowLook.h"
 
 #include <QWidget>
 
@@ -36,7 +37,7 @@ public:
     ~MainWindow() override;
 
     /// The chrome's appearance; tables are light in both.
-    void setDark(bool dark);
+    void setDark(bool dark, bool highContrast = false);
 
     /// Positions count from 0, as the tabs stand on screen.
     void setTabLabel(int position, const QString& label);
@@ -88,7 +89,7 @@ private:
     WindowMemory& m_memory;
     AnswerStrip* m_answerStrip = nullptr;
     TabBarStyle* m_tabBarStyle = nullptr;
-    bool m_dark = false;
+    WindowColors m_colors;
     bool m_isDrawn = true; ///< as the desktop said last
 };
 

@@ -176,13 +176,14 @@ void MainWindowController::showAppearance() {
         return; // nothing of the toolkit's looks is touched before something is shown
     }
     const bool dark = m_context.resources.isDark();
+    const bool highContrast = m_context.resources.isHighContrast();
     if (m_window) {
-        m_window->setDark(dark);
+        m_window->setDark(dark, highContrast);
     }
     if (m_aboutPanel) {
-        m_aboutPanel->setDark(dark);
+        m_aboutPanel->setDark(dark, highContrast);
     }
-    QToolTip::setPalette(windowPalette(dark));
+    QToolTip::setPalette(windowPalette(dark, highContrast));
 }
 
 void MainWindowController::dressStatusMenu() {
@@ -190,7 +191,8 @@ void MainWindowController::dressStatusMenu() {
         return;
     }
     m_isMenuDressed = true;
-    const QPalette palette = windowPalette(m_context.resources.isDark());
+    const QPalette palette =
+        windowPalette(m_context.resources.isDark(), m_context.resources.isHighContrast());
     m_context.statusMenu->setPalette(palette);
     for (QMenu* submenu : m_context.statusMenu->findChildren<QMenu*>()) {
         submenu->setPalette(palette); // a window of its own, which inherits no palette

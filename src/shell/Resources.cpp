@@ -73,6 +73,13 @@ QIcon Resources::getImage(int index) const {
     return member == nullptr ? QIcon() : this->*member;
 }
 
+void Resources::setHighContrast(bool isHigh) {
+    if (isHigh != m_isHighContrast) {
+        m_isHighContrast = isHigh;
+        Q_EMIT darkModeFlipped();
+    }
+}
+
 void Resources::darkModeChanged() {
     const QVariant style = m_appearance.interfaceStyle();
     const bool isDark = style.metaType() == QMetaType::fromType<QString>() &&

@@ -33,18 +33,22 @@ public:
     [[nodiscard]] QIcon getImage(int index) const;
 
     [[nodiscard]] bool isDark() const { return m_isDark; }
+    /// Whether the user has the desktop ask for more contrast.
+    [[nodiscard]] bool isHighContrast() const { return m_isHighContrast; }
+    void setHighContrast(bool isHigh);
 
     /// Reads the appearance again; darkModeFlipped() follows when it is another than before.
     void darkModeChanged();
 
 Q_SIGNALS:
-    /// The pictures that follow the appearance are others now.
+    /// The pictures and colours that follow the appearance are others now.
     void darkModeFlipped();
 
 private:
     Appearance& m_appearance;
     IconSet m_iconSet;
     bool m_isDark = false;
+    bool m_isHighContrast = false;
 
     QIcon greenImage, yellowImage, redImage;
     QIcon greenImage_Inverted, yellowImage_Inverted, redImage_Inverted;

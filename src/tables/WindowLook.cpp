@@ -37,9 +37,29 @@ constexpr std::array roleColors{
 
 constexpr std::array textRoles{QPalette::WindowText, QPalette::Text, QPalette::ButtonText};
 
+/// What the desktop's high contrast asks for. What is selected has the opposite colours.
+QPalette blackAndWhite(bool dark) {
+    const QColor ground(dark ? Qt::black : Qt::white);
+    const QColor ink(dark ? Qt::white : Qt::black);
+    QPalette palette;
+    for (const RoleColors& colors : roleColors) {
+        palette.setColor(colors.role, ink);
+    }
+    for (const QPalette::ColorRole role :
+         {QPalette::Window, QPalette::Base, QPalette::AlternateBase, QPalette::Button,
+          QPalette::HighlightedText, QPalette::ToolTipBase}) {
+        palette.setColor(role, ground);
+    }
+    return palette;
+}
+
 } // namespace
 
-WindowColors windowColors(bool dark) {
+WindowColors windowColors(bool dark, bool highContrast) {
+    if (highContrast) {
+        const QColor ground(dark ? Qt::black : Qt::white);
+        return {ground, ground, QColor(dark ? Qt::white : Qt::black)};
+    }
     if (dark) {
         return {QColor(0xff2b323d), QColor(0xff1f242c), QColor(0xff343c47)};
     }
@@ -69,7 +89,10 @@ QPalette tablePalette() {
     return palette;
 }
 
-QPalette windowPalette(bool dark) {
+QPalette windowPalette(bool dark, bool highContrast) {
+    if (highContrast) {
+        return blackAndWhite(dark);
+    }
     QPalette palette;
     for (const RoleColors& colors : roleColors) {
         palette.setColor(colors.role, QColor(dark ? colors.dark : colors.light));

@@ -73,7 +73,7 @@ struct WindowColors {
     QColor line;        ///< hairline between the parts of the window
 };
 
-[[nodiscard]] WindowColors windowColors(bool dark);
+[[nodiscard]] WindowColors windowColors(bool dark, bool highContrast = false);
 
 /// What the answer strip is drawn in; the texts are readable on it (4.5 to 1 and better).
 struct StripColors {
@@ -85,8 +85,8 @@ struct StripColors {
 [[nodiscard]] std::optional<StripColors> stripColors(Verdict verdict, bool dark);
 
 /// The palette of the program's windows. They carry it themselves: the toolkit's own palette does
-/// not follow the desktop's choice of a dark appearance.
-[[nodiscard]] QPalette windowPalette(bool dark);
+/// not follow the desktop's choice of a dark appearance. With high contrast it is black and white.
+[[nodiscard]] QPalette windowPalette(bool dark, bool highContrast = false);
 
 /// The palette of the tables, in both appearances.
 [[nodiscard]] QPalette tablePalette();

@@ -203,6 +203,21 @@ TEST_P(ContrastTest, EveryTextOfThePaletteCanBeReadOnItsBackground) {
     }
 }
 
+TEST_P(ContrastTest, WithHighContrastEverythingIsBlackAndWhite) {
+    resources.setHighContrast(true);
+    QWidget& window = shownWindow();
+    controller().updateDisplay();
+    expectLegible(window);
+    const QColor ground(GetParam() ? Qt::black : Qt::white);
+    EXPECT_EQ(window.palette().color(QPalette::Window), ground);
+    EXPECT_EQ(window.grab().toImage().pixelColor(3, 3), ground);
+    EXPECT_EQ(part<QLabel>("deviceName").palette().color(QPalette::PlaceholderText),
+              QColor(GetParam() ? Qt::white : Qt::black));
+    resources.setHighContrast(false);
+    EXPECT_EQ(window.palette().color(QPalette::Window),
+              windowPalette(GetParam()).color(QPalette::Window));
+}
+
 INSTANTIATE_TEST_SUITE_P(LightAndDark, ContrastTest, testing::Bool(),
                          [](const auto& dark) { return dark.param ? "Dark" : "Light"; });
 
