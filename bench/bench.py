@@ -12,7 +12,8 @@ import tempfile
 
 HERE = pathlib.Path(__file__).resolve().parent
 PROJECT = HERE.parent
-GROUPS = ("batch", "tables", "start", "rest", "window", "answers", "package", "agent")
+GROUPS = ("batch", "tables", "start", "rest", "window", "answers", "sessions", "package",
+          "agent")
 
 
 def arguments():
@@ -30,10 +31,11 @@ def on_desktop(names, binaries, folder, quick, take):
     from desktop_session import DesktopSession
     import answer_measures
     import desktop_measures
+    import session_measures
 
     measures = {"start": desktop_measures.start, "rest": desktop_measures.rest,
                 "window": desktop_measures.window, "answers": answer_measures.answers,
-                "package": desktop_measures.package}
+                "sessions": session_measures.sessions, "package": desktop_measures.package}
     with DesktopSession() as session:
         bench = desktop_measures.Bench(session, binaries, folder, quick)
         for name in names:

@@ -1,4 +1,5 @@
 """The whole program on a desktop without a screen: start, rest, window, answers."""
+import contextlib
 import json
 import math
 import os
@@ -61,11 +62,51 @@ class Bench:
 # Start
 
 
+@contextlib.contextmanager
+def full_desktop(bench):
+    """300 menu entries and 150 processes of programs of their own."""
+    entries = bench.session.folder / "data" / "applications"
+    programs = bench.folder / "programs"
+    programs.mkdir()
+    languages = ("de", "fr", "es", "ja", "it", "pt_BR", "ru", "zh_CN", "ar", "pl") * 3
+    made, running = [], []
+    try:
+        for number in range(300):
+            made.append(entries / f"full{number}.desktop")
+            made[-1].write_text(
+                f"[Desktop Entry]\nType=Application\nName=Program {number}\n"
+                + "".join(f"Comment[{language}{index}]=What the program {number} is good for\n"
+                          for index, language in enumerate(languages))
+                + f"Exec={programs}/program{number} %U\nIcon=program\nTerminal=false\n")
+        for number in range(150):
+            program = programs / f"program{number}"
+            shutil.copy("/usr/bin/sleep", program)
+            running.append(subprocess.Popen([program, "3600"], env=bench.session.env))
+        yield
+    finally:
+        for process in running:
+            process.kill()
+            process.wait()
+        for entry in made:
+            entry.unlink()
+
+
+def start_on_a_full_desktop(bench):
+    with full_desktop(bench):
+        floor, program = (measure.start_instructions(bench.session, bench.watch, command,
+                                                     bench.folder)
+                          for command in (bench.floor, bench.program))
+    return Figure(START, "instructions on a full desktop (300 entries, 150 processes)",
+                  f"{program / 1e6:.1f} M", f"{floor / 1e6:.1f} M", program / floor, "≤ 1.25 F",
+                  1.25)
+
+
 def start(bench):
     count = [measure.start_instructions(bench.session, bench.watch, command, bench.folder)
              for command in (bench.floor, bench.program)]
     figures = [Figure(START, "instructions", f"{count[1] / 1e6:.1f} M", f"{count[0] / 1e6:.1f} M",
-                      count[1] / count[0], "≤ 1.5 F", 1.5, gate=True)]
+                      count[1] / count[0], "≤ 1.5 F", 1.5, gate=True),
+               start_on_a_full_desktop(bench)]
     floor, program, later = measure.start_pairs(bench.session, bench.watch, bench.floor,
                                                 bench.program, 5 if bench.quick else 15)
     for index, name in enumerate(("wall-clock time", "CPU time")):

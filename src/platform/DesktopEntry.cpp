@@ -11,6 +11,9 @@ namespace {
 
 /// Undoes the escapes that every text value may have.
 QByteArray unescaped(QByteArrayView value) {
+    if (!value.contains('\\')) { // nearly always
+        return value.toByteArray();
+    }
     QByteArray result;
     for (qsizetype i = 0; i < value.size(); ++i) {
         if (value[i] != '\\' || i + 1 == value.size()) {

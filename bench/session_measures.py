@@ -1,0 +1,127 @@
+"""Many people on one machine: sessions with a bus and a display each, and one agent for all."""
+import contextlib
+import os
+import pathlib
+import signal
+import subprocess
+import time
+
+import process_measures as measure
+from desktop_measures import BATCH, mib, ms
+from desktop_session import wait_until
+from drivers import host_cache
+from report import Figure
+
+GROUP = "Many people, one machine"
+RECORDS = 10_000
+
+
+class Session:
+    """Somebody's session bus, display and program; the system bus and the agent are everybody's."""
+
+    def __init__(self, bench, number):
+        folder = bench.folder / f"session{number}"
+        for name in ("run", "config", "data", "cache"):
+            (folder / name).mkdir(parents=True)
+        (folder / "run").chmod(0o700)
+        self.env = dict(bench.session.env, XDG_RUNTIME_DIR=str(folder / "run"),
+                        XDG_CONFIG_HOME=str(folder / "config"), XDG_DATA_HOME=str(folder / "data"),
+                        XDG_CACHE_HOME=str(folder / "cache"),
+                        DBUS_SESSION_BUS_ADDRESS=f"unix:path={folder}/run/bus")
+        self.processes = []
+        self._start("dbus-daemon", "--session", "--nofork", "--nopidfile",
+                    f"--address=unix:path={folder}/run/bus")
+        wait_until((folder / "run" / "bus").is_socket, "a session bus")
+        reading, writing = os.pipe()
+        self._start("Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x800x24", "-nolisten",
+                    "tcp", "-noreset", pass_fds=[writing])
+        os.close(writing)
+        with os.fdopen(reading) as display:
+            self.env["DISPLAY"] = ":" + display.readline().strip()
+        self.program = self._start(*bench.program)
+
+    def _start(self, *command, **options):
+        process = subprocess.Popen(command, env=self.env, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options)
+        self.processes.append(process)
+        return process
+
+    @property
+    def pid(self):
+        return self.program.pid
+
+    def end(self):
+        for process in reversed(self.processes):
+            process.send_signal(signal.SIGTERM)
+            with contextlib.suppress(subprocess.TimeoutExpired):
+                process.wait(20)
+            process.kill()
+
+
+def resident(pid):
+    text = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text()
+    return int(text.split("Rss:")[1].split()[0])
+
+
+def used(sessions):
+    """CPU seconds of all programs so far."""
+    return sum(measure.cpu_seconds(session.pid) for session in sessions)
+
+
+def wait_quiet(sessions):
+    """Until the programs have done what there was to do."""
+    before = used(sessions)
+    while True:
+        time.sleep(2)
+        now = used(sessions)
+        if now - before < 0.002 * len(sessions):
+            return
+        before = now
+
+
+def burst(bench, agent, sessions):
+    """CPU seconds of all programs, and seconds until the last has read it, for one list."""
+    path = bench.folder / "sessions.log"
+    subprocess.run([str(bench.binaries / "korvale-bench-batch"), "--mode=generate",
+                    f"--repeat={RECORDS}", str(path)], check=True)
+    folder = host_cache(bench.session)
+    os.replace(path, folder / "file_states.log")
+    (folder / "header.log").write_text('{"MessageMask": 1}')
+    before = used(sessions)
+    agent.tell(f"post {BATCH}")
+    wait_quiet(sessions)
+    return used(sessions) - before
+
+
+def sessions(bench):
+    count = 10 if bench.quick else 50
+    with bench.agent() as agent, contextlib.ExitStack() as stack:
+        running = []
+        for number in range(count):
+            running.append(Session(bench, number))
+            stack.callback(running[-1].end)
+            if number == 0:
+                wait_until(lambda: {"CMD_": "GDRV"} in agent.requests(), "the first program", 60)
+                wait_quiet(running)
+        wait_until(lambda: sum(request == {"CMD_": "GDRV"} for request in agent.requests()) >= count,
+                   "all programs on the bus", 300)
+        wait_quiet(running)
+        memory = [measure.memory_kib(session.pid) for session in running]
+        proportional = sum(pss for pss, _ in memory)
+        private = sorted(dirty for _, dirty in memory)[count // 2]
+        shared = resident(running[0].pid) - private
+        bound = count * private + shared
+        seconds = 10 if bench.quick else 60
+        before = used(running)
+        time.sleep(seconds)
+        rest = (used(running) - before) / seconds
+        read = burst(bench, agent, running)
+    bench.clear_host_cache()
+    return [
+        Figure(GROUP, f"memory of {count} programs at rest (sum of Pss)", mib(proportional),
+               f"{count} x {mib(private)} private + {mib(shared)} shared", proportional / bound,
+               "≤ private of each + one shared set", 1.0),
+        Figure(GROUP, f"processor time of {count} programs at rest, a second", ms(rest),
+               f"{ms(rest / count)} each", rest * 1e3 / count, "≤ 1 ms each", 1.0, unit=" ms"),
+        Figure(GROUP, f"processor time of {count} programs for a list of {RECORDS:,}", ms(read),
+               f"{ms(read / count)} each", read / count, "none", float("inf"), unit=" s")], {}
