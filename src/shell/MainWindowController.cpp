@@ -19,6 +19,7 @@
 #include "tables/ProcessThreatsTable.h"
 #include "tables/WindowLook.h"
 
+#include <QApplication>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QToolTip>
@@ -177,6 +178,11 @@ void MainWindowController::showAppearance() {
     }
     const bool dark = m_context.resources.isDark();
     const bool highContrast = m_context.resources.isHighContrast();
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+        // Where the desktop draws no title bars the toolkit does, in the colours that the program
+        // has when a window is first shown.
+        QApplication::setPalette(windowPalette(dark, highContrast));
+    }
     if (m_window) {
         m_window->setDark(dark, highContrast);
     }

@@ -50,7 +50,7 @@ class Wayland(DesktopCase):
         _, item = self.shown()
         self.desktop.tell(f'[app_id="{APP_ID}"]', "resize set 1000 650")
         chosen = {"width": 1000, "height": 650}
-        wait_until(lambda: self.size() == chosen, "the new size")
+        wait_until(lambda: self.size() == chosen and self.is_drawn(), "the new size")
         self.go_away()
         self.desktop.wait_in_front(APP_ID, item.activate)
         wait_until(lambda: self.size() == chosen, "the size before")
@@ -59,6 +59,12 @@ class Wayland(DesktopCase):
         """With the title bar, which the compositor draws."""
         node = self.desktop.window(APP_ID)
         return {"width": node["rect"]["width"], "height": node["rect"]["height"] + node["deco_rect"]["height"]}
+
+    def is_drawn(self):
+        """Whether the program has drawn its light window up to the corner: it has taken the size that it was told."""
+        place = self.desktop.window(APP_ID)["rect"]
+        corner = self.desktop.pixels(place["x"] + place["width"] - 14, place["y"] + place["height"] - 14, 6, 6)
+        return min(corner) > 200
 
     def test_a_restarted_panel_gets_the_item_again(self):
         program, _ = self.shown()
@@ -80,6 +86,31 @@ class EndOfTheCompositor(DesktopCase):
         self.desktop.stop_part("sway")
         self.assertEqual(program.wait_exit(), 0)
         program.wait_log(EXIT_LINE)
+
+
+class OwnTitleBar(DesktopCase):
+    """As on desktops that leave it to each program."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = WaylandSession(border="csd").__enter__()
+        cls.addClassCleanup(cls.desktop.stop)
+
+    def brightness(self, scheme):
+        """Of the title bar, from 0 to 255, under the portal's colour scheme."""
+        self.desktop.start_service("portal", "settings_portal.py", str(scheme))
+        self.addCleanup(self.desktop.stop_part, "portal")
+        program = self.program()
+        self.item(program).activate()
+        place = self.desktop.wait_in_front(APP_ID)["rect"]
+        strip = self.desktop.pixels(place["x"] + 40, place["y"] + 8, 40, 8)
+        return sum(strip) / len(strip)
+
+    def test_is_dark_on_a_dark_desktop(self):
+        self.assertLess(self.brightness(1), 90)
+
+    def test_is_light_on_a_light_one(self):
+        self.assertGreater(self.brightness(0), 170)
 
 
 if __name__ == "__main__":

@@ -10,7 +10,7 @@ NOBODY = 65534  # sway refuses root
 
 SWAY = """output X11-1 resolution 1280x800 bg #33506b solid_color
 default_border normal
-for_window [app_id="com.korvale.ui"] floating enable
+for_window [app_id="com.korvale.ui"] floating enable, border {border}
 """
 WAYBAR = {"layer": "top", "position": "top", "height": 36, "modules-right": ["tray"],
           "tray": {"icon-size": 24, "show-passive-items": True}}
@@ -21,7 +21,9 @@ class WaylandSession(DesktopSession):
     name = "sway"
     window_manager = None  # the compositor fills its screen
 
-    def __init__(self, notifications="recording"):
+    def __init__(self, notifications="recording", border="normal"):
+        """With the border "csd" programs draw their title bars themselves, as on GNOME."""
+        self.border = border
         super().__init__(panel=False, notifications=notifications)
 
     def _start(self):
@@ -31,7 +33,7 @@ class WaylandSession(DesktopSession):
 
     def _configure_desktop(self):
         super()._configure_desktop()
-        (self.folder / "sway.conf").write_text(SWAY)
+        (self.folder / "sway.conf").write_text(SWAY.format(border=self.border))
         (self.folder / "waybar.json").write_text(json.dumps(WAYBAR))
 
     def _start_compositor(self):
