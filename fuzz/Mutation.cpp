@@ -47,9 +47,9 @@ std::string spelled(char c, Spelling spelling, Random& random) {
     const auto code = static_cast<unsigned char>(c);
     switch (spelling) {
     case Spelling::JsonEscape:
-        return code < 0x80 ? "\\u" + hex(code, 4, random) : std::string(1, c);
+        return code < 0x80 ? std::string("\\u").append(hex(code, 4, random)) : std::string(1, c);
     case Spelling::PercentEscape:
-        return "%" + hex(code, 2, random);
+        return std::string("%").append(hex(code, 2, random));
     case Spelling::Backslash:
         return std::string("\\") + c;
     case Spelling::AsItIs:
