@@ -20,6 +20,14 @@ public:
     RowBatchPtr rows;
 };
 
+/// Nobody is told of anything.
+class NoNotifications final : public NotificationSender {
+    void SendNotification(const QString& /*message*/, const QString& /*subtitle*/,
+                          int /*image*/) override {}
+    void SendConsumerNotification(const QString& /*message*/, const QString& /*url*/) override {}
+    void SendSondarNotification(const QString& /*message*/) override {}
+};
+
 /// What the program does with a batch of file threats, from the file to the table's rows.
 class Batch {
 public:
@@ -44,14 +52,6 @@ private:
         void setInteger(const QString& /*key*/, int /*value*/) override {}
         void removeObject(const QString& /*key*/) override {}
     };
-    class NoNotifications final : public NotificationSender {
-        void SendNotification(const QString& /*message*/, const QString& /*subtitle*/,
-                              int /*image*/) override {}
-        void SendConsumerNotification(const QString& /*message*/, const QString& /*url*/) override {
-        }
-        void SendSondarNotification(const QString& /*message*/) override {}
-    };
-
     NoDefaults m_defaults;
     HostCache m_cache;
     AppState m_state;

@@ -127,6 +127,13 @@ def tables(binaries, repetitions):
         figures.append(Figure(TABLES, f"sort of 100,000 rows by {column} against one screen",
                               milliseconds(value), milliseconds(screen), value / screen, "≤ 100",
                               100.0))
+    for typed, count, most in (("Anew", 100_000, 10.0), ("Word", 100_000, 10.0),
+                               ("Anew", 1_000_000, 100.0)):
+        value = taken[f"FindKeystroke/{typed}/{count}"]
+        what = "looking through all" if typed == "Anew" else "of a word, mean"
+        figures.append(Figure(TABLES, f"find: a keystroke {what}, {count:,} rows, against one screen",
+                              milliseconds(value), milliseconds(screen), value / screen,
+                              f"≤ {most:.0f}", most))
     few, many = taken["FirstOpening/1000"], taken["FirstOpening/100000"]
     figures.append(Figure(TABLES, "a table opened with 100,000 rows against 1,000",
                           milliseconds(many), milliseconds(few), many / few, "≤ 1.25", 1.25))

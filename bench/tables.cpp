@@ -1,4 +1,7 @@
 // What a table costs: reset and first paint by number of rows, one full screen, sorting.
+#include "Batch.h"
+#include "ListGenerator.h"
+#include "model/JsonValue.h"
 #include "tables/FileThreatsTable.h"
 
 #include <QApplication>
@@ -117,6 +120,43 @@ void PaintOneScreen(benchmark::State& state) {
     }
 }
 BENCHMARK(PaintOneScreen)->Unit(benchmark::kMicrosecond);
+
+/// Rows as they come from the agent's list, which is what a search reads fastest.
+RowBatchPtr listedThreats(std::size_t records) {
+    const std::string list = bench::fileStateList({.records = records, .pathsPerRow = 1});
+    AppState state;
+    bench::HeldRows table;
+    bench::NoNotifications notifications;
+    FileStateChanges changes(state, table, notifications);
+    changes.parseFileStateChanges(
+        JsonValue::parse(QByteArray(list.data(), static_cast<qsizetype>(list.size()))));
+    return table.rows;
+}
+
+/// One text after the other is looked for; each is measured with its repaint.
+void FindKeystroke(benchmark::State& state, const QStringList& texts) {
+    static const RowBatchPtr few = listedThreats(100'000);
+    Screen screen;
+    screen.table.loadData(
+        state.range(0) == 100'000 ? few : listedThreats(static_cast<std::size_t>(state.range(0))));
+    screen.table.updateView();
+    qsizetype next = 0;
+    for (auto _ : state) {
+        screen.table.setFind(texts[next++ % texts.size()]);
+        screen.view.viewport()->repaint();
+    }
+}
+/// The worst: each time all rows are looked through, and most of them stay.
+BENCHMARK_CAPTURE(FindKeystroke, Anew, {QStringLiteral("e"), QStringLiteral("a")})
+    ->Arg(100'000)
+    ->Arg(1'000'000)
+    ->Unit(benchmark::kMicrosecond);
+/// A word is typed, letter after letter.
+BENCHMARK_CAPTURE(FindKeystroke, Word,
+                  {QStringLiteral("r"), QStringLiteral("re"), QStringLiteral("rep"),
+                   QStringLiteral("repo"), QStringLiteral("repor"), QStringLiteral("report")})
+    ->Arg(100'000)
+    ->Unit(benchmark::kMicrosecond);
 
 void SortRows(benchmark::State& state, RowKey key) {
     const RowBatchPtr rows = threats(static_cast<std::size_t>(state.range(0)));

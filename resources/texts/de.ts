@@ -149,6 +149,9 @@
     <message id="HPS_EmptyExploits">
         <translation>Es wurden keine Exploit-Versuche gefunden.</translation>
     </message>
+    <message id="HPS_EmptyFind">
+        <translation>Keine Zeile enthält alle diese Wörter. Escape zeigt wieder alle Zeilen.</translation>
+    </message>
     <message id="HPS_EmptyNotRead">
         <translation>Der Agent hat noch nichts gemeldet. Ob etwas gefunden wurde, ist daher nicht bekannt.</translation>
     </message>
@@ -166,6 +169,18 @@
     </message>
     <message id="HPS_ExternalDevices">
         <translation>Externe Geräte</translation>
+    </message>
+    <message id="HPS_Find">
+        <translation>Suchen</translation>
+    </message>
+    <message id="HPS_FindCount">
+        <translation>%@ von %@</translation>
+    </message>
+    <message id="HPS_FindCountName">
+        <translation>Angezeigte Zeilen</translation>
+    </message>
+    <message id="HPS_FindHint">
+        <translation>Zeigt die Zeilen, die alle diese Wörter enthalten (Strg+F). Escape zeigt wieder alle Zeilen.</translation>
     </message>
     <message id="HPS_HeaderHint">
         <translation>Die Leertaste sortiert nach dieser Spalte.</translation>

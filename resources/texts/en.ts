@@ -149,6 +149,9 @@
     <message id="HPS_EmptyExploits">
         <translation>No exploit attempts have been found.</translation>
     </message>
+    <message id="HPS_EmptyFind">
+        <translation>No row contains all these words. Escape shows all rows again.</translation>
+    </message>
     <message id="HPS_EmptyNotRead">
         <translation>The agent has not reported yet, so it is not known whether anything was found.</translation>
     </message>
@@ -166,6 +169,18 @@
     </message>
     <message id="HPS_ExternalDevices">
         <translation>External Devices</translation>
+    </message>
+    <message id="HPS_Find">
+        <translation>Find</translation>
+    </message>
+    <message id="HPS_FindCount">
+        <translation>%@ of %@</translation>
+    </message>
+    <message id="HPS_FindCountName">
+        <translation>Rows shown</translation>
+    </message>
+    <message id="HPS_FindHint">
+        <translation>Shows the rows that contain all these words (Ctrl+F). Escape shows all rows again.</translation>
     </message>
     <message id="HPS_HeaderHint">
         <translation>Space sorts by this column.</translation>

@@ -149,6 +149,9 @@
     <message id="HPS_EmptyExploits">
         <translation>No se ha detectado ningún intento de explotación.</translation>
     </message>
+    <message id="HPS_EmptyFind">
+        <translation>Ninguna fila contiene todas estas palabras. Escape vuelve a mostrar todas las filas.</translation>
+    </message>
     <message id="HPS_EmptyNotRead">
         <translation>El agente aún no ha informado, por lo que no se sabe si se ha encontrado algo.</translation>
     </message>
@@ -166,6 +169,18 @@
     </message>
     <message id="HPS_ExternalDevices">
         <translation>Dispositivos externos</translation>
+    </message>
+    <message id="HPS_Find">
+        <translation>Buscar</translation>
+    </message>
+    <message id="HPS_FindCount">
+        <translation>%@ de %@</translation>
+    </message>
+    <message id="HPS_FindCountName">
+        <translation>Filas mostradas</translation>
+    </message>
+    <message id="HPS_FindHint">
+        <translation>Muestra las filas que contienen todas estas palabras (Ctrl+F). Escape vuelve a mostrar todas las filas.</translation>
     </message>
     <message id="HPS_HeaderHint">
         <translation>La barra espaciadora ordena por esta columna.</translation>

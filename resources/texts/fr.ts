@@ -149,6 +149,9 @@
     <message id="HPS_EmptyExploits">
         <translation>Aucune tentative d’exploitation n’a été détectée.</translation>
     </message>
+    <message id="HPS_EmptyFind">
+        <translation>Aucune ligne ne contient tous ces mots. Échap affiche à nouveau toutes les lignes.</translation>
+    </message>
     <message id="HPS_EmptyNotRead">
         <translation>L’agent n’a encore rien communiqué : on ne sait donc pas si quelque chose a été détecté.</translation>
     </message>
@@ -166,6 +169,18 @@
     </message>
     <message id="HPS_ExternalDevices">
         <translation>Périphériques externes</translation>
+    </message>
+    <message id="HPS_Find">
+        <translation>Rechercher</translation>
+    </message>
+    <message id="HPS_FindCount">
+        <translation>%@ sur %@</translation>
+    </message>
+    <message id="HPS_FindCountName">
+        <translation>Lignes affichées</translation>
+    </message>
+    <message id="HPS_FindHint">
+        <translation>Affiche les lignes qui contiennent tous ces mots (Ctrl+F). Échap affiche à nouveau toutes les lignes.</translation>
     </message>
     <message id="HPS_HeaderHint">
         <translation>La barre d’espace trie selon cette colonne.</translation>

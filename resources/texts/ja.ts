@@ -149,6 +149,9 @@
     <message id="HPS_EmptyExploits">
         <translation>エクスプロイトの試みは見つかっていません。</translation>
     </message>
+    <message id="HPS_EmptyFind">
+        <translation>これらの語をすべて含む行はありません。Esc キーですべての行に戻ります。</translation>
+    </message>
     <message id="HPS_EmptyNotRead">
         <translation>エージェントからまだ報告がないため、何か見つかったかどうかは不明です。</translation>
     </message>
@@ -166,6 +169,18 @@
     </message>
     <message id="HPS_ExternalDevices">
         <translation>外部デバイス</translation>
+    </message>
+    <message id="HPS_Find">
+        <translation>検索</translation>
+    </message>
+    <message id="HPS_FindCount">
+        <translation>%@ / %@</translation>
+    </message>
+    <message id="HPS_FindCountName">
+        <translation>表示中の行</translation>
+    </message>
+    <message id="HPS_FindHint">
+        <translation>これらの語をすべて含む行を表示します (Ctrl+F)。Esc キーですべての行に戻ります。</translation>
     </message>
     <message id="HPS_HeaderHint">
         <translation>スペースキーでこの列を基準に並べ替えます。</translation>

@@ -1,5 +1,6 @@
 #include "model/FileThreatRows.h"
 
+#include "model/FileThreatFolder.h"
 #include "model/Paths.h"
 #include "model/StateVocabulary.h"
 #include "model/Values.h"
@@ -39,6 +40,10 @@ std::optional<QString> FileThreatRows::text(std::size_t index, RowKey key) const
     default:
         return std::nullopt;
     }
+}
+
+std::unique_ptr<RowFolder> FileThreatRows::folder() const {
+    return std::make_unique<FileThreatFolder>(*this);
 }
 
 QString FileThreatRows::pathText(std::uint32_t path) const {

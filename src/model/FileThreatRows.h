@@ -40,6 +40,8 @@ public:
 
     [[nodiscard]] std::size_t size() const override { return m_storage.rows.size(); }
     [[nodiscard]] std::optional<QString> text(std::size_t index, RowKey key) const override;
+    [[nodiscard]] std::unique_ptr<RowFolder> folder() const override;
+    [[nodiscard]] const Storage& storage() const { return m_storage; }
 
 private:
     [[nodiscard]] QString pathText(std::uint32_t path) const;

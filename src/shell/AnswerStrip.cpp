@@ -9,7 +9,9 @@
 
 #include <QAccessible>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 
 namespace korvale {
 namespace {
@@ -49,11 +51,60 @@ AnswerStrip::AnswerStrip(QWidget* parent) : QWidget(parent) {
     m_row->addWidget(m_whatNow);
     m_row->addStretch();
     m_row->addWidget(m_lastScan);
+    makeFind();
     rows->addLayout(m_row);
     rows->addWidget(m_advice);
 
     connect(m_whatNow, &LinkButton::toggled, this, &AnswerStrip::showAdvice);
     setProtection(Verdict::Good, {}, {}, {});
+}
+
+void AnswerStrip::makeFind() {
+    m_find = new QLineEdit(this);
+    m_find->setObjectName(QStringLiteral("findField"));
+    m_find->setPlaceholderText(localizedText("HPS_Find"));
+    m_find->setAccessibleName(localizedText("HPS_Find"));
+    setPlainToolTip(*m_find, localizedText("HPS_FindHint"));
+    m_find->setClearButtonEnabled(true);
+    m_find->setMaxLength(look::findLength);
+    m_find->setFixedWidth(m_find->fontMetrics().averageCharWidth() * look::findCharacters);
+    m_find->installEventFilter(this);
+    m_findCount = new QLabel(this);
+    m_findCount->setObjectName(QStringLiteral("findCountLbl"));
+    m_findCount->setTextFormat(Qt::PlainText);
+    m_row->addWidget(m_findCount);
+    m_row->addWidget(m_find);
+    connect(m_find, &QLineEdit::textChanged, this, &AnswerStrip::findTextChanged);
+    connect(m_find, &QLineEdit::returnPressed, this, &AnswerStrip::findDone);
+    setFindCount({});
+}
+
+void AnswerStrip::setFindCount(const QString& text) {
+    m_findCount->setText(text);
+    m_findCount->setAccessibleName(nameOfEmpty(text, "HPS_FindCountName"));
+    m_findCount->setVisible(!text.isEmpty());
+}
+
+void AnswerStrip::focusFind() {
+    m_find->setFocus(Qt::ShortcutFocusReason);
+    m_find->selectAll();
+}
+
+QString AnswerStrip::findText() const {
+    return m_find->text();
+}
+
+void AnswerStrip::clearFind() {
+    m_find->clear();
+}
+
+bool AnswerStrip::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Down) {
+        Q_EMIT findDone();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void AnswerStrip::setProtection(Verdict verdict, const QString& why, const QString& advice,

@@ -7,6 +7,7 @@
 QT_BEGIN_NAMESPACE
 class QHBoxLayout;
 class QLabel;
+class QLineEdit;
 QT_END_NAMESPACE
 
 namespace korvale {
@@ -27,14 +28,33 @@ public:
                        const QString& lastScan);
     void setDark(bool dark);
 
+    /// What stands beside the field: how many of the rows are shown. No text hides it.
+    void setFindCount(const QString& text);
+    /// The field gets the focus, its text selected.
+    void focusFind();
+    /// What is looked for; empty for nothing.
+    [[nodiscard]] QString findText() const;
+    void clearFind();
+
+Q_SIGNALS:
+    void findTextChanged(const QString& text);
+    /// Enter or Down in the field: on to the rows.
+    void findDone();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void makeFind();
     void showAdvice(bool isShown);
     void showColors();
 
-    QHBoxLayout* m_row = nullptr;
+    QHBoxLayout* m_row = nullptr; ///< all but the advice
     ElidedLabel* m_why = nullptr;
     LinkButton* m_whatNow = nullptr;
     ElidedLabel* m_lastScan = nullptr;
+    QLineEdit* m_find = nullptr;
+    QLabel* m_findCount = nullptr;
     QLabel* m_advice = nullptr;
     Verdict m_verdict = Verdict::Good;
     bool m_dark = false;

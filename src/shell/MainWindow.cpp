@@ -146,7 +146,18 @@ void MainWindow::setupKeys() {
     const auto onKey = [this](const QKeySequence& key, auto action) {
         connect(new QShortcut(key, this), &QShortcut::activated, this, action);
     };
-    onKey(Qt::Key_Escape, [this] { close(); });
+    onKey(Qt::Key_Escape, [this] {
+        // First what it was typed for goes: rows that are left out must not be forgotten.
+        if (m_answerStrip->findText().isEmpty()) {
+            close();
+        } else {
+            m_answerStrip->clearFind();
+            m_ui->tabView->currentWidget()->setFocus();
+        }
+    });
+    onKey(Qt::CTRL | Qt::Key_F, [this] { m_answerStrip->focusFind(); });
+    connect(m_answerStrip, &AnswerStrip::findDone, this,
+            [this] { m_ui->tabView->currentWidget()->setFocus(); });
     onKey(Qt::CTRL | Qt::Key_W, [this] { close(); });
     for (const QKeyCombination next : {Qt::CTRL | Qt::Key_Tab, Qt::CTRL | Qt::Key_PageDown}) {
         onKey(next, [this] { selectNextTab(1); });

@@ -1,6 +1,8 @@
 #include "shell/MainWindowController.h"
 
+#include "core/base/TextFormat.h"
 #include "model/StatusWatch.h"
+#include "platform/CountText.h"
 #include "platform/LinkOpener.h"
 #include "platform/Texts.h"
 #include "shell/AboutCredits.h"
@@ -76,7 +78,17 @@ void MainWindowController::buildWindow() {
     showProtection();
     showStatusMenu();
     showAppearance();
+    applyFind(); // another window, another field
 
+    connect(&m_window->answerStrip(), &AnswerStrip::findTextChanged, this,
+            &MainWindowController::applyFind);
+    const TableControllers& tables = m_context.tables;
+    for (const ThreatsTableController* table : std::initializer_list<const ThreatsTableController*>{
+             &tables.fileThreatsTableCtrl, &tables.memExploitTableCtrl, &tables.eventsTableCtrl,
+             &tables.externalDevicesTableCtrl}) {
+        connect(table, &ThreatsTableController::rowCountsChanged, this,
+                &MainWindowController::showFindCount);
+    }
     connect(m_window.get(), &MainWindow::tabSelected, this, &MainWindowController::didSelectTab);
     connect(m_window.get(), &MainWindow::drawnAgain, this, &MainWindowController::updateDisplay,
             Qt::QueuedConnection);
@@ -118,6 +130,7 @@ void MainWindowController::updateCounters(TabIdentifier tab) {
 
 void MainWindowController::didSelectTab(TabIdentifier tab) {
     m_context.state.activeTabIndex = tab;
+    applyFind();
     updateDisplay();
 }
 
@@ -162,6 +175,37 @@ void MainWindowController::showProtection() {
     m_window->answerStrip().setProtection(report.rule->verdict, report.why,
                                           protectionAdvice(*report.rule),
                                           lastScanText(report.lastScanEnd));
+}
+
+ThreatsTableController& MainWindowController::currentTable() const {
+    const TableControllers& tables = m_context.tables;
+    switch (m_context.state.activeTabIndex) {
+    case TabIdentifier::Threats:
+        return tables.fileThreatsTableCtrl;
+    case TabIdentifier::Exploits:
+        return tables.memExploitTableCtrl;
+    case TabIdentifier::ExternalDevices:
+        return tables.externalDevicesTableCtrl;
+    case TabIdentifier::Events:
+        break;
+    }
+    return tables.eventsTableCtrl;
+}
+
+/// One text for all tables; each takes it when it comes into sight.
+void MainWindowController::applyFind() {
+    currentTable().setFind(m_window->answerStrip().findText());
+    showFindCount();
+}
+
+void MainWindowController::showFindCount() {
+    const ThreatsTableController& table = currentTable();
+    const auto count = [](std::size_t rows) { return countText(static_cast<std::int64_t>(rows)); };
+    m_window->answerStrip().setFindCount(
+        table.isFiltered()
+            ? formatText(localizedText("HPS_FindCount"),
+                         {count(table.shownRowCount()), count(table.currentRows().size())})
+            : QString());
 }
 
 void MainWindowController::showStatusMenu() {

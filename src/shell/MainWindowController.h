@@ -24,6 +24,7 @@ class Resources;
 class StatusItem;
 class StatusLine;
 class StatusWatch;
+class ThreatsTableController;
 
 /// What the details window and the About panel show and set going. Everything referred to outlives
 /// the controller.
@@ -92,6 +93,9 @@ private:
     void showTitleBarImage();
     void showStatusMessage();
     void showProtection();
+    void applyFind();
+    void showFindCount();
+    [[nodiscard]] ThreatsTableController& currentTable() const;
     void showStatusMenu();
     void showAppearance();
     void didSelectTab(TabIdentifier tab);

@@ -30,6 +30,10 @@ public:
     /// The text under `key` in row `row`; no value when the row lacks it or does not exist.
     [[nodiscard]] std::optional<QString> text(std::size_t row, RowKey key) const;
 
+    /// Where row `row` (< size()) is.
+    [[nodiscard]] RowRef at(std::size_t row) const;
+    [[nodiscard]] const std::vector<RowBatchPtr>& batches() const { return m_batches; }
+
     /// Puts all rows of `batch` (not null) in front.
     void prepend(RowBatchPtr batch);
     /// Drops all rows behind the first `count`, and batches that no row is left of.
@@ -38,7 +42,6 @@ public:
     void sort(const SortDescriptors& descriptors);
 
 private:
-    [[nodiscard]] RowRef at(std::size_t row) const;
     void makeOrderExplicit();
     void dropUnusedBatches();
 

@@ -29,7 +29,10 @@ bool isCopyKey(const QKeyEvent& event, CopyModifiers rule) {
 
 ThreatsTableController::ThreatsTableController(const TableDescription& description,
                                                RememberedSelections& selections, QObject* parent)
-    : QObject(parent), m_description(description), m_selections(selections) {}
+    : QObject(parent),
+      m_description(description),
+      m_selections(selections),
+      m_shownRows(description.columns) {}
 
 ThreatsTableController::~ThreatsTableController() {
     if (m_tableView != nullptr) {
@@ -69,6 +72,9 @@ void ThreatsTableController::setEmptyReason(EmptyReason reason) {
 }
 
 QString ThreatsTableController::emptyText() const {
+    if (m_shownRows.isFiltered() && m_currentRows.size() > 0) {
+        return localizedText("HPS_EmptyFind");
+    }
     switch (m_emptyReason) {
     case EmptyReason::NotRead:
         return localizedText("HPS_EmptyNotRead");
@@ -91,6 +97,7 @@ void ThreatsTableController::addData(RowBatchPtr rows) {
 
 void ThreatsTableController::loadData(const ThreatsTableView* tableView, RowBatchPtr rows) {
     m_currentRows = RowList(std::move(rows));
+    m_shownRows.outdate();
     if (tableView != nullptr) {
         m_currentRows.sort(tableView->sortDescriptors());
     }
@@ -102,27 +109,45 @@ void ThreatsTableController::addData(const ThreatsTableView* /*tableView*/, RowB
     }
     // Not sorted: newest batches stay on top until the user next changes the order.
     m_currentRows.prepend(std::move(rows));
+    m_shownRows.outdate();
     removeExtraData();
 }
 
 void ThreatsTableController::removeAll() {
     m_currentRows = RowList();
+    m_shownRows.outdate();
 }
 
 void ThreatsTableController::removeExtraData() {
     m_currentRows.truncate(mostTableRows);
+    m_shownRows.outdate();
+}
+
+void ThreatsTableController::setFind(const QString& text) {
+    if (!m_shownRows.setText(text, m_currentRows)) {
+        return;
+    }
+    if (m_tableView != nullptr) {
+        m_tableView->clearSelection();
+        m_tableView->setPlaceholder(emptyText());
+        m_tableView->reloadData();
+    }
+    Q_EMIT rowCountsChanged();
 }
 
 void ThreatsTableController::updateView() {
+    m_shownRows.refresh(m_currentRows);
     if (m_tableView != nullptr) {
+        m_tableView->setPlaceholder(emptyText());
         m_tableView->reloadData();
         m_tableView->setAllowsMultipleSelection(true);
     }
+    Q_EMIT rowCountsChanged();
 }
 
 int ThreatsTableController::numberOfRowsInTableView(const ThreatsTableView& /*tableView*/) const {
     constexpr std::size_t most = std::numeric_limits<int>::max();
-    return static_cast<int>(std::min(m_currentRows.size(), most));
+    return static_cast<int>(std::min(shownRowCount(), most));
 }
 
 std::unique_ptr<CellView> ThreatsTableController::viewForTableColumn(ThreatsTableView& tableView,
@@ -172,7 +197,9 @@ QColor ThreatsTableController::textColor(const TableColumn& /*column*/,
 }
 
 std::optional<QString> ThreatsTableController::value(int row, RowKey key) const {
-    return row < 0 ? std::nullopt : m_currentRows.text(static_cast<std::size_t>(row), key);
+    const auto place =
+        row < 0 ? std::nullopt : m_shownRows.place(static_cast<std::size_t>(row), m_currentRows);
+    return place ? m_currentRows.text(*place, key) : std::nullopt;
 }
 
 const TableColumn* ThreatsTableController::column(QLatin1String identifier) const {
@@ -184,6 +211,7 @@ const TableColumn* ThreatsTableController::column(QLatin1String identifier) cons
 
 void ThreatsTableController::sortDescriptorsDidChange(ThreatsTableView& tableView) {
     m_currentRows.sort(tableView.sortDescriptors());
+    m_shownRows.refresh(m_currentRows);
     tableView.reloadData();
 }
 
@@ -197,9 +225,14 @@ void ThreatsTableController::keyDown(QKeyEvent& event) {
         return;
     }
     event.accept();
-    const auto text =
-        copiedText(m_currentRows, m_description, m_selections.*m_description.selection);
-    if (text) {
+    std::optional<RowIndexes> rows = m_selections.*m_description.selection;
+    if (rows) {
+        rows = m_shownRows.places(*rows, m_currentRows);
+        if (!rows) {
+            return; // it remembers a row that is gone
+        }
+    }
+    if (const auto text = copiedText(m_currentRows, m_description, rows)) {
         QGuiApplication::clipboard()->setText(*text);
     }
 }

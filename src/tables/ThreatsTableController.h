@@ -4,6 +4,7 @@
 #include "tables/EmptyReason.h"
 #include "tables/RememberedSelections.h"
 #include "tables/RowList.h"
+#include "tables/ShownRows.h"
 #include "tables/TableDataSource.h"
 #include "tables/TableDescription.h"
 #include "tables/ThreatsTableView.h"
@@ -42,6 +43,14 @@ public:
     /// What the table says while it has no rows; NotRead at first.
     void setEmptyReason(EmptyReason reason);
 
+    /// Shows only the rows whose shown texts contain all words of `text`, until it is empty. To
+    /// sorting, selecting and copying the others are not there. The selection goes with each change
+    /// of the words, as its positions would mean other rows; unseen counts know nothing of it.
+    void setFind(const QString& text);
+    /// Rows are left out, or would be.
+    [[nodiscard]] bool isFiltered() const { return m_shownRows.isFiltered(); }
+    [[nodiscard]] std::size_t shownRowCount() const { return m_shownRows.count(m_currentRows); }
+
     [[nodiscard]] const RowList& currentRows() const { return m_currentRows; }
     /// Not used by any operation; part of the class's interface. Not owned.
     [[nodiscard]] const RowList* rowsObjects() const { return m_rowsObjects; }
@@ -60,6 +69,10 @@ public:
     void tableViewSelectionDidChange(const ThreatsTableView& tableView) override;
     /// The copy key; any other key is left ignored.
     void keyDown(QKeyEvent& event) override;
+
+Q_SIGNALS:
+    /// The number of rows, or of those shown, may be another.
+    void rowCountsChanged();
 
 protected:
     ThreatsTableController(const TableDescription& description, RememberedSelections& selections,
@@ -82,6 +95,7 @@ private:
     const TableDescription& m_description;
     RememberedSelections& m_selections;
     RowList m_currentRows;
+    ShownRows m_shownRows;
     const RowList* m_rowsObjects = nullptr;
     QPointer<ThreatsTableView> m_tableView;
     EmptyReason m_emptyReason = EmptyReason::NotRead;

@@ -1,4 +1,6 @@
 """Why the icon has its colour and what to do, told by the window in words."""
+import json
+
 from window_case import WindowCase, text, wait_until
 
 
@@ -55,3 +57,32 @@ class Why(WindowCase):
         self.reported_agent.tell("post btdscancomplete")
         start = text("HPS_LastScan").partition("%@")[0]
         wait_until(lambda: any(name.startswith(start) for name in self.names()), start)
+
+
+class Find(WindowCase):
+    def field(self):
+        """The middle of the field on the screen."""
+        return self.place(text("HPS_Find"))
+
+    def count(self, shown, rows):
+        first, second, last = text("HPS_FindCount").split("%@")
+        self.wait_text(f"{first}{shown}{second}{rows}{last}")
+
+    def test_typing_leaves_out_rows_and_says_so_until_escape(self):
+        self.publish("threat /tmp/Alpha.exe 1 id-a", "threat /tmp/beta.exe 1 id-b",
+                     "threat /tmp/gamma.pdf 1 id-c")
+        self.open_window()
+        self.go_to("HPS_Threats", 3)
+        self.press("ctrl+f")
+        self.desktop.run(["xdotool", "type", "EXE al"])
+        self.wait_tab(self.current_tab()[0], 1)
+        self.count(1, 3)
+        self.publish("threat /tmp/alarm.exe 1 id-d")
+        self.count(2, 4)
+        self.desktop.run(["xdotool", "type", "pha"])
+        self.count(1, 4)
+        self.assertEqual(json.loads(self.read("texts")), ["EXE alpha"])
+        self.press("Escape")
+        wait_until(lambda: self.current_tab()[1] == 4, "all rows")
+        self.assertEqual(json.loads(self.read("texts")), [""])
+        self.assertIsNotNone(self.window())

@@ -75,7 +75,7 @@ class Status(WindowCase):
         self.details.__exit__(None, None, None)
         at, _ = watching.output.wait_for(text("HPS_StatusNotRunning"), at + 1)
         self.details = self.program()
-        watching.output.wait_for(text("HPS_WhyThreat"), at + 1)
+        watching.output.wait_for(text("HPS_WhyThreatOffline"), at + 1)  # it has not said more yet
         self.assertTrue(watching.running())
         self.assertEqual(len(watching.output.lines), len(set(zip(
             watching.output.lines, [""] + watching.output.lines))), "no line twice in a row")

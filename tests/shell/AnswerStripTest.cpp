@@ -1,11 +1,13 @@
 #include "shell/AnswerStrip.h"
 
+#include "fakes/RecordingRowBatch.h"
 #include "shell/LinkButton.h"
 #include "shell/WindowFixture.h"
 #include "tables/ThreatsTableView.h"
 #include "tables/WindowLook.h"
 
 #include <QLabel>
+#include <QLineEdit>
 
 namespace korvale {
 namespace {
@@ -101,6 +103,73 @@ TEST_F(AnswerStripTest, TellsWhenTheLastScanEnded) {
     state.lastScanEnd = QDateTime::currentDateTime();
     statusWatch.look();
     EXPECT_EQ(part<QLabel>("lastScanLbl").text(), u"HPS_LastScan");
+}
+
+struct FindFieldTest : AnswerStripTest {
+    FindFieldTest() {
+        fileThreats.loadData(listedRows({{{RowKey::File, QStringLiteral("a.exe")}},
+                                         {{RowKey::File, QStringLiteral("b.exe")}},
+                                         {{RowKey::File, QStringLiteral("c.pdf")}}}));
+        fileThreats.updateView();
+    }
+    QLineEdit& field() { return part<QLineEdit>("findField"); }
+    QLabel& count() { return part<QLabel>("findCountLbl"); }
+};
+
+TEST_F(FindFieldTest, ControlFTakesTheFocusThereAndEscapeClearsBeforeItCloses) {
+    MainWindow& window = shownWindow();
+    QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(field().hasFocus());
+    QTest::keyClicks(&field(), QStringLiteral("exe"));
+    EXPECT_EQ(fileThreats.shownRowCount(), 2U);
+    EXPECT_TRUE(count().isVisible());
+    EXPECT_EQ(count().text(), u"HPS_FindCount");
+    QTest::keyClick(&field(), Qt::Key_Down);
+    EXPECT_TRUE(tabView().currentWidget()->hasFocus());
+    QTest::keyClick(tabView().currentWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(field().text().isEmpty());
+    EXPECT_EQ(fileThreats.shownRowCount(), 3U);
+    EXPECT_FALSE(count().isVisible());
+    EXPECT_TRUE(window.isVisible());
+    QTest::keyClick(tabView().currentWidget(), Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(FindFieldTest, ABatchLosesNeitherTheTextNorTheFocus) {
+    shownWindow();
+    controller().window()->answerStrip().focusFind();
+    QTest::keyClicks(&field(), QStringLiteral("exe"));
+    fileThreats.loadData(listedRows({{{RowKey::File, QStringLiteral("d.exe")}}}));
+    fileThreats.updateView();
+    controller().updateDisplay();
+    EXPECT_TRUE(field().hasFocus());
+    EXPECT_EQ(field().text(), u"exe");
+    EXPECT_EQ(fileThreats.shownRowCount(), 1U);
+}
+
+TEST_F(FindFieldTest, OneTextIsForAllTablesAndUnseenCountsKnowNothingOfIt) {
+    events.loadData(listedRows(
+        {{{RowKey::When, QStringLiteral("exe")}}, {{RowKey::When, QStringLiteral("no")}}}));
+    events.updateView();
+    shownWindow();
+    field().setText(QStringLiteral("exe"));
+    state.eventCount = 2;
+    tabView().setCurrentIndex(2);
+    EXPECT_EQ(events.shownRowCount(), 1U);
+    EXPECT_EQ(state.eventCount, 0);
+    field().clear();
+    EXPECT_EQ(events.shownRowCount(), 2U);
+    tabView().setCurrentIndex(0);
+    EXPECT_EQ(fileThreats.shownRowCount(), 3U);
+}
+
+TEST_F(FindFieldTest, IsNotRememberedOverAStart) {
+    shownWindow();
+    field().setText(QStringLiteral("exe"));
+    makeController();
+    shownWindow();
+    EXPECT_TRUE(field().text().isEmpty());
+    EXPECT_EQ(fileThreats.shownRowCount(), 3U);
 }
 
 /// The icon and the line go the same way through what the window itself decides.

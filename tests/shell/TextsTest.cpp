@@ -170,6 +170,8 @@ TEST(Texts, HavePlaceholdersForWhatTheyAreFilledWith) {
         } else if (isMessage && (key.contains(QLatin1String("Unsafe")) ||
                                  key.contains(QLatin1String("Abnormal")))) {
             expected = 1;
+        } else if (key == QLatin1String("HPS_FindCount")) {
+            expected = 2;
         } else if (oneValueKeys.contains(key)) {
             expected = 1;
         }
