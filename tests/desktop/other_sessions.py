@@ -73,7 +73,6 @@ class MateSession(DesktopSession):
         super()._start_session_bus()
 
     def start_panel(self):
-        """It shows trays of the older kind only, unless it is told otherwise."""
         self.start_part("panel", ["mate-panel"])
         self._wait_part("panel", lambda: self.has_name("org.mate.panel.applet.NotificationAreaAppletFactory"))
 
