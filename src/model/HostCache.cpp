@@ -14,28 +14,24 @@ namespace {
 
 struct MaskedFile {
     std::uint32_t bit;
-    QLatin1String name;
-    QLatin1String key;
+    const char* name;
+    const char* key;
 };
 
 /// Bit 8 names no file, and bits above 2048 none either. The names are the agent's: that of bit 16
 /// differs from the process list's, HostCacheFile::processStates, on purpose.
 constexpr std::array<MaskedFile, 11> maskedFiles{{
-    {1, QLatin1String(HostCacheFile::fileStates), QLatin1String("FileStateMessage")},
-    {2, QLatin1String(HostCacheFile::scannerState), QLatin1String("ScannerStateMessage")},
-    {4, QLatin1String(HostCacheFile::analysisCount), QLatin1String("AnalysisCountMessage")},
-    {16, QLatin1String(HostCacheFile::processState), QLatin1String("ProcessStateMessage")},
-    {32, QLatin1String(HostCacheFile::exeBlocked), QLatin1String("ExeBlockedMessage")},
-    {64, QLatin1String(HostCacheFile::quillmarStatus), QLatin1String("QuillmarStatusMessage")},
-    {128, QLatin1String(HostCacheFile::processTerminated),
-     QLatin1String("ProcessTerminatedMessage")},
-    {256, QLatin1String(HostCacheFile::processActionBlocked),
-     QLatin1String("ProcessActionBlockedMessage")},
-    {512, QLatin1String(HostCacheFile::halyxHostStatus), QLatin1String("HalyxHostStatusMessage")},
-    {1024, QLatin1String(HostCacheFile::consumerNotification),
-     QLatin1String("ConsumerNotificationMessage")},
-    {2048, QLatin1String(HostCacheFile::externalDevices),
-     QLatin1String("ExternalDeviceNotificationMessage")},
+    {1, HostCacheFile::fileStates, "FileStateMessage"},
+    {2, HostCacheFile::scannerState, "ScannerStateMessage"},
+    {4, HostCacheFile::analysisCount, "AnalysisCountMessage"},
+    {16, HostCacheFile::processState, "ProcessStateMessage"},
+    {32, HostCacheFile::exeBlocked, "ExeBlockedMessage"},
+    {64, HostCacheFile::quillmarStatus, "QuillmarStatusMessage"},
+    {128, HostCacheFile::processTerminated, "ProcessTerminatedMessage"},
+    {256, HostCacheFile::processActionBlocked, "ProcessActionBlockedMessage"},
+    {512, HostCacheFile::halyxHostStatus, "HalyxHostStatusMessage"},
+    {1024, HostCacheFile::consumerNotification, "ConsumerNotificationMessage"},
+    {2048, HostCacheFile::externalDevices, "ExternalDeviceNotificationMessage"},
 }};
 
 constexpr QLatin1String userNotificationOn("UserNotificationOn");
@@ -75,8 +71,8 @@ std::map<QString, JsonValue> HostCache::getLatest(std::uint32_t mask) {
         if ((mask & file.bit) == 0) {
             continue;
         }
-        if (auto content = readFile(file.name)) {
-            latest.emplace(file.key, std::move(*content));
+        if (auto content = readFile(QString::fromLatin1(file.name))) {
+            latest.emplace(QString::fromLatin1(file.key), std::move(*content));
         }
     }
     return latest;

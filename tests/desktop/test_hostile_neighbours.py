@@ -34,9 +34,9 @@ def pid_on(bus, name):
 
 
 def own_memory(pid):
-    """Memory that the process shares with nobody, in KiB."""
+    """Memory that the process alone has written to, in KiB."""
     with open(f"/proc/{pid}/smaps_rollup", encoding="ascii") as rollup:
-        return sum(int(line.split()[1]) for line in rollup if line.startswith("Private_"))
+        return sum(int(line.split()[1]) for line in rollup if line.startswith("Private_Dirty"))
 
 
 class HostileNeighbours(DesktopCase):

