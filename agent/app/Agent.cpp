@@ -45,7 +45,8 @@ std::string signatureFolder(const Configuration& configuration) {
 
 } // namespace
 
-std::unique_ptr<Agent> Agent::make(ConfigurationFile configuration, std::string& error) {
+std::unique_ptr<Agent> Agent::make(ConfigurationFile configuration, GuardProcess guard,
+                                   std::string& error) {
     const Configuration& current = configuration.current();
     std::unique_ptr<FindingsKeeper> keeper =
         FindingsKeeper::open({current.state, current.quarantine}, error);
@@ -59,11 +60,11 @@ std::unique_ptr<Agent> Agent::make(ConfigurationFile configuration, std::string&
         logWarning("Scanning without a memory of clean files: " + cacheError);
     }
     return std::unique_ptr<Agent>(
-        new Agent(std::move(configuration), std::move(keeper), std::move(cache)));
+        new Agent(std::move(configuration), std::move(guard), std::move(keeper), std::move(cache)));
 }
 
-Agent::Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> keeper,
-             std::unique_ptr<VerdictCache> cache)
+Agent::Agent(ConfigurationFile configuration, GuardProcess guard,
+             std::unique_ptr<FindingsKeeper> keeper, std::unique_ptr<VerdictCache> cache)
     : m_configuration(std::move(configuration)),
       m_keeper(std::move(keeper)),
       m_cache(std::move(cache)),
@@ -75,7 +76,9 @@ Agent::Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> ke
       m_engineWatch(m_configuration.current().engineUnits,
                     [this](const std::string& unit) { startUnit(unit); }),
       m_publishing(QString::fromStdString(m_configuration.current().hostCache)),
-      m_scanner(m_engines.both, m_cache.get()) {
+      m_scanner(m_engines.both, m_cache.get()),
+      m_engineMark(m_configuration.current().state + "/engine-answered"),
+      m_watch(std::move(guard), m_engines.both, m_cache.get()) {
     m_publishing.lists().setEventLimit(kMostEvents);
     m_threats.fill(m_keeper->known());
     m_publishing.lists().setScanning(false);
@@ -94,6 +97,7 @@ void Agent::join() {
     connect(&m_publishing, &Publishing::notification, &m_bus, &AgentBus::post);
     connect(&m_scanReport, &ScanReport::notification, &m_bus, &AgentBus::post);
     joinFiles();
+    joinWatch();
     connect(&m_bus, &AgentBus::nameOwned, this, [this] {
         logInfo("On the bus.");
         m_units.use(AgentBus::connection());
@@ -158,6 +162,7 @@ void Agent::joinFiles() {
 void Agent::configure(const std::string& signatures) {
     korvale::agent::setLogLevel(m_configuration.current().logLevel);
     m_scans.configure(m_configuration.current());
+    configureWatch();
     m_updates.setSettings(updateSettings(m_configuration.current(), signatures));
     m_states.setConfigurationValid(m_configuration.problem().isEmpty());
     setProblem(QStringLiteral("configuration"), m_configuration.problem());
@@ -237,6 +242,7 @@ void Agent::engineAnswered(const EngineState& state) {
         problem = QStringLiteral("The engine's signatures are older than seven days.");
     }
     setProblem(QStringLiteral("engine"), problem.trimmed());
+    watchWithEngine(state);
     m_states.setEngineFresh(fresh);
 }
 

@@ -4,6 +4,7 @@
 #include "agent/app/AgentTasks.h"
 #include "agent/app/ConfigurationFile.h"
 #include "agent/app/ControlRequests.h"
+#include "agent/app/EngineMark.h"
 #include "agent/app/EnginePoll.h"
 #include "agent/app/Engines.h"
 #include "agent/app/FindingsKeeper.h"
@@ -26,6 +27,7 @@
 #include "agent/publish/Publishing.h"
 #include "agent/scan/Scanner.h"
 #include "agent/store/VerdictCache.h"
+#include "agent/watch/Watch.h"
 
 #include <QMap>
 
@@ -41,9 +43,13 @@ public:
     /// Threats that are told one by one while the host cache cannot be written.
     static constexpr qsizetype kMostUnwritten = 20;
 
+    /// The same program is not told of again within this many milliseconds.
+    static constexpr qint64 kRefusedPeriod = 5000;
+
     /// Null and a sentence in `error` when it cannot do its work at all: without a place to write
     /// findings down.
-    static std::unique_ptr<Agent> make(ConfigurationFile configuration, std::string& error);
+    static std::unique_ptr<Agent> make(ConfigurationFile configuration, GuardProcess guard,
+                                       std::string& error);
     ~Agent() override;
 
     /// Goes on the bus, or tries to until there is one.
@@ -54,6 +60,9 @@ public:
     /// Reads the configuration and the lists of digests again. `done` is called once, later, with
     /// an empty text or what is wrong with the configuration.
     void reload(const Done& done);
+    /// See Watch.
+    void childChanged() { m_watch.childChanged(); }
+    void checkGuard() { m_watch.checkGuard(); }
 
 Q_SIGNALS:
     void stopped();
@@ -61,11 +70,18 @@ Q_SIGNALS:
     void statusLine(const QString& line);
 
 private:
-    Agent(ConfigurationFile configuration, std::unique_ptr<FindingsKeeper> keeper,
-          std::unique_ptr<VerdictCache> cache);
+    Agent(ConfigurationFile configuration, GuardProcess guard,
+          std::unique_ptr<FindingsKeeper> keeper, std::unique_ptr<VerdictCache> cache);
     void join();
     void joinFiles();
     void configure(const std::string& signatures);
+    // AgentWatch.cpp
+    void joinWatch();
+    void watchChanged();
+    void configureWatch();
+    void watchWithEngine(const EngineState& state);
+    void exemptEngine(const EngineState& state);
+    void refused(const std::string& path);
     void found(const FoundFile& file);
     void shown(const Finding& finding, const QString& detail);
     void engineAnswered(const EngineState& state);
@@ -108,6 +124,8 @@ private:
     Scanner m_scanner;
     Scans m_scans{m_scanner};
     ScanReport m_scanReport{m_scanner, m_publishing};
+    EngineMark m_engineMark;
+    Watch m_watch;
     Gatekeeper m_gatekeeper;
     Requests m_requests{m_gatekeeper, *this};
     RequestPort m_requestPort{m_requests};
@@ -119,6 +137,8 @@ private:
     bool m_filesFail = false;          ///< the host cache cannot be written
     QStringList m_unwritten;           ///< threats shown, and not yet in a written file
     QElapsedTimer m_sinceEngineStart;  ///< since its units were started last
+    QString m_refused;                 ///< the program that was told of last
+    QElapsedTimer m_sinceRefused;
     bool m_stopping = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "agent/app/Agent.h"
 #include "agent/app/ThreatJson.h"
+#include "agent/app/WatchJson.h"
 #include "agent/publish/BuildSettings.h"
 
 #include <QJsonArray>
@@ -46,23 +47,6 @@ QJsonObject endedScanObject(const ScanReport::Ended& ended) {
     return object;
 }
 
-/// The rule by which scans leave a path out; empty: they look at it.
-QString scanRule(const Configuration& configuration, const std::string& path) {
-    PathRules rules;
-    PathRules own;
-    std::string error; // none: the configuration was checked
-    for (const std::string& rule : configuration.exclude) {
-        (void)rules.add(rule, error);
-    }
-    for (const std::string& folder : {configuration.state, configuration.quarantine}) {
-        (void)own.add(folder, error);
-    }
-    if (const std::string* const rule = rules.match(path)) {
-        return QStringLiteral("scan.exclude = \"%1\"").arg(shownText(*rule));
-    }
-    return own.match(path) == nullptr ? QString() : QStringLiteral("a folder of the agent's own");
-}
-
 QJsonArray listOf(const std::vector<std::string>& texts) {
     QJsonArray list;
     for (const std::string& text : texts) {
@@ -81,7 +65,8 @@ QJsonObject Agent::status() const {
          QJsonObject{{QStringLiteral("detected"), m_threats.detected()},
                      {QStringLiteral("quarantined"), m_threats.quarantined()},
                      {QStringLiteral("waived"), m_threats.waived()}}},
-        {QStringLiteral("watch"), QJsonArray()},
+        {QStringLiteral("watch"), watchList(m_watch)},
+        {QStringLiteral("watch_counts"), watchCounts(m_watch)},
         {QStringLiteral("update"),
          QJsonObject{
              {QStringLiteral("asked"), static_cast<qint64>(m_updates.facts().asked)},
@@ -117,6 +102,9 @@ QJsonObject Agent::policy() const {
         {QStringLiteral("background"), listOf(configuration.background)},
         {QStringLiteral("exclude"), listOf(configuration.exclude)},
         {QStringLiteral("other_file_systems"), configuration.otherFileSystems},
+        {QStringLiteral("watch"), listOf(configuration.watchFolders)},
+        {QStringLiteral("block"),
+         configuration.blockExecute ? QStringLiteral("execute") : QStringLiteral("nothing")},
         {QStringLiteral("largest_file"), static_cast<qint64>(configuration.largestFile)},
         {QStringLiteral("quarantine_unsafe"), configuration.quarantineUnsafe},
         {QStringLiteral("quarantine_abnormal"), configuration.quarantineAbnormal}};
@@ -129,12 +117,7 @@ QJsonObject Agent::devices() const {
 }
 
 void Agent::why(const std::string& path, const Answer& answer) {
-    const QString excluded = scanRule(m_configuration.current(), path);
-    QJsonObject object{
-        {QStringLiteral("watched"), false},
-        {QStringLiteral("rule"), excluded.isEmpty()
-                                     ? QStringLiteral("no file system is watched; scans look at it")
-                                     : excluded}};
+    QJsonObject object = watchRule(m_watch, path);
     insertPath(object, path);
     m_lastVerdict.ask(path, [object, answer](const QJsonObject& verdict) {
         QJsonObject whole = object;

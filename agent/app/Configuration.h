@@ -35,6 +35,9 @@ struct Configuration {
     bool otherFileSystems = false;
     std::int64_t largestFile = std::int64_t{256} << 20; ///< bytes
 
+    std::vector<std::string> watchFolders; ///< none: nothing is watched
+    bool blockExecute = false;             ///< bad programs are not run
+
     bool quarantineUnsafe = true;
     bool quarantineAbnormal = false;
 

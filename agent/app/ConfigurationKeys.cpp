@@ -92,6 +92,29 @@ string_view excluded(Configuration& configuration, const toml::node& value) {
     return kTaken;
 }
 
+string_view watched(Configuration& configuration, const toml::node& value) {
+    std::optional<std::vector<std::string>> texts = textsOf(value);
+    PathRules rules; // the same form, but without wildcards
+    std::string error;
+    if (!texts || !std::all_of(texts->begin(), texts->end(), [&](const std::string& text) {
+            return isLine(text) && text.find_first_of("*?") == std::string::npos &&
+                   (text == "/" || !text.ends_with('/')) && rules.add(text, error);
+        })) {
+        return "a list of folders that begin with / and have no *, ?, . or .. in them";
+    }
+    configuration.watchFolders = std::move(*texts);
+    return kTaken;
+}
+
+string_view block(Configuration& configuration, const toml::node& value) {
+    const std::optional<std::string> word = value.value_exact<std::string>();
+    if (word != "nothing" && word != "execute") {
+        return "\"nothing\" or \"execute\"";
+    }
+    configuration.blockExecute = word == "execute";
+    return kTaken;
+}
+
 bool isUnit(const std::string& text) {
     return isLine(text) && text.find('/') == std::string::npos &&
            (text.ends_with(".service") || text.ends_with(".socket"));
@@ -182,6 +205,8 @@ constexpr std::array kKeys{
     ConfigurationKey{"scan", "exclude", &excluded},
     ConfigurationKey{"scan", "other_file_systems", &truth<&C::otherFileSystems>},
     ConfigurationKey{"scan", "largest_file", &largestFile},
+    ConfigurationKey{"watch", "folders", &watched},
+    ConfigurationKey{"watch", "block", &block},
     ConfigurationKey{"quarantine", "unsafe", &truth<&C::quarantineUnsafe>},
     ConfigurationKey{"quarantine", "abnormal", &truth<&C::quarantineAbnormal>},
     ConfigurationKey{"updates", "unit", &unit<&C::updaterUnit>},

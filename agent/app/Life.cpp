@@ -14,7 +14,7 @@
 namespace korvale::agent {
 namespace {
 
-constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};
+constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP, SIGCHLD};
 
 sigset_t signalSet() {
     sigset_t set;
@@ -39,7 +39,10 @@ Life::Life(QObject* parent) : QObject(parent) {
         m_notifier = std::make_unique<QSocketNotifier>(m_signals.get(), QSocketNotifier::Read);
         connect(m_notifier.get(), &QSocketNotifier::activated, this, &Life::takeSignal);
     }
-    connect(&m_watchdog, &QTimer::timeout, this, [] { ::sd_notify(0, "WATCHDOG=1"); });
+    connect(&m_watchdog, &QTimer::timeout, this, [this] {
+        ::sd_notify(0, "WATCHDOG=1");
+        Q_EMIT alive();
+    });
 }
 
 void Life::takeSignal() {
@@ -47,6 +50,8 @@ void Life::takeSignal() {
     while (::read(m_signals.get(), &info, sizeof info) == ssize_t{sizeof info}) {
         if (info.ssi_signo == SIGHUP) {
             Q_EMIT reloadWanted();
+        } else if (info.ssi_signo == SIGCHLD) {
+            Q_EMIT childChanged();
         } else {
             Q_EMIT endWanted();
         }

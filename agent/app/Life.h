@@ -33,6 +33,8 @@ public:
 Q_SIGNALS:
     void endWanted();    ///< SIGTERM, SIGINT
     void reloadWanted(); ///< SIGHUP
+    void childChanged(); ///< SIGCHLD: one was stopped or has ended
+    void alive();        ///< each time that the watchdog is fed
 
 private:
     void takeSignal();

@@ -24,11 +24,12 @@ int checkConfiguration(const std::string& file) {
     return 0;
 }
 
-int serve(const std::string& file) {
+int serve(const std::string& file, GuardProcess guard) {
     ConfigurationFile configuration(file);
     configuration.read();
     std::string error;
-    const std::unique_ptr<Agent> agent = Agent::make(std::move(configuration), error);
+    const std::unique_ptr<Agent> agent =
+        Agent::make(std::move(configuration), std::move(guard), error);
     if (!agent) {
         logError(error);
         return 1;
@@ -44,12 +45,14 @@ int serve(const std::string& file) {
         life.reloading();
         agent->reload([&life](const QString& /*problem*/) { life.reloaded(); });
     });
+    QObject::connect(&life, &Life::childChanged, agent.get(), &Agent::childChanged);
+    QObject::connect(&life, &Life::alive, agent.get(), &Agent::checkGuard);
     agent->start();
     life.ready();
     return QCoreApplication::exec();
 }
 
-int run() {
+int run(GuardProcess guard) {
     QCommandLineParser parser;
     const QCommandLineOption file(
         QStringLiteral("config"), QStringLiteral("Read this configuration."),
@@ -68,7 +71,7 @@ int run() {
         return kUsageError;
     }
     const std::string path = QFile::encodeName(parser.value(file)).toStdString();
-    return parser.isSet(check) ? checkConfiguration(path) : serve(path);
+    return parser.isSet(check) ? checkConfiguration(path) : serve(path, std::move(guard));
 }
 
 } // namespace
@@ -79,8 +82,10 @@ int main(int argc, char** argv) {
     // Before there is a second thread, which would take the signals otherwise.
     Life::blockSignals();
     ::umask(S_IWGRP | S_IWOTH);
+    // Likewise: its life hangs on that of the thread that forks it.
+    GuardProcess guard = GuardProcess::start();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("korvale-agent"));
     QCoreApplication::setApplicationVersion(build::kVersion.toString());
-    return run();
+    return run(std::move(guard));
 }

@@ -105,6 +105,7 @@ void SystemdUnits::askService(const QString& path, const UnitState& state, const
              const QVariantMap values = propertiesOf(properties);
              UnitState whole = state;
              whole.result = values.value(QStringLiteral("Result")).toString();
+             whole.mainProcess = values.value(QStringLiteral("MainPID")).toLongLong();
              whole.exitStatus = values.value(QStringLiteral("ExecMainStatus")).toInt();
              told(whole, {});
          });

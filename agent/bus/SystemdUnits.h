@@ -16,6 +16,7 @@ struct UnitState {
     bool installed = false; ///< its file is there and could be read
     QString active;         ///< "active", "inactive", "failed", "activating", …
     QString result;         ///< of a service that ended: "success", "exit-code", …; else empty
+    qint64 mainProcess = 0; ///< of a service that runs; 0: none
     int exitStatus = 0;     ///< of its main process, where `result` says that it ended
 
     [[nodiscard]] bool isActive() const {

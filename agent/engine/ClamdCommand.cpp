@@ -39,11 +39,18 @@ std::optional<std::string> readAnswer(int socket, std::chrono::steady_clock::tim
 } // namespace
 
 std::optional<std::string> askClamd(const std::string& socketPath, std::string_view command,
-                                    std::chrono::milliseconds patience, std::string& error) {
+                                    std::chrono::milliseconds patience, std::string& error,
+                                    pid_t* peer) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     const UniqueFd socket = connectLocal(socketPath, deadline, error);
     if (!socket) {
         return std::nullopt;
+    }
+    ucred credentials{};
+    socklen_t size = sizeof credentials;
+    if (peer != nullptr &&
+        ::getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &credentials, &size) == 0) {
+        *peer = credentials.pid;
     }
     std::string message("z");
     message.append(command).push_back('\0');

@@ -177,7 +177,7 @@ EngineState ClamdEngine::refresh() {
     now.maxFileSize = configuration.largestFile();
     std::string error;
     // VERSION instead of PING: as short, and it says what is needed besides.
-    const auto version = askClamd(m_socket, "VERSION", m_settings.patience, error);
+    const auto version = askClamd(m_socket, "VERSION", m_settings.patience, error, &now.listener);
     now.reachable = version && version->starts_with("ClamAV ");
     now.startable = files.complete;
     if (now.reachable) {

@@ -20,6 +20,9 @@ struct EngineState {
     std::int64_t maxFileSize = std::numeric_limits<std::int64_t>::max();
     /// The signatures are there without which the system does not start it.
     bool startable = false;
+    /// The process that listens on its socket, where it runs in one of its own: the service
+    /// manager's when that listens for it; 0: none.
+    std::int32_t listener = 0;
     std::string trouble; ///< why it is not reachable, for people; empty when it is
 
     friend bool operator==(const EngineState&, const EngineState&) = default;

@@ -121,7 +121,7 @@ void ScanJob::judge(WalkedFile& file) {
         return; // nobody's fault
     }
     if (judgement.verdict == Verdict::Clean) {
-        m_memory->remember(file, begun);
+        (void)m_memory->remember(file, begun);
     }
     conclude(file, std::move(judgement));
 }

@@ -30,17 +30,20 @@ VerdictMemory::Begun VerdictMemory::begin(const WalkedFile& file) {
     return {file.identity, std::chrono::system_clock::now(), currentKey()};
 }
 
-void VerdictMemory::remember(const WalkedFile& file, const Begun& begun) {
+bool VerdictMemory::remember(const WalkedFile& file, const Begun& begun) {
     const std::chrono::nanoseconds began = begun.time.time_since_epoch();
     // Of a change that seems to lie ahead (the clock was set back) nothing can be told either.
     const bool young = began - std::chrono::nanoseconds(begun.file.ctimeNs) < tooYoung;
     struct stat status {};
-    if (m_cache == nullptr || !file.folder->facts.keepsVerdicts || young || begun.key.empty() ||
+    if (!file.folder->facts.keepsVerdicts || young || begun.key.empty() ||
         ::fstat(file.descriptor.get(), &status) != 0 ||
         identityOf(status, file.folder->facts.id) != begun.file || currentKey() != begun.key) {
-        return;
+        return false;
     }
-    m_cache->remember(begun.file, KnownVerdict::Clean);
+    if (m_cache != nullptr) {
+        m_cache->remember(begun.file, KnownVerdict::Clean);
+    }
+    return true;
 }
 
 void VerdictMemory::flush() {

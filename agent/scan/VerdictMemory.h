@@ -29,11 +29,15 @@ public:
     /// `cache` may be null: nothing is known then. Both are borrowed.
     VerdictMemory(VerdictCache* cache, const Engine& engine);
 
+    /// The engine may have other signatures: only verdicts by these count from now on. begin() does
+    /// the same.
+    void useCurrentSignatures() { static_cast<void>(currentKey()); }
     [[nodiscard]] bool isKnownClean(const WalkedFile& file) const;
     [[nodiscard]] Begun begin(const WalkedFile& file);
     /// Remembers that the file is clean, if it still is the one that was begun with, and the
-    /// engine's signatures are the same, too.
-    void remember(const WalkedFile& file, const Begun& begun);
+    /// engine's signatures are the same, too. False: it may be another one unnoticed, and nothing
+    /// was remembered.
+    bool remember(const WalkedFile& file, const Begun& begun);
     void flush();
 
 private:

@@ -12,7 +12,7 @@ ALLOWED = {
     "engine": {"base"},
     "quarantine": {"base", "store", "engine"},
     "scan": {"base", "store", "engine"},
-    "watch": {"base", "store", "engine"},
+    "watch": {"base", "store", "engine", "scan"},
     "devices": {"base", "store"},
     "publish": {"base"},
     "bus": {"base", "publish"},

@@ -97,6 +97,10 @@ TEST(Configuration, AMistakeIsOneLineThatNamesItsPlace) {
         {"log_level = \"loud\"",
          "line 1: log_level must be \"error\", \"warning\", \"info\" or \"debug\""},
         {"[quarantine]\nunsafe = 1", "line 2: quarantine.unsafe must be true or false"},
+        {"[watch]\nfolders = [\"/home/*\"]",
+         "line 2: watch.folders must be a list of folders that begin with / and have no *, ?, . or "
+         ".. in them"},
+        {"[watch]\nblock = true", "line 2: watch.block must be \"nothing\" or \"execute\""},
         {"[updates]\nunit = \"../x.service\"",
          "line 2: updates.unit must be the name of a unit of systemd (.service or .socket)"},
     };
@@ -162,13 +166,19 @@ TEST(Configuration, TheManualDocumentsEveryKeyAndNoOther) {
 
 TEST(Configuration, ThePackagedFileHoldsEveryKeyWithItsDefault) {
     const QByteArray text = documentText("agent.toml");
-    EXPECT_EQ(good(text.toStdString()), Configuration());
+    // Without folders nothing is watched, and the installed agent shall watch.
+    Configuration packaged = good(text.toStdString());
+    EXPECT_EQ(packaged.watchFolders.size(), 8U);
+    packaged.watchFolders.clear();
+    EXPECT_EQ(packaged, Configuration());
     QByteArray allSet;
     for (const QByteArray& line : text.split('\n')) {
         const bool isKey = line.startsWith('#') && !line.startsWith("# ");
         allSet += (isKey ? line.mid(1) : line) + '\n';
     }
-    EXPECT_EQ(good(allSet.toStdString()), Configuration());
+    Configuration set = good(allSet.toStdString());
+    set.watchFolders.clear();
+    EXPECT_EQ(set, Configuration());
     for (const std::string& key : configurationKeys()) {
         const std::string name = key.substr(key.find('.') + 1);
         EXPECT_TRUE(allSet.contains(('\n' + name + " = ").c_str())) << key;

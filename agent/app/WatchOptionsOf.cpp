@@ -1,0 +1,22 @@
+#include "agent/app/WatchOptionsOf.h"
+
+namespace korvale::agent {
+
+WatchOptions watchOptionsOf(const Configuration& configuration, bool checkStarts) {
+    WatchOptions options;
+    options.folders = configuration.watchFolders;
+    options.checkStarts = checkStarts && !configuration.watchFolders.empty();
+    options.maxFileSize = configuration.largestFile;
+    options.fileDeadline = configuration.fileDeadline;
+    std::string error; // none: the configuration was checked
+    for (const std::string& rule : configuration.exclude) {
+        (void)options.excluded.add(rule, error);
+    }
+    for (const std::string& own : {configuration.state, configuration.quarantine,
+                                   configuration.hostCache, configuration.updaterStatus}) {
+        (void)options.excluded.add(own, error);
+    }
+    return options;
+}
+
+} // namespace korvale::agent

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "agent/base/UniqueFd.h"
+#include "agent/watch/GuardMessages.h"
+
+#include <sys/types.h>
+
+namespace korvale::agent {
+
+/// The process that alone holds the descriptor by which the kernel asks whether programs may run.
+/// Whatever happens to it or to the agent, the descriptor is closed soon, and then the kernel lets
+/// everything run: it ends with the agent (even one that is killed), and the agent ends it when it
+/// was stopped.
+class GuardProcess {
+public:
+    /// Forks it. To be called on the main thread while there is no other one: its life hangs on
+    /// that of the thread. Without the right to watch there is none, and `trouble` says so.
+    [[nodiscard]] static GuardProcess start();
+
+    GuardProcess() = default;
+    GuardProcess(GuardProcess&& other) noexcept;
+    GuardProcess& operator=(GuardProcess&& other) noexcept;
+    GuardProcess(const GuardProcess&) = delete;
+    GuardProcess& operator=(const GuardProcess&) = delete;
+    ~GuardProcess(); ///< ends it
+
+    [[nodiscard]] bool isRunning() const { return m_pid > 0; }
+    [[nodiscard]] pid_t pid() const { return m_pid; }
+    /// For GuardOrder and GuardNote; does not block.
+    [[nodiscard]] int socket() const { return m_socket.get(); }
+    [[nodiscard]] GuardPage& page() const { return *m_page; }
+    /// errno of what could not be done; 0 when it runs.
+    [[nodiscard]] int trouble() const { return m_trouble; }
+
+    /// What has become of it, without waiting. A stopped one is killed, and has ended soon.
+    enum class State { Runs, Stopped, Ended };
+    State look();
+    void end(); ///< by SIGKILL; waits for its end a moment
+
+private:
+    pid_t m_pid = -1;
+    UniqueFd m_socket;
+    GuardPage* m_page = nullptr; ///< mapped, shared
+    int m_trouble = 0;
+};
+
+} // namespace korvale::agent
