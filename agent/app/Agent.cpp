@@ -101,6 +101,8 @@ void Agent::join() {
     connect(&m_bus, &AgentBus::nameOwned, this, [this] {
         logInfo("On the bus.");
         m_units.use(AgentBus::connection());
+        m_sleep.use(AgentBus::connection());
+        m_devices.use(AgentBus::connection());
         m_states.start();
     });
     connect(&m_bus, &AgentBus::busLost, this, [this] {

@@ -4,6 +4,7 @@
 #include "agent/app/AgentTasks.h"
 #include "agent/app/ConfigurationFile.h"
 #include "agent/app/ControlRequests.h"
+#include "agent/app/Devices.h"
 #include "agent/app/EngineMark.h"
 #include "agent/app/EnginePoll.h"
 #include "agent/app/Engines.h"
@@ -22,6 +23,7 @@
 #include "agent/bus/AgentObject.h"
 #include "agent/bus/ControlPort.h"
 #include "agent/bus/RequestPort.h"
+#include "agent/bus/SleepWatch.h"
 #include "agent/bus/SystemdUnits.h"
 #include "agent/engine/EngineWatch.h"
 #include "agent/publish/Publishing.h"
@@ -126,6 +128,8 @@ private:
     ScanReport m_scanReport{m_scanner, m_publishing};
     EngineMark m_engineMark;
     Watch m_watch;
+    SleepWatch m_sleep;
+    Devices m_devices{m_publishing};
     Gatekeeper m_gatekeeper;
     Requests m_requests{m_gatekeeper, *this};
     RequestPort m_requestPort{m_requests};

@@ -113,7 +113,7 @@ QJsonObject Agent::policy() const {
 }
 
 QJsonObject Agent::devices() const {
-    return {{QStringLiteral("devices"), QJsonArray()}};
+    return {{QStringLiteral("devices"), m_devices.list()}};
 }
 
 void Agent::why(const std::string& path, const Answer& answer) {

@@ -15,6 +15,8 @@ void Agent::joinWatch() {
         learn(finding);
     }
     connect(m_keeper.get(), &FindingsKeeper::shown, this, learn);
+    connect(&m_sleep, &SleepWatch::sleeping, &m_watch, &Watch::sleep);
+    connect(&m_devices, &Devices::notification, &m_bus, &AgentBus::post);
     connect(&m_watch, &Watch::found, this, &Agent::found);
     connect(&m_watch, &Watch::refused, this, &Agent::refused);
     connect(&m_watch, &Watch::changed, this, &Agent::watchChanged);

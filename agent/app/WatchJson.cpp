@@ -61,7 +61,9 @@ QJsonObject watchRule(const Watch& watch, const std::string& path) {
     const std::string* const excluded = options.excluded.match(path);
     const std::string* const folder = options.folderOf(path);
     QString rule;
-    if (excluded != nullptr) {
+    if (options.own.match(path) != nullptr) {
+        rule = QStringLiteral("a folder of the agent's own");
+    } else if (excluded != nullptr) {
         rule = quoted("scan.exclude", *excluded);
     } else if (folder == nullptr) {
         rule = QStringLiteral("no folder of watch.folders holds it; scans look at it");

@@ -14,7 +14,7 @@ WatchOptions watchOptionsOf(const Configuration& configuration, bool checkStarts
     }
     for (const std::string& own : {configuration.state, configuration.quarantine,
                                    configuration.hostCache, configuration.updaterStatus}) {
-        (void)options.excluded.add(own, error);
+        (void)options.own.add(own, error);
     }
     return options;
 }

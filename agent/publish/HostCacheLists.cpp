@@ -84,7 +84,17 @@ void HostCacheLists::addExploit(const Exploit& exploit) {
     addExploitEvent(exploit);
 }
 
+void HostCacheLists::markChanged(std::uint32_t bits) {
+    m_changed |= bits;
+    if ((bits & bit::kDeviceEvents) != 0) {
+        m_devicesTaken = false;
+    }
+}
+
 void HostCacheLists::putDeviceEvent(const QString& key, const QJsonObject& record) {
+    if (m_devicesOnce && std::exchange(m_devicesTaken, false)) {
+        m_devices.clear();
+    }
     m_devices.put(key, record);
     m_changed |= bit::kDeviceEvents;
 }
@@ -154,6 +164,7 @@ HostCacheBatch HostCacheLists::takeBatch(std::optional<std::uint32_t> mask) {
     batch.files.push_back({QStringLiteral("header.log"),
                            number(QStringLiteral("MessageMask"), mask.value_or(m_changed))});
     batch.bits = std::exchange(m_changed, 0);
+    m_devicesTaken = m_devicesTaken || (batch.bits & bit::kDeviceEvents) != 0;
     return batch;
 }
 

@@ -74,7 +74,7 @@ public:
     [[nodiscard]] qint64 analysed() const { return m_analysed; }
     /// Bits of the files whose content changed since the last `publish`.
     [[nodiscard]] std::uint32_t changed() const { return m_changed; }
-    void markChanged(std::uint32_t bits) { m_changed |= bits; }
+    void markChanged(std::uint32_t bits);
 
     /// The changed files, then "header.log" with their mask (or with `mask`, where given). They
     /// count as unchanged from now on; `markChanged(batch.bits)` takes that back.
@@ -84,6 +84,10 @@ public:
 
     /// Beyond that many the oldest events are forgotten.
     void setEventLimit(qsizetype events) { m_eventLimit = events; }
+
+    /// Readers take each device record of an announced file for a new one: records that were taken
+    /// by a batch are left out of the next.
+    void setDevicesOnce(bool once) { m_devicesOnce = once; }
 
     /// Time stamp of new events; now when not set.
     void setEventTime(const QString& when) { m_eventTime = when; }
@@ -102,6 +106,8 @@ private:
     qsizetype m_eventLimit = std::numeric_limits<qsizetype>::max();
     std::uint32_t m_changed = 0;
     bool m_scanning = false;
+    bool m_devicesOnce = false;
+    bool m_devicesTaken = false; ///< by a batch, and nobody took that back
 };
 
 } // namespace korvale::agent

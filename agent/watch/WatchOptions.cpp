@@ -10,7 +10,9 @@ const std::string* WatchOptions::folderOf(const std::string& path) const {
                (path.starts_with(folder) && path.size() > folder.size() &&
                 path[folder.size()] == '/');
     });
-    return found == folders.end() || excluded.match(path) != nullptr ? nullptr : &*found;
+    const bool out =
+        found == folders.end() || excluded.match(path) != nullptr || own.match(path) != nullptr;
+    return out ? nullptr : &*found;
 }
 
 } // namespace korvale::agent

@@ -13,7 +13,8 @@ public:
 
     void choose(std::vector<WalkedFile>& files) override {
         std::erase_if(files, [this](const WalkedFile& file) {
-            return !m_files.isWorthLooking(file, m_options);
+            return m_options.folderOf(file.path()) == nullptr ||
+                   !m_files.isWorthLooking(file, m_options);
         });
     }
     void file(WalkedFile file) override { m_files.judge(file, m_options); }

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusUnixFileDescriptor>
+#include <QObject>
+
+#include <optional>
+
+namespace korvale::agent {
+
+/// Hears from the login service that the machine is about to sleep, and delays it for the moment
+/// that this takes. Main thread; never waits. Without a login service nothing is heard.
+class SleepWatch : public QObject {
+    Q_OBJECT
+public:
+    explicit SleepWatch(QObject* parent = nullptr) : QObject(parent) {}
+
+    /// The bus to hear on from now on, again after it was lost.
+    void use(const QDBusConnection& bus);
+
+Q_SIGNALS:
+    /// True: about to sleep; the delay ends when every slot has returned. False: awake again.
+    void sleeping(bool asleep);
+
+private Q_SLOTS:
+    void prepare(bool asleep);
+
+private:
+    void delay();
+
+    std::optional<QDBusConnection> m_bus;
+    QDBusUnixFileDescriptor m_delay; ///< the login service waits while it is open
+};
+
+} // namespace korvale::agent
