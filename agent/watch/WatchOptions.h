@@ -13,8 +13,8 @@ namespace korvale::agent {
 struct WatchOptions {
     std::vector<std::string> folders; ///< absolute; what is in them is watched. None: nothing is
     PathRules excluded;
-    PathRules own; ///< the agent's folders, which are never watched
-    bool checkStarts = false;                         ///< programs are checked before they run
+    PathRules own;            ///< the agent's folders, which are never watched
+    bool checkStarts = false; ///< programs are checked before they run
     std::int64_t maxFileSize = std::int64_t{1} << 30; ///< bytes; larger files are not judged
     std::chrono::milliseconds fileDeadline{120'000};  ///< for the engine, for each written file
 
