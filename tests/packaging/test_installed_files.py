@@ -8,7 +8,7 @@ import tempfile
 import unittest
 
 BUILD = pathlib.Path(sys.argv.pop(1))
-MOST_BYTES = 2_000_000
+MOST_BYTES = 2 * 1024 * 1024
 FILES = {
     "etc/xdg/autostart/com.korvale.ui.desktop", "usr/bin/korvale-ui",
     "usr/share/applications/com.korvale.ui.desktop",
