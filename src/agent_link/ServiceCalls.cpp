@@ -57,9 +57,17 @@ void ServiceCalls::busLost() {
     }
 }
 
+/// The errors of calls come before that news.
+void ServiceCalls::noticeEndOfBus() {
+    if (!m_bus.isConnected()) {
+        busLost();
+    }
+}
+
 void ServiceCalls::call(const QVariantMap& envelope, ReplyHandler handler) {
     const QDBusPendingCall pending = m_bus.asyncCall(requestMessage(envelope), noTimeout);
     if (hasFailedAtOnce(pending)) {
+        noticeEndOfBus();
         handler(nullptr);
         return;
     }
@@ -67,9 +75,7 @@ void ServiceCalls::call(const QVariantMap& envelope, ReplyHandler handler) {
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this, watcher, handler = std::move(handler)] {
                 watcher->deleteLater();
-                if (!m_bus.isConnected()) {
-                    busLost(); // the errors of open calls come before that news
-                }
+                noticeEndOfBus();
                 deliver(watcher->reply(), handler);
             });
 }

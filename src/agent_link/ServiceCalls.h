@@ -38,6 +38,7 @@ public Q_SLOTS:
     void busLost();
 
 private:
+    void noticeEndOfBus();
     struct Undecided {
         QDBusMessage reply;
         ReplyHandler handler;

@@ -91,7 +91,7 @@ class Window(WindowCase):
         wait_until(lambda: {"CMD_": "GOPV"} in self.reported_agent.requests(), "the queries")
         self.status_item.click(self.status_item.entry(text("About")))
 
-        said = wait_until(lambda: json.loads(self.read("texts") or "[]"), "the credits")[0]
+        said = wait_until(lambda: next(filter(None, json.loads(self.read("texts") or "[]")), None), "the credits")
         self.assertTrue(second.running())
         self.assertEqual(said.split("\n")[:2],
                          ["SONDAR Version : 3.1",
