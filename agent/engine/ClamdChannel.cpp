@@ -93,12 +93,23 @@ ClamdChannel::Answer ClamdChannel::askLocked(Lock& lock, int file, TimePoint dea
 }
 
 bool ClamdChannel::connect(Lock& lock, TimePoint deadline, std::string& error) {
+    // One connection serves all who ask: clamd has only so many for everybody.
+    while (m_isConnecting) {
+        if (m_connected.wait_until(lock, deadline) == std::cv_status::timeout) {
+            error = "clamd takes no connection";
+            return false;
+        }
+    }
+    if (m_session) {
+        return true;
+    }
+    m_isConnecting = true;
     lock.unlock(); // the listener's queue may be full
     SessionPtr session = ClamdSession::open(m_socketPath, deadline, error);
     lock.lock();
-    if (!m_session && session) {
-        m_session = std::move(session);
-    }
+    m_isConnecting = false;
+    m_connected.notify_all();
+    m_session = std::move(session);
     return m_session != nullptr;
 }
 

@@ -78,6 +78,8 @@ private:
 
     std::mutex m_mutex;
     std::condition_variable m_turn;
+    bool m_isConnecting = false;
+    std::condition_variable m_connected; ///< or the attempt failed
     SessionPtr m_session;
     std::unordered_map<std::uint32_t, Ticket*> m_tickets; ///< of this session, by number
     std::size_t m_asking = 0;                             ///< callers who have a turn
