@@ -56,7 +56,7 @@ std::string tidy(const std::string& bytes) {
 
 std::string firstOf(const DeviceProperties& properties, std::initializer_list<const char*> names) {
     for (const char* const name : names) {
-        const std::string text = tidy(decoded(valueOf(properties, name)));
+        std::string text = tidy(decoded(valueOf(properties, name)));
         if (!text.empty()) {
             return text;
         }

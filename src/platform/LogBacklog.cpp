@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <malloc.h>
 #include <mutex>
 #include <string>
 #include <system_error>
@@ -11,7 +12,9 @@
 namespace korvale {
 namespace {
 
-/// Many lines in two blocks of memory, which go back to the system as a whole.
+constexpr std::size_t largeBacklog = 1024 * 1024;
+
+/// Many lines in two blocks of memory.
 struct Lines {
     struct Place {
         LogLevel level;
@@ -105,9 +108,13 @@ void LogBacklog::startWriting() {
 void LogBacklog::Work::writeAll() {
     std::unique_lock lock(mutex);
     while (lost > 0 || !lines.places.empty()) {
-        const Lines taken = takeLines();
+        Lines taken = takeLines();
         lock.unlock();
         writeEach(taken);
+        if (taken.texts.size() >= largeBacklog) {
+            taken = {};
+            ::malloc_trim(0); // else the C library may keep all of it for this program
+        }
         lock.lock();
     }
     isWriting = false;
