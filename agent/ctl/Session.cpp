@@ -17,7 +17,7 @@ constexpr int kMostMissing = 2;
 /// The scan of that number in a list of scans; empty: it is not there.
 QJsonObject scanNumbered(const QJsonValue& list, qint64 number) {
     for (const QJsonValue value : list.toArray()) {
-        const QJsonObject scan = value.toObject();
+        QJsonObject scan = value.toObject();
         if (scan.value(QStringLiteral("number")).toInteger() == number) {
             return scan;
         }

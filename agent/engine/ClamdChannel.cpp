@@ -67,8 +67,8 @@ ClamdChannel::Answer ClamdChannel::askLocked(Lock& lock, int file, TimePoint dea
     // A session that has lain idle may have been closed by clamd, which is nobody's fault.
     for (int attempt = 0;; ++attempt) {
         std::string error;
-        if (!m_session && !connect(lock, deadline, error)) {
-            return {Outcome::Unreachable, error};
+        if (!m_session && !connect(lock, deadline, stop, error)) {
+            return {stop.stop_requested() ? Outcome::Stopped : Outcome::Unreachable, error};
         }
         const bool alone = m_tickets.empty();
         switch (send(lock, file, deadline, stop, ticket, number)) {
@@ -92,24 +92,26 @@ ClamdChannel::Answer ClamdChannel::askLocked(Lock& lock, int file, TimePoint dea
     }
 }
 
-bool ClamdChannel::connect(Lock& lock, TimePoint deadline, std::string& error) {
-    // One connection serves all who ask: clamd has only so many for everybody.
-    while (m_isConnecting) {
-        if (m_connected.wait_until(lock, deadline) == std::cv_status::timeout) {
-            error = "clamd takes no connection";
+bool ClamdChannel::connect(Lock& lock, TimePoint deadline, const std::stop_token& stop,
+                           std::string& error) {
+    // One connects for all: clamd serves few at once, and a second session would be thrown away.
+    while (m_connecting) {
+        if (stop.stop_requested() || Clock::now() >= deadline) {
+            error = "no connection in time";
             return false;
         }
+        m_connected.wait_until(lock, std::min(deadline, Clock::now() + kPatience));
     }
     if (m_session) {
         return true;
     }
-    m_isConnecting = true;
+    m_connecting = true;
     lock.unlock(); // the listener's queue may be full
     SessionPtr session = ClamdSession::open(m_socketPath, deadline, error);
     lock.lock();
-    m_isConnecting = false;
-    m_connected.notify_all();
+    m_connecting = false;
     m_session = std::move(session);
+    m_connected.notify_all();
     return m_session != nullptr;
 }
 

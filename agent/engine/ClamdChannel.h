@@ -62,7 +62,7 @@ private:
 
     Answer askLocked(Lock& lock, int file, TimePoint deadline, const std::stop_token& stop);
     bool waitForTurn(Lock& lock, TimePoint deadline, const std::stop_token& stop);
-    bool connect(Lock& lock, TimePoint deadline, std::string& error);
+    bool connect(Lock& lock, TimePoint deadline, const std::stop_token& stop, std::string& error);
     ClamdSession::Sent send(Lock& lock, int file, TimePoint deadline, const std::stop_token& stop,
                             Ticket& ticket, std::uint32_t& number);
     Answer wait(Lock& lock, Ticket& ticket, std::uint32_t number, TimePoint deadline,
@@ -78,12 +78,12 @@ private:
 
     std::mutex m_mutex;
     std::condition_variable m_turn;
-    bool m_isConnecting = false;
-    std::condition_variable m_connected; ///< or the attempt failed
+    std::condition_variable m_connected; ///< or failed to
     SessionPtr m_session;
     std::unordered_map<std::uint32_t, Ticket*> m_tickets; ///< of this session, by number
     std::size_t m_asking = 0;                             ///< callers who have a turn
     bool m_reading = false;                               ///< somebody polls the session
+    bool m_connecting = false;                            ///< somebody opens one
     TimePoint m_lastUse;
 };
 

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <future>
 #include <gtest/gtest.h>
+#include <latch>
 #include <map>
 #include <unistd.h>
 #include <vector>
@@ -93,6 +94,27 @@ TEST_F(ClamdEngineTest, TakesEachReplyForTheFileItBelongsTo) {
     EXPECT_EQ(waiting[1].get(), "fd[9]: Test FOUND");
     EXPECT_EQ(waiting[2].get(), "fd[9]: OK");
     EXPECT_EQ(m_clamd.connections(), 1);
+}
+
+TEST_F(ClamdEngineTest, OpensOneSessionForAllWhoAskAtOnce) {
+    constexpr int kRounds = 50;
+    const UniqueFd file = open("content");
+    for (int round = 0; round < kRounds; ++round) {
+        ClamdChannel channel(m_folder / "clamd.ctl", 4);
+        const auto late = std::chrono::steady_clock::now() + 20s;
+        std::latch together(4);
+        std::vector<std::future<ClamdChannel::Outcome>> waiting;
+        for (int one = 0; one < 4; ++one) {
+            waiting.push_back(std::async(std::launch::async, [&] {
+                together.arrive_and_wait();
+                return channel.ask(file.get(), late, {}).outcome;
+            }));
+        }
+        for (auto& one : waiting) {
+            EXPECT_EQ(one.get(), ClamdChannel::Outcome::Answered);
+        }
+    }
+    EXPECT_EQ(m_clamd.connections(), kRounds);
 }
 
 TEST_F(ClamdEngineTest, NeverAsksForWhatClamdWouldCallCleanUnread) {
