@@ -12,7 +12,7 @@
 namespace korvale {
 namespace {
 
-constexpr std::size_t largeBacklog = 1024 * 1024;
+constexpr std::size_t largeBacklog = 1U << 20U;
 
 /// Many lines in two blocks of memory.
 struct Lines {
