@@ -121,7 +121,9 @@ class LongLife(DesktopCase):
         self.play(range(SETTLED))
         at_first, woken_at_first = Use(self.desktop, self.victim.pid), wake_ups(self.victim.pid)
         self.play(range(SETTLED, BATCHES))
-        woken = wake_ups(self.victim.pid)
+        # A panel that is busy still asks for pictures that it was told of long ago.
+        woken = wait_until(lambda: (now := wake_ups(self.victim.pid)) <= woken_at_first * 1.5 + 1 and now,
+                           "the panel to catch up", 120)
         # A thread that has just written something is soon gone, with its descriptor.
         with contextlib.suppress(SessionError):
             wait_until(lambda: Use(self.desktop, self.victim.pid).threads <= at_first.threads and
@@ -133,7 +135,6 @@ class LongLife(DesktopCase):
         self.assertLessEqual(at_last.descriptors, at_first.descriptors, at_last.open)
         self.assertLessEqual(at_last.threads, at_first.threads)
         self.assertLessEqual(at_last.rules, at_first.rules)
-        self.assertLessEqual(woken, woken_at_first * 1.5 + 1)
 
     def test_an_event_that_was_shown_costs_little_for_ever(self):
         self.show_events(0, 1000)
