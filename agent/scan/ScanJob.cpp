@@ -1,9 +1,8 @@
 #include "agent/scan/ScanJob.h"
 
 #include "agent/base/Log.h"
+#include "agent/scan/FoundFileOf.h"
 #include "agent/scan/LowPriority.h"
-
-#include <sys/stat.h>
 
 namespace korvale::agent {
 namespace {
@@ -183,14 +182,7 @@ void ScanJob::askAgain() {
 }
 
 void ScanJob::report(const WalkedFile& file, Judgement judgement) {
-    struct stat status {};
-    FoundFile found;
-    found.owner = ::fstat(file.descriptor.get(), &status) == 0 ? status.st_uid : 0;
-    found.identity = identityOf(status, file.folder->facts.id);
-    found.path = file.path();
-    found.folder = file.folder;
-    found.name = file.name;
-    found.judgement = std::move(judgement);
+    FoundFile found = foundFileOf(file, std::move(judgement));
     // Even when the scan is being stopped: what was found is told.
     found.permit = m_permits->take(m_stop.get_token());
     const std::lock_guard lock(m_mutex);

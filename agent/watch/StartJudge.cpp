@@ -1,5 +1,6 @@
 #include "agent/watch/StartJudge.h"
 
+#include "agent/scan/FoundFileOf.h"
 #include "agent/watch/DescriptorMessage.h"
 #include "agent/watch/WatchedFile.h"
 

@@ -39,16 +39,4 @@ WalkedFile openWatched(const FilePlaces& places, const std::string& path) {
     return file;
 }
 
-FoundFile foundFileOf(const WalkedFile& file, Judgement judgement) {
-    struct stat status {};
-    FoundFile found;
-    found.owner = ::fstat(file.descriptor.get(), &status) == 0 ? status.st_uid : 0;
-    found.identity = identityOf(status, file.folder->facts.id);
-    found.path = file.path();
-    found.folder = file.folder;
-    found.name = file.name;
-    found.judgement = std::move(judgement);
-    return found;
-}
-
 } // namespace korvale::agent

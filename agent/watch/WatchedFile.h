@@ -14,7 +14,4 @@ namespace korvale::agent {
 /// The same for a folder.
 [[nodiscard]] UniqueFd openWatchedFolder(const WatchedRoot& root, const std::string& path);
 
-/// A bad file as findings are told.
-[[nodiscard]] FoundFile foundFileOf(const WalkedFile& file, Judgement judgement);
-
 } // namespace korvale::agent

@@ -1,6 +1,7 @@
 #include "agent/watch/WrittenFiles.h"
 
 #include "agent/base/Log.h"
+#include "agent/scan/FoundFileOf.h"
 #include "agent/scan/LowPriority.h"
 #include "agent/watch/WatchedFile.h"
 
