@@ -8,6 +8,7 @@
 #include "agent/app/EngineMark.h"
 #include "agent/app/EnginePoll.h"
 #include "agent/app/Engines.h"
+#include "agent/app/Exploits.h"
 #include "agent/app/FindingsKeeper.h"
 #include "agent/app/Gatekeeper.h"
 #include "agent/app/LastVerdict.h"
@@ -130,6 +131,7 @@ private:
     Watch m_watch;
     SleepWatch m_sleep;
     Devices m_devices{m_publishing};
+    Exploits m_exploits{m_publishing};
     Gatekeeper m_gatekeeper;
     Requests m_requests{m_gatekeeper, *this};
     RequestPort m_requestPort{m_requests};

@@ -67,6 +67,7 @@ QJsonObject Agent::status() const {
                      {QStringLiteral("waived"), m_threats.waived()}}},
         {QStringLiteral("watch"), watchList(m_watch)},
         {QStringLiteral("watch_counts"), watchCounts(m_watch)},
+        {QStringLiteral("exploits"), m_exploits.status()},
         {QStringLiteral("update"),
          QJsonObject{
              {QStringLiteral("asked"), static_cast<qint64>(m_updates.facts().asked)},
@@ -105,6 +106,7 @@ QJsonObject Agent::policy() const {
         {QStringLiteral("watch"), listOf(configuration.watchFolders)},
         {QStringLiteral("block"),
          configuration.blockExecute ? QStringLiteral("execute") : QStringLiteral("nothing")},
+        {QStringLiteral("exploits"), configuration.tellExploits},
         {QStringLiteral("largest_file"), static_cast<qint64>(configuration.largestFile)},
         {QStringLiteral("quarantine_unsafe"), configuration.quarantineUnsafe},
         {QStringLiteral("quarantine_abnormal"), configuration.quarantineAbnormal}};

@@ -27,6 +27,7 @@ void Agent::configureWatch() {
     // A machine whose engine never worked must not be locked out of its own programs.
     const bool check = configuration.blockExecute && m_engineMark.isSet();
     m_watch.configure(watchOptionsOf(configuration, check));
+    m_exploits.listen(configuration.tellExploits);
 }
 
 void Agent::watchChanged() {

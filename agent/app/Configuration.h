@@ -37,6 +37,7 @@ struct Configuration {
 
     std::vector<std::string> watchFolders; ///< none: nothing is watched
     bool blockExecute = false;             ///< bad programs are not run
+    bool tellExploits = true;              ///< what the kernel killed or denied is told
 
     bool quarantineUnsafe = true;
     bool quarantineAbnormal = false;

@@ -207,6 +207,7 @@ constexpr std::array kKeys{
     ConfigurationKey{"scan", "largest_file", &largestFile},
     ConfigurationKey{"watch", "folders", &watched},
     ConfigurationKey{"watch", "block", &block},
+    ConfigurationKey{"watch", "exploits", &truth<&C::tellExploits>},
     ConfigurationKey{"quarantine", "unsafe", &truth<&C::quarantineUnsafe>},
     ConfigurationKey{"quarantine", "abnormal", &truth<&C::quarantineAbnormal>},
     ConfigurationKey{"updates", "unit", &unit<&C::updaterUnit>},

@@ -61,6 +61,17 @@ std::string scanText(const QJsonObject& scan) {
     return text;
 }
 
+std::string exploitsText(const QJsonObject& exploits) {
+    const std::string problem = shown(exploits.value(QStringLiteral("problem")));
+    const bool heard = exploits.value(QStringLiteral("heard")).toBool();
+    std::string text = shown(exploits.value(QStringLiteral("terminated"))) + " terminated, " +
+                       shown(exploits.value(QStringLiteral("blocked"))) + " blocked";
+    if (!heard) {
+        text += ", not heard of now";
+    }
+    return problem.empty() ? text : text + " (" + problem + ")";
+}
+
 std::string statusText(const QJsonObject& answer) {
     const QJsonObject threats = answer.value(QStringLiteral("threats")).toObject();
     std::string text =
@@ -82,6 +93,8 @@ std::string statusText(const QJsonObject& answer) {
                                   shown(watch.value(QStringLiteral("mode"))) +
                                   (problem.empty() ? "" : " (" + problem + ")"));
     }
+    const QJsonObject exploits = answer.value(QStringLiteral("exploits")).toObject();
+    text += exploits.isEmpty() ? "" : line("Exploits", exploitsText(exploits));
     const QJsonObject update = answer.value(QStringLiteral("update")).toObject();
     const std::string outcome = shown(update.value(QStringLiteral("outcome")));
     text += outcome.empty() ? "" : line("Update", outcome);

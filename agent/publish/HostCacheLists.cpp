@@ -59,6 +59,12 @@ void HostCacheLists::setProcess(const QString& key, int state, const QString& pa
     m_changed |= bit::kProcesses;
 }
 
+void HostCacheLists::removeProcess(const QString& key) {
+    if (m_processes.remove(key)) {
+        m_changed |= bit::kProcesses;
+    }
+}
+
 void HostCacheLists::putEvent(const QString& key, const QJsonObject& record) {
     m_events.putAsNewest(key, record);
     m_events.keepNewest(m_eventLimit);

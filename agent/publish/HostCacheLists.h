@@ -59,6 +59,7 @@ public:
     [[nodiscard]] std::optional<FileThreat> file(const QString& path) const;
     void setProcess(const QString& key, int state, const QString& path, const QJsonValue& pid,
                     const QString& count);
+    void removeProcess(const QString& key);
     void addThreatEvent(const QString& path, int state, int event);
     void addExploitEvent(const Exploit& exploit);
     /// A process record and its event, as an attempt leaves them.

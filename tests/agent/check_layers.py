@@ -14,6 +14,7 @@ ALLOWED = {
     "scan": {"base", "store", "engine"},
     "watch": {"base", "store", "engine", "scan"},
     "devices": {"base", "store"},
+    "audit": {"base"},
     "publish": {"base"},
     "bus": {"base", "publish"},
     "ctl": {"base"},
