@@ -4,6 +4,8 @@
 
 #include <QDBusMetaType>
 #include <QGuiApplication>
+#include <QImage>
+#include <QPixmap>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -29,8 +31,11 @@ QString bodyOf(const DesktopNotification& notification, const NotificationAbilit
                          : subtitle + u'\n' + message;
 }
 
-NotificationImage wireImage(const QImage& picture) {
-    const QImage image = picture.convertToFormat(QImage::Format_RGBA8888);
+NotificationImage wireImage(const QIcon& picture) {
+    // Servers show it at 48 pixels and more, on sharp screens at twice that.
+    static constexpr QSize size{96, 96};
+    const QImage image =
+        picture.pixmap(size, 1.0).toImage().convertToFormat(QImage::Format_RGBA8888);
     const void* bits = image.constBits();
     return {.width = image.width(),
             .height = image.height(),
@@ -80,11 +85,11 @@ QDBusMessage notifyMessage(const DesktopNotification& notification,
     QVariantMap hints{
         {QStringLiteral("desktop-entry"), program},
         {QStringLiteral("urgency"), QVariant::fromValue(static_cast<uchar>(notification.urgency))}};
-    if (!notification.image.isNull()) {
+    if (!notification.picture.isNull()) {
         [[maybe_unused]] static const QMetaType registered =
             qDBusRegisterMetaType<NotificationImage>();
         hints.insert(QStringLiteral("image-data"),
-                     QVariant::fromValue(wireImage(notification.image)));
+                     QVariant::fromValue(wireImage(notification.picture)));
     }
     auto call = QDBusMessage::createMethodCall(notificationsName(), notificationsPath(),
                                                notificationsName(), QStringLiteral("Notify"));

@@ -1,5 +1,6 @@
 #include "platform/NotificationServer.h"
 
+#include "platform/BusCalls.h"
 #include "platform/BusSignals.h"
 #include "platform/NotificationMessage.h"
 #include "platform/Texts.h"
@@ -13,9 +14,13 @@
 namespace korvale {
 namespace {
 
-// A service that hangs or never closes anything must not make the program grow.
-constexpr std::size_t mostWaiting = 50;
+// A service that hangs or never closes anything must not make the program grow: a sent notification
+// has its picture with it, one that waits its texts alone.
+constexpr std::size_t mostWaiting = 50;    // nobody knows yet how to write them
+constexpr std::size_t mostUnanswered = 50; // sent
+constexpr std::size_t mostLate = 500;      // more than the service has caught up with
 constexpr std::size_t mostLinks = 100;
+constexpr qsizetype longestKept = 8192; // characters of a text, far more than is ever shown
 
 } // namespace
 
@@ -30,6 +35,8 @@ void NotificationServer::start(const QDBusConnection& sessionBus) {
     m_abilities.reset();
     m_isAsking = false;
     m_links.clear();
+    ++m_owners;
+    m_unanswered = 0;
     if (!m_bus.isConnected()) {
         m_owner.forget();
         m_waiting.clear();
@@ -54,8 +61,10 @@ void NotificationServer::ownerChanged(const QString& before) {
         return; // the question, if there is one, is waiting for this very owner
     }
     m_abilities.reset();
+    ++m_owners;
+    m_unanswered = 0;
     std::erase_if(m_links, [&before](const Shown& shown) { return shown.service == before; });
-    if (m_isAsking) {
+    if (m_isAsking || !m_waiting.empty()) {
         askWhatItCanDo(); // whoever was asked can no longer answer
     }
 }
@@ -64,16 +73,28 @@ void NotificationServer::deliver(const DesktopNotification& notification) {
     if (m_isStarted && !m_bus.isConnected()) {
         return;
     }
+    keep(notification);
     if (m_abilities) {
-        show(notification);
-        return;
+        showWaiting();
+    } else if (m_isStarted && !m_isAsking) {
+        askWhatItCanDo();
     }
-    if (m_waiting.size() == mostWaiting) {
+}
+
+void NotificationServer::keep(const DesktopNotification& notification) {
+    if (m_waiting.size() == (m_abilities ? mostLate : mostWaiting)) {
         m_waiting.pop_front();
     }
-    m_waiting.push_back(notification);
-    if (m_isStarted && !m_isAsking) {
-        askWhatItCanDo();
+    DesktopNotification& kept = m_waiting.emplace_back(notification);
+    for (QString* text : {&kept.title, &kept.subtitle, &kept.message}) {
+        text->truncate(longestKept);
+    }
+}
+
+void NotificationServer::showWaiting() {
+    while (m_abilities && !m_waiting.empty() && m_unanswered < mostUnanswered) {
+        show(m_waiting.front());
+        m_waiting.pop_front();
     }
 }
 
@@ -106,27 +127,30 @@ void NotificationServer::takeAnswer(const QDBusMessage& reply) {
     const QStringList said = isAnswer ? reply.arguments().value(0).toStringList() : QStringList();
     m_abilities = {.hasBodyMarkup = said.contains(QLatin1String("body-markup")),
                    .hasActions = said.contains(QLatin1String("actions"))};
-    for (const DesktopNotification& notification : std::exchange(m_waiting, {})) {
-        show(notification);
-    }
+    showWaiting();
 }
 
 void NotificationServer::show(const DesktopNotification& notification) {
     const QDBusMessage call =
         notifyMessage(notification, *m_abilities, localizedText("NotificationActionOpenLink"));
-    if (notification.link.isEmpty()) {
-        m_bus.send(call);
-        return;
-    }
     const QDBusPendingCall question = m_bus.asyncCall(call, noTimeout);
+    if (hasFailedAtOnce(question)) {
+        return; // the bus has just gone
+    }
+    ++m_unanswered;
     auto* answer = new QDBusPendingCallWatcher(question, this);
     connect(answer, &QDBusPendingCallWatcher::finished, this,
-            [this, answer, link = notification.link] {
+            [this, answer, link = notification.link, owner = m_owners] {
                 answer->deleteLater();
                 const QDBusMessage reply = answer->reply();
                 // Anything else than a number would stand for notification 0, which is none.
-                if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == u"u") {
+                if (!link.isEmpty() && reply.type() == QDBusMessage::ReplyMessage &&
+                    reply.signature() == u"u") {
                     remember({reply.service(), reply.arguments().value(0).toUInt(), link, {}});
+                }
+                if (owner == m_owners) {
+                    --m_unanswered;
+                    showWaiting();
                 }
             });
 }

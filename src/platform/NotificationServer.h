@@ -5,7 +5,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QImage>
+#include <QIcon>
 #include <QObject>
 #include <QString>
 
@@ -19,8 +19,8 @@ struct DesktopNotification {
     QString title;
     QString subtitle; ///< empty for none
     QString message;
-    QImage image; ///< null for none
-    QString link; ///< empty for none
+    QIcon picture; ///< null for none
+    QString link;  ///< empty for none
     Urgency urgency = Urgency::Normal;
 };
 
@@ -33,8 +33,9 @@ struct NotificationAbilities {
 /// The desktop's notification service (Desktop Notifications Specification), used without ever
 /// waiting for it. It is asked what it can do at the first notification, and again at the first one
 /// after its owner changed; until it has answered, however late, notifications are kept: nobody can
-/// say how to write them. What only others send is not heard. Without a bus or a service nothing
-/// is shown and nothing fails. Main thread.
+/// say how to write them. A service that lags behind gets no more than it has answered for, the
+/// rest when it goes on. What only others send is not heard. Without a bus or a service nothing is
+/// shown and nothing fails. Main thread.
 class NotificationServer : public QObject {
     Q_OBJECT
 
@@ -69,6 +70,8 @@ private:
     void ownerChanged(const QString& before);
     void askWhatItCanDo();
     void takeAnswer(const QDBusMessage& reply);
+    void keep(const DesktopNotification& notification);
+    void showWaiting();
     void show(const DesktopNotification& notification);
     void remember(const Shown& shown);
     [[nodiscard]] std::deque<Shown>::iterator find(const QDBusMessage& signal);
@@ -79,7 +82,9 @@ private:
     std::optional<NotificationAbilities> m_abilities; ///< none while unknown
     bool m_isAsking = false;
     int m_question = 0; ///< number of the last one; the answers to earlier ones are stale
-    std::deque<DesktopNotification> m_waiting; ///< for the answer
+    std::deque<DesktopNotification> m_waiting; ///< for the answer, or the service to catch up
+    std::size_t m_unanswered = 0;              ///< notifications sent to the present owner
+    int m_owners = 0;                          ///< so far; answers of earlier ones count nothing
     std::deque<Shown> m_links;                 ///< the oldest first
 };
 

@@ -4,8 +4,6 @@
 #include "platform/Texts.h"
 #include "shell/Resources.h"
 
-#include <QPixmap>
-
 namespace korvale {
 
 UserNotifications::UserNotifications(const AppState& state, const HostCache& hostCache,
@@ -38,19 +36,15 @@ void UserNotifications::SendUrgentNotification(const QString& message, const QSt
 
 void UserNotifications::send(const QString& message, const QString& subtitle, int image,
                              Urgency urgency) {
-    // Servers show it at 48 pixels and more, on sharp screens at twice that.
-    static constexpr QSize pictureSize{96, 96};
     if (!isWanted(message)) {
         return;
     }
-    const QIcon picture = m_resources.getImage(image);
-    m_server.deliver(
-        {.title = localizedText("ProductEP"),
-         .subtitle = subtitle,
-         .message = message,
-         .image = picture.isNull() ? QImage() : picture.pixmap(pictureSize, 1.0).toImage(),
-         .link = {},
-         .urgency = urgency});
+    m_server.deliver({.title = localizedText("ProductEP"),
+                      .subtitle = subtitle,
+                      .message = message,
+                      .picture = m_resources.getImage(image),
+                      .link = {},
+                      .urgency = urgency});
 }
 
 void UserNotifications::SendConsumerNotification(const QString& message, const QString& url) {
@@ -58,7 +52,7 @@ void UserNotifications::SendConsumerNotification(const QString& message, const Q
         m_server.deliver({.title = localizedText("ProductEP"),
                           .subtitle = {},
                           .message = message,
-                          .image = {},
+                          .picture = {},
                           .link = isOpenableLink(url) ? url : QString()});
     }
 }
@@ -68,7 +62,7 @@ void UserNotifications::SendSondarNotification(const QString& message) {
         m_server.deliver({.title = localizedText("KorvaleSONDAR"),
                           .subtitle = {},
                           .message = message,
-                          .image = {},
+                          .picture = {},
                           .link = {}});
     }
 }

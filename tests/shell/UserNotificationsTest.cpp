@@ -428,6 +428,42 @@ TEST_F(UserNotificationsTest, OfVeryManyThatWaitTheLastFiftyAreShown) {
     expectShownSoFar(50);
 }
 
+/// Each carries a picture of tens of kilobytes, which would wait in this program's memory.
+TEST_F(UserNotificationsTest, AServiceThatLagsBehindGetsTheRestWhenItCatchesUp) {
+    const auto answer = server.service.answer;
+    server.service.appear();
+    const QDBusConnection own = bus.connect();
+    notifications.start(own);
+    expectShownSoFar(0);
+    server.service.answer = [](const QDBusMessage&) { return QDBusMessage(); };
+    for (int i = 0; i < 200; ++i) {
+        notifications.SendNotification(QString::number(i), QString(), 4);
+    }
+    const QString behindThem = QStringLiteral("GetServerInformation");
+    EXPECT_TRUE(own.send(QDBusMessage::createMethodCall(notificationsName(), notificationsPath(),
+                                                        notificationsName(), behindThem)));
+    ASSERT_TRUE(waitUntil([&] { return !server.service.callsOf(behindThem).empty(); }));
+    ASSERT_EQ(server.shown().size(), 51U);
+    server.service.answer = answer;
+    server.service.reply(answer(server.shown().at(1)));
+    EXPECT_EQ(shownArguments(200).at(4), QVariant(QStringLiteral("199")));
+}
+
+TEST_F(UserNotificationsTest, TheNextServiceGetsWhatAHungOneNeverTook) {
+    start();
+    expectShownSoFar(0);
+    server.service.answer = [](const QDBusMessage&) { return QDBusMessage(); };
+    for (int i = 0; i < 60; ++i) {
+        notifications.SendSondarNotification(QString::number(i));
+    }
+    ASSERT_TRUE(waitUntil([this] { return server.shown().size() == 51; }));
+    server.service.vanish();
+    Server next(bus);
+    next.service.appear();
+    ASSERT_TRUE(waitUntil([&next] { return next.shown().size() == 10; }));
+    EXPECT_EQ(next.shown().front().arguments().at(4), QVariant(QStringLiteral("50")));
+}
+
 TEST_F(UserNotificationsTest, ANewBusIsUsedThoughTheFormerNeverAnswered) {
     server.service.answer = [](const QDBusMessage&) { return QDBusMessage(); };
     start();
