@@ -257,6 +257,39 @@
     <message id="HPS_Tabs">
         <translation>Funde</translation>
     </message>
+    <message id="HPS_TermBackground">
+        <translation>Der Agent hat die Hintergrundprüfung begonnen.</translation>
+    </message>
+    <message id="HPS_TermNoAgent">
+        <translation>Es läuft kein Agent.</translation>
+    </message>
+    <message id="HPS_TermNoAnswer">
+        <translation>Der Agent antwortet nicht.</translation>
+    </message>
+    <message id="HPS_TermNoFolder">
+        <translation>%@ ist kein Ordner, der geprüft werden kann: %@</translation>
+    </message>
+    <message id="HPS_TermNotUnderstood">
+        <translation>Die Antwort des Agenten ist nicht zu verstehen.</translation>
+    </message>
+    <message id="HPS_TermNotUtf8">
+        <translation>%@ kann nicht geprüft werden: Der Name ist kein gültiges UTF-8.</translation>
+    </message>
+    <message id="HPS_TermRefused">
+        <translation>Der Agent hat abgelehnt: %@</translation>
+    </message>
+    <message id="HPS_TermScan">
+        <translation>Der Agent prüft %@</translation>
+    </message>
+    <message id="HPS_TermStop">
+        <translation>Der Agent beendet seine Prüfungen.</translation>
+    </message>
+    <message id="HPS_TermUpdates">
+        <translation>Der Agent sucht nach Updates.</translation>
+    </message>
+    <message id="HPS_TermUsage">
+        <translation>Falsch aufgerufen: --check-updates, --scan ORDNER… oder --background-scan start oder stop; siehe --help.</translation>
+    </message>
     <message id="HPS_Threats">
         <translation>Bedrohungen</translation>
     </message>

@@ -257,6 +257,39 @@
     <message id="HPS_Tabs">
         <translation>Findings</translation>
     </message>
+    <message id="HPS_TermBackground">
+        <translation>The agent has begun the background scan.</translation>
+    </message>
+    <message id="HPS_TermNoAgent">
+        <translation>No agent is running.</translation>
+    </message>
+    <message id="HPS_TermNoAnswer">
+        <translation>The agent does not answer.</translation>
+    </message>
+    <message id="HPS_TermNoFolder">
+        <translation>%@ is no folder that can be scanned: %@</translation>
+    </message>
+    <message id="HPS_TermNotUnderstood">
+        <translation>The agent’s answer cannot be understood.</translation>
+    </message>
+    <message id="HPS_TermNotUtf8">
+        <translation>%@ cannot be scanned: its name is not valid UTF-8.</translation>
+    </message>
+    <message id="HPS_TermRefused">
+        <translation>The agent refused: %@</translation>
+    </message>
+    <message id="HPS_TermScan">
+        <translation>The agent scans %@</translation>
+    </message>
+    <message id="HPS_TermStop">
+        <translation>The agent stops its scans.</translation>
+    </message>
+    <message id="HPS_TermUpdates">
+        <translation>The agent looks for updates.</translation>
+    </message>
+    <message id="HPS_TermUsage">
+        <translation>Wrong use: --check-updates, --scan FOLDER… or --background-scan start or stop; see --help.</translation>
+    </message>
     <message id="HPS_Threats">
         <translation>Threats</translation>
     </message>

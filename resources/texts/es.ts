@@ -257,6 +257,39 @@
     <message id="HPS_Tabs">
         <translation>Hallazgos</translation>
     </message>
+    <message id="HPS_TermBackground">
+        <translation>El agente ha iniciado el análisis en segundo plano.</translation>
+    </message>
+    <message id="HPS_TermNoAgent">
+        <translation>No hay ningún agente en ejecución.</translation>
+    </message>
+    <message id="HPS_TermNoAnswer">
+        <translation>El agente no responde.</translation>
+    </message>
+    <message id="HPS_TermNoFolder">
+        <translation>%@ no es una carpeta que se pueda analizar: %@</translation>
+    </message>
+    <message id="HPS_TermNotUnderstood">
+        <translation>No se puede entender la respuesta del agente.</translation>
+    </message>
+    <message id="HPS_TermNotUtf8">
+        <translation>No se puede analizar %@: el nombre no es UTF-8 válido.</translation>
+    </message>
+    <message id="HPS_TermRefused">
+        <translation>El agente lo ha rechazado: %@</translation>
+    </message>
+    <message id="HPS_TermScan">
+        <translation>El agente analiza %@</translation>
+    </message>
+    <message id="HPS_TermStop">
+        <translation>El agente detiene sus análisis.</translation>
+    </message>
+    <message id="HPS_TermUpdates">
+        <translation>El agente busca actualizaciones.</translation>
+    </message>
+    <message id="HPS_TermUsage">
+        <translation>Uso incorrecto: --check-updates, --scan CARPETA… o --background-scan start o stop; consulte --help.</translation>
+    </message>
     <message id="HPS_Threats">
         <translation>Amenazas</translation>
     </message>

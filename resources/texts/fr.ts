@@ -257,6 +257,39 @@
     <message id="HPS_Tabs">
         <translation>Résultats</translation>
     </message>
+    <message id="HPS_TermBackground">
+        <translation>L’agent a commencé l’analyse en arrière-plan.</translation>
+    </message>
+    <message id="HPS_TermNoAgent">
+        <translation>Aucun agent n’est en cours d’exécution.</translation>
+    </message>
+    <message id="HPS_TermNoAnswer">
+        <translation>L’agent ne répond pas.</translation>
+    </message>
+    <message id="HPS_TermNoFolder">
+        <translation>%@ n’est pas un dossier qui peut être analysé : %@</translation>
+    </message>
+    <message id="HPS_TermNotUnderstood">
+        <translation>La réponse de l’agent est incompréhensible.</translation>
+    </message>
+    <message id="HPS_TermNotUtf8">
+        <translation>%@ ne peut pas être analysé : le nom n’est pas en UTF-8 valide.</translation>
+    </message>
+    <message id="HPS_TermRefused">
+        <translation>L’agent a refusé : %@</translation>
+    </message>
+    <message id="HPS_TermScan">
+        <translation>L’agent analyse %@</translation>
+    </message>
+    <message id="HPS_TermStop">
+        <translation>L’agent arrête ses analyses.</translation>
+    </message>
+    <message id="HPS_TermUpdates">
+        <translation>L’agent recherche des mises à jour.</translation>
+    </message>
+    <message id="HPS_TermUsage">
+        <translation>Mauvais usage : --check-updates, --scan DOSSIER… ou --background-scan start ou stop ; voir --help.</translation>
+    </message>
     <message id="HPS_Threats">
         <translation>Menaces</translation>
     </message>

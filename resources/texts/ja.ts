@@ -257,6 +257,39 @@
     <message id="HPS_Tabs">
         <translation>検出結果</translation>
     </message>
+    <message id="HPS_TermBackground">
+        <translation>エージェントがバックグラウンドスキャンを開始しました。</translation>
+    </message>
+    <message id="HPS_TermNoAgent">
+        <translation>エージェントが実行されていません。</translation>
+    </message>
+    <message id="HPS_TermNoAnswer">
+        <translation>エージェントが応答しません。</translation>
+    </message>
+    <message id="HPS_TermNoFolder">
+        <translation>%@ はスキャンできるフォルダーではありません: %@</translation>
+    </message>
+    <message id="HPS_TermNotUnderstood">
+        <translation>エージェントの応答を解釈できません。</translation>
+    </message>
+    <message id="HPS_TermNotUtf8">
+        <translation>%@ をスキャンできません: 名前が正しい UTF-8 ではありません。</translation>
+    </message>
+    <message id="HPS_TermRefused">
+        <translation>エージェントが拒否しました: %@</translation>
+    </message>
+    <message id="HPS_TermScan">
+        <translation>エージェントがスキャンします: %@</translation>
+    </message>
+    <message id="HPS_TermStop">
+        <translation>エージェントがスキャンを停止します。</translation>
+    </message>
+    <message id="HPS_TermUpdates">
+        <translation>エージェントが更新を確認します。</translation>
+    </message>
+    <message id="HPS_TermUsage">
+        <translation>使い方が違います: --check-updates、--scan フォルダー…、--background-scan start または stop。--help を参照してください。</translation>
+    </message>
     <message id="HPS_Threats">
         <translation>脅威</translation>
     </message>

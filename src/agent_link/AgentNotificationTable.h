@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QString>
+#include <QStringList>
+
 #include <array>
 #include <cstdint>
 
@@ -59,5 +62,11 @@ inline constexpr std::array agentNotificationTable{
     KORVALE_AGENT_NOTIFICATIONS(KORVALE_TABLE_ROW)
 #undef KORVALE_TABLE_ROW
 };
+
+/// A notification's name is an interface and, behind its last dot, a signal. Null: none of them.
+[[nodiscard]] const AgentNotificationRow* agentNotificationOf(const QString& interface,
+                                                              const QString& signal);
+/// Each once.
+[[nodiscard]] QStringList agentNotificationInterfaces();
 
 } // namespace korvale

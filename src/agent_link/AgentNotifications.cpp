@@ -17,23 +17,6 @@
 #include <utility>
 
 namespace korvale {
-namespace {
-
-/// A notification's name is an interface and, behind its last dot, a signal.
-QStringList observedInterfaces() {
-    QStringList interfaces;
-    for (const AgentNotificationRow& row : agentNotificationTable) {
-        const QString name = QString::fromLatin1(row.name);
-        const QString interface = name.left(name.lastIndexOf(u'.'));
-        if (!interfaces.contains(interface)) {
-            interfaces << interface;
-        }
-    }
-    return interfaces;
-}
-
-} // namespace
-
 struct AgentNotifications::Action {
     AgentNotification code;
     void (AgentNotifications::*act)(const Action&);
@@ -108,7 +91,7 @@ void AgentNotifications::observe(SystemBus& bus, const NameOwner& service) {
 void AgentNotifications::addObservers(SystemBus& bus) {
     // One match rule for all signals of an interface: half as many as names, and each has its price
     // at every start.
-    for (const QString& interface : observedInterfaces()) {
+    for (const QString& interface : agentNotificationInterfaces()) {
         const bool heard = m_signals->hear(bus.connection(),
                                            {QString::fromLatin1(servicePath), interface, {}, {}});
         if (!heard) {
@@ -118,11 +101,9 @@ void AgentNotifications::addObservers(SystemBus& bus) {
 }
 
 void AgentNotifications::onSignal(const QDBusMessage& message) {
-    const QString name = message.interface() + u'.' + message.member();
-    for (const AgentNotificationRow& row : agentNotificationTable) {
-        if (name == QLatin1String(row.name)) {
-            enqueue(row);
-        }
+    if (const AgentNotificationRow* const row =
+            agentNotificationOf(message.interface(), message.member())) {
+        enqueue(*row);
     }
 }
 

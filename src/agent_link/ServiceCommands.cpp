@@ -14,16 +14,6 @@ constexpr int mostSleeps = 15;
 /// In seconds: what a bus that does not hang needs at most, which is not worth a sleep less.
 constexpr double quickSetUp = 0.1;
 
-QVariantMap envelopeOf(ServiceCommand command, const QString& value = {}) {
-    const ServiceCommandRow& row = serviceCommandRow(command);
-    RequestMembers members{{QStringLiteral("CMD_"), QString::fromLatin1(row.code)}};
-    if (row.valueMember != nullptr) {
-        members.emplace(QString::fromLatin1(row.valueMember),
-                        row.fixedValue != nullptr ? QString::fromLatin1(row.fixedValue) : value);
-    }
-    return createXPCRequest(members);
-}
-
 /// Any thread: in automation mode the main thread sleeps meanwhile.
 void logStatusReply(const ServiceCommandRow& row, const ServiceReply& reply) {
     if (reply.isOk()) {
@@ -34,6 +24,16 @@ void logStatusReply(const ServiceCommandRow& row, const ServiceReply& reply) {
 }
 
 } // namespace
+
+QVariantMap requestEnvelope(ServiceCommand command, const QString& value) {
+    const ServiceCommandRow& row = serviceCommandRow(command);
+    RequestMembers members{{QStringLiteral("CMD_"), QString::fromLatin1(row.code)}};
+    if (row.valueMember != nullptr) {
+        members.emplace(QString::fromLatin1(row.valueMember),
+                        row.fixedValue != nullptr ? QString::fromLatin1(row.fixedValue) : value);
+    }
+    return createXPCRequest(members);
+}
 
 ServiceCommands::ServiceCommands(AppState& state, RequestChannel& channel, StatusDisplay& status,
                                  IconDisplay& icon, AutomationMode automation)
@@ -68,9 +68,9 @@ void ServiceCommands::sendUserCommand(ServiceCommand command, const QString& val
         }
     };
     if (m_automation.on) {
-        sendAndWait(envelopeOf(command, value), handler);
+        sendAndWait(requestEnvelope(command, value), handler);
     } else {
-        m_channel.send(envelopeOf(command, value), handler);
+        m_channel.send(requestEnvelope(command, value), handler);
     }
 }
 
@@ -110,7 +110,7 @@ void ServiceCommands::logging(int position, LogLevelApplied applied) {
     if (position == m_state.currentLogLevel) {
         return;
     }
-    m_channel.send(envelopeOf(ServiceCommand::SetLogLevel, QString::number(position)),
+    m_channel.send(requestEnvelope(ServiceCommand::SetLogLevel, QString::number(position)),
                    [this, position, applied = std::move(applied)](const ServiceReply* reply) {
                        if (reply == nullptr || !reply->isOk()) {
                            return;
@@ -154,7 +154,7 @@ void ServiceCommands::request(ServiceCommand command, ReplyHandler handler) {
         return;
     }
     asked->second = life;
-    m_channel.send(envelopeOf(command),
+    m_channel.send(requestEnvelope(command),
                    [this, command, life, handler = std::move(handler)](const ServiceReply* reply) {
                        const auto open = m_unanswered.find(command);
                        if (open != m_unanswered.end() && open->second == life) {

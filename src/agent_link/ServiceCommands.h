@@ -23,6 +23,10 @@ struct AutomationMode {
     std::function<double()> now = {};     ///< seconds, monotonic; none: only sleeps take time
 };
 
+/// The envelope that carries `command`. `value` is that of the command's other member, where the
+/// sender gives it.
+[[nodiscard]] QVariantMap requestEnvelope(ServiceCommand command, const QString& value = {});
+
 /// Sends the ten commands and applies their replies. Main thread. Nothing waits, except the five
 /// user commands in automation mode, which hold the main thread until the reply was handled or 15
 /// seconds have passed, with what it took to reach the bus, and then ask the application to end.

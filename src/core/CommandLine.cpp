@@ -57,7 +57,14 @@ bool CommandLine::isAutomation() const {
 
 bool CommandLine::asksFor(const char* option) const {
     for (std::size_t i = 1; i < m_arguments.size(); ++i) {
-        if (m_arguments[i] == option && m_arguments[i - 1] != folderScanOption) {
+        const QByteArray& argument = m_arguments[i];
+        if (m_arguments[i - 1] == folderScanOption) {
+            continue;
+        }
+        if (argument == "--") {
+            return false; // what follows are names
+        }
+        if (argument == option || argument.startsWith(QByteArray(option) + '=')) {
             return true;
         }
     }
@@ -95,23 +102,39 @@ std::optional<OneShot> oneShotCommand(const CommandLine& commandLine) {
 }
 
 QByteArray helpText() {
-    return "Usage: korvale-ui [OPTION]\n"
+    return "Usage: korvale-ui [OPTION...]\n"
            "Shows the protection state of this machine in the system tray.\n"
            "\n"
+           "The tray program:\n"
            "  -a                      offer the log level and scan menus\n"
-           "  --help                  print this and exit\n"
-           "  --version               print the version and exit\n"
            "\n"
-           "Asks the running program how the machine is, prints it and exits:\n"
-           "  --status                one line; --json, --bar waybar or --bar i3status-rs\n"
-           "                          print it for scripts and bars, --watch with each change\n"
+           "Ask the running program how the machine is:\n"
+           "  --status                print it in one line; exit status 0 good, 1 not known,\n"
+           "                          2 danger, 3 not running, 4 no answer, 64 wrong use\n"
+           "  --json                  as one JSON object\n"
+           "  --bar waybar|i3status-rs\n"
+           "                          as that bar reads it\n"
+           "  --watch                 again with each change\n"
            "\n"
-           "Each of these sends one request to the agent service, waits for the reply\n"
-           "(15 seconds at most) and exits; no display is needed:\n"
+           "Have the agent do something, and print what becomes of it; exit status 0 good,\n"
+           "2 wrong use or refused, 3 no agent, 4 no answer:\n"
+           "  --check-updates         look for updates\n"
+           "  --scan FOLDER...        scan folders\n"
+           "  --background-scan start|stop\n"
+           "                          start the background scan, or stop scans\n"
+           "\n"
+           "The same without a word: one request, 15 seconds at most for the reply; the log\n"
+           "tells what became of it:\n"
            "  -update                 check for updates\n"
            "  -background-scan        start a background scan\n"
            "  -background-scan-stop   stop a running scan\n"
-           "  -folder-scan FOLDER     scan a folder\n";
+           "  -folder-scan FOLDER     scan a folder\n"
+           "\n"
+           "About the program:\n"
+           "  --help                  print this and exit\n"
+           "  --version               print the version and exit\n"
+           "\n"
+           "Only the tray program needs a display.\n";
 }
 
 } // namespace korvale

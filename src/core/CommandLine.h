@@ -21,7 +21,8 @@ public:
 
     /// One of the four one-shot options is there.
     [[nodiscard]] bool isAutomation() const;
-    /// "--help" and "--version"; as the path of a folder scan they mean a folder.
+    /// `option`, or the option with "=" and a value; as the path of a folder scan, or behind "--",
+    /// it means a folder.
     [[nodiscard]] bool asksFor(const char* option) const;
     /// What begins with "-" and has no meaning here, the path of a folder scan aside.
     [[nodiscard]] std::vector<QByteArray> unknownOptions() const;

@@ -5,6 +5,7 @@
 #include "core/ProcessValues.h"
 #include "core/StartUp.h"
 #include "core/StatusCommand.h"
+#include "core/TerminalCommand.h"
 #include "core/UserSession.h"
 #include "core/base/Logging.h"
 #include "core/base/StandardError.h"
@@ -53,6 +54,24 @@ int askForStatus(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const Translations translations;
     return runStatusCommand(*options);
+}
+
+/// What becomes of a terminal command is printed: the lines of the connection would stand between.
+class NoLog final : public LogSink {
+public:
+    void write(LogLevel /*level*/, const QByteArray& /*line*/) override {}
+};
+
+int commandTheAgent(int argc, char** argv) {
+    NoLog log;
+    setLogSink(&log);
+    TerminationSignals signalsOfTheSystem;
+    const std::vector<QByteArray> arguments(argv + 1, argv + argc);
+    const QCoreApplication application(argc, argv);
+    const Translations translations;
+    const int status = runTerminalCommand(arguments, signalsOfTheSystem);
+    setLogSink(nullptr);
+    return status;
 }
 
 /// The toolkit's application object as this program wants it.
@@ -140,6 +159,9 @@ int runKorvaleUI(int argc, char** argv) {
     }
     if (commandLine.asksFor("--status")) {
         return askForStatus(argc, argv);
+    }
+    if (isTerminalCommand(commandLine)) {
+        return commandTheAgent(argc, argv);
     }
     const InfoDictionary info =
         InfoDictionary::load(InfoDictionary::packagedPath(), InfoDictionary::administratorsPath());

@@ -21,6 +21,7 @@ namespace {
 constexpr std::array terminationSignals{SIGTERM, SIGINT, SIGHUP};
 
 std::atomic<int> signalEvent{-1};
+std::atomic<int> firstSignal{0};
 static_assert(std::atomic<int>::is_always_lock_free, "read by a signal handler");
 
 std::function<void()>& toolkitExitAction() {
@@ -53,8 +54,10 @@ void setHandler(int signal, void (*handler)(int)) {
 } // namespace
 
 extern "C" {
-static void korvaleTerminationHandler(int /*signal*/) {
+static void korvaleTerminationHandler(int signal) {
     const int savedError = errno;
+    int none = 0;
+    firstSignal.compare_exchange_strong(none, signal);
     const std::uint64_t one = 1;
     // Nothing could be done about a failure here.
     [[maybe_unused]] const ssize_t written = ::write(signalEvent, &one, sizeof one);
@@ -64,6 +67,7 @@ static void korvaleTerminationHandler(int /*signal*/) {
 
 TerminationSignals::TerminationSignals() : m_event(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     signalEvent = m_event;
+    firstSignal = 0;
     for (const int signal : terminationSignals) {
         // Whoever had it ignored (nohup, a shell for what runs behind) meant it.
         if (!isIgnored(signal)) {
@@ -89,6 +93,10 @@ void TerminationSignals::watch() {
         m_notifier->setEnabled(false);
         Q_EMIT requested();
     });
+}
+
+int TerminationSignals::received() {
+    return firstSignal;
 }
 
 void TerminationSignals::sleepOneSecond() const {

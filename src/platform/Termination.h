@@ -26,6 +26,9 @@ public:
     /// Holds up the caller for a second, shorter once a signal has come.
     void sleepOneSecond() const;
 
+    /// The number of the first signal that came; 0 while there was none.
+    [[nodiscard]] static int received();
+
     /// A descriptor that is readable once a signal has come; it is never read.
     [[nodiscard]] int descriptor() const { return m_event; }
 

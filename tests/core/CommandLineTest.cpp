@@ -129,10 +129,28 @@ TEST(HelpAndVersion, AsTheFolderToScanAreNoQuestion) {
 }
 
 TEST(HelpAndVersion, HelpNamesEveryOption) {
-    for (const char* option : {"-update", "-background-scan", "-background-scan-stop",
-                               "-folder-scan FOLDER", "  -a ", "--help", "--version"}) {
+    for (const char* option :
+         {"-update", "-background-scan", "-background-scan-stop", "-folder-scan FOLDER", "  -a ",
+          "--help", "--version", "--status", "--json", "--bar waybar|i3status-rs", "--watch",
+          "--check-updates", "--scan FOLDER...", "--background-scan start|stop"}) {
         EXPECT_TRUE(helpText().contains(option)) << option;
     }
+}
+
+TEST(HelpAndVersion, HelpFitsATerminal) {
+    for (const QByteArray& line : helpText().split('\n')) {
+        EXPECT_LE(line.size(), 80) << line.toStdString();
+    }
+}
+
+TEST(HelpAndVersion, BehindTwoDashesStandNames) {
+    EXPECT_FALSE(given({"--", "--help"}).asksFor("--help"));
+    EXPECT_TRUE(given({"-folder-scan", "--", "--help"}).asksFor("--help"));
+}
+
+TEST(HelpAndVersion, AnOptionMayHaveItsValueBehindAnEqualsSign) {
+    EXPECT_TRUE(given({"--scan=/tmp"}).asksFor("--scan"));
+    EXPECT_FALSE(given({"--scanner"}).asksFor("--scan"));
 }
 
 class AdvancedMode : public testing::Test {

@@ -155,10 +155,14 @@ TEST(Texts, EveryLanguageHasTheKeysOfEnglishWithTheSamePlaceholders) {
 }
 
 /// Keys beside those of notifications whose texts take one value.
-const std::set<QString> oneValueKeys{QStringLiteral("AboutVersion"), QStringLiteral("HPS_LastScan"),
-                                     QStringLiteral("HPS_WhyThreats"),
-                                     QStringLiteral("HPS_WhyThreatsOffline"),
-                                     QStringLiteral("HPS_WhyExploits")};
+const std::set<QString> oneValueKeys{
+    QStringLiteral("AboutVersion"),    QStringLiteral("HPS_LastScan"),
+    QStringLiteral("HPS_WhyThreats"),  QStringLiteral("HPS_WhyThreatsOffline"),
+    QStringLiteral("HPS_WhyExploits"), QStringLiteral("HPS_TermNotUtf8"),
+    QStringLiteral("HPS_TermRefused"), QStringLiteral("HPS_TermScan")};
+/// And those that take two.
+const std::set<QString> twoValueKeys{QStringLiteral("HPS_FindCount"),
+                                     QStringLiteral("HPS_TermNoFolder")};
 
 TEST(Texts, HavePlaceholdersForWhatTheyAreFilledWith) {
     const Texts english = textsOf(QStringLiteral("en"));
@@ -170,7 +174,7 @@ TEST(Texts, HavePlaceholdersForWhatTheyAreFilledWith) {
         } else if (isMessage && (key.contains(QLatin1String("Unsafe")) ||
                                  key.contains(QLatin1String("Abnormal")))) {
             expected = 1;
-        } else if (key == QLatin1String("HPS_FindCount")) {
+        } else if (twoValueKeys.contains(key)) {
             expected = 2;
         } else if (oneValueKeys.contains(key)) {
             expected = 1;

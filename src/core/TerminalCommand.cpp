@@ -1,0 +1,124 @@
+#include "core/TerminalCommand.h"
+
+#include "core/FolderToScan.h"
+#include "core/TerminalOutput.h"
+#include "core/base/TextFormat.h"
+#include "platform/Termination.h"
+#include "platform/Texts.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace korvale {
+namespace {
+
+/// One thing to ask for.
+struct Verb {
+    TerminalVerb verb;
+    ServiceCommand command;
+    const char* begunKey; ///< what is said once the agent has said yes
+};
+constexpr std::array verbs{
+    Verb{TerminalVerb::CheckUpdates, ServiceCommand::CheckUpdates, "HPS_TermUpdates"},
+    Verb{TerminalVerb::Scan, ServiceCommand::ForwardFolderScan, "HPS_TermScan"},
+    Verb{TerminalVerb::StartBackgroundScan, ServiceCommand::ScanBackground, "HPS_TermBackground"},
+    Verb{TerminalVerb::StopScans, ServiceCommand::StopScan, "HPS_TermStop"},
+};
+
+const Verb& verbOf(TerminalVerb verb) {
+    return *std::find_if(verbs.begin(), verbs.end(),
+                         [verb](const Verb& known) { return known.verb == verb; });
+}
+
+/// What is said of an answer that is no yes.
+struct Failure {
+    RequestOutcome outcome;
+    const char* key;
+    int status;
+};
+constexpr std::array failures{
+    Failure{RequestOutcome::Refused, "HPS_TermRefused", TerminalStatus::refused},
+    Failure{RequestOutcome::NoAgent, "HPS_TermNoAgent", TerminalStatus::noAgent},
+    Failure{RequestOutcome::NoAnswer, "HPS_TermNoAnswer", TerminalStatus::noAnswer},
+    Failure{RequestOutcome::NotUnderstood, "HPS_TermNotUnderstood", TerminalStatus::noAnswer},
+};
+
+/// No value, and the complaint printed, when one of them cannot be scanned.
+std::optional<QStringList> checkedFolders(const TerminalOptions& options, TerminalOutput& output) {
+    QStringList folders;
+    for (const QByteArray& argument : options.folders) {
+        const FolderToScan folder = FolderToScan::named(argument);
+        if (folder.path.isEmpty()) {
+            output.complain(folder.refusal);
+            return std::nullopt;
+        }
+        folders += folder.path;
+    }
+    return folders;
+}
+
+} // namespace
+
+TerminalCommand::TerminalCommand(TerminalOptions options, QStringList folders,
+                                 TerminalOutput& output, std::chrono::milliseconds answerLimit)
+    : m_options(std::move(options)),
+      m_folders(std::move(folders)),
+      m_output(output),
+      m_talk(answerLimit) {}
+
+void TerminalCommand::begin() {
+    sendNext();
+}
+
+void TerminalCommand::sendNext() {
+    m_folder = m_folders.isEmpty() ? QString() : m_folders.takeFirst();
+    m_talk.request(
+        verbOf(m_options.verb).command, m_folder,
+        [this](RequestOutcome outcome, const QString& text) { answered(outcome, text); });
+}
+
+void TerminalCommand::answered(RequestOutcome outcome, const QString& text) {
+    const auto* const failure =
+        std::find_if(failures.begin(), failures.end(),
+                     [outcome](const Failure& known) { return known.outcome == outcome; });
+    if (failure == failures.end()) {
+        m_output.say(formatText(localizedText(verbOf(m_options.verb).begunKey), {m_folder}));
+    } else {
+        m_output.complain(formatText(localizedText(failure->key), {text}));
+        m_status = failure->status;
+    }
+    // One folder that is refused keeps nobody from the next.
+    if (m_folders.isEmpty() || m_status > TerminalStatus::refused) {
+        Q_EMIT ended(m_status);
+    } else {
+        sendNext();
+    }
+}
+
+int runTerminalCommand(const std::vector<QByteArray>& arguments,
+                       TerminationSignals& signalsOfTheSystem) {
+    TerminalOutput output;
+    const auto options = parseTerminalOptions(arguments);
+    if (!options) {
+        output.complain(localizedText("HPS_TermUsage"));
+        return TerminalStatus::refused;
+    }
+    const auto folders = checkedFolders(*options, output);
+    if (!folders) {
+        return TerminalStatus::refused;
+    }
+    TerminalCommand command(*options, *folders, output);
+    QObject::connect(&command, &TerminalCommand::ended, &command,
+                     [](int status) { QCoreApplication::exit(status); });
+    QObject::connect(&signalsOfTheSystem, &TerminationSignals::requested, &command, [] {
+        QCoreApplication::exit(TerminalStatus::interrupted + TerminationSignals::received());
+    });
+    signalsOfTheSystem.watch();
+    QMetaObject::invokeMethod(&command, &TerminalCommand::begin, Qt::QueuedConnection);
+    return QCoreApplication::exec();
+}
+
+} // namespace korvale

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <optional>
+#include <vector>
+
+namespace korvale {
+
+class CommandLine;
+
+/// What somebody at a terminal, or a timer, may ask of the agent.
+enum class TerminalVerb { CheckUpdates, Scan, StartBackgroundScan, StopScans };
+
+struct TerminalOptions {
+    TerminalVerb verb = TerminalVerb::CheckUpdates;
+    std::vector<QByteArray> folders; ///< Scan: at least one, as given
+
+    friend bool operator==(const TerminalOptions&, const TerminalOptions&) = default;
+};
+
+/// One of "--check-updates", "--scan" and "--background-scan" is there.
+[[nodiscard]] bool isTerminalCommand(const CommandLine& commandLine);
+
+/// `arguments` without the program's path. No value when one of the three is used wrongly: with
+/// another one, with an option that does not go with it, or without what it needs. What follows
+/// "--" is a folder, whatever it begins with.
+[[nodiscard]] std::optional<TerminalOptions>
+parseTerminalOptions(const std::vector<QByteArray>& arguments);
+
+} // namespace korvale
