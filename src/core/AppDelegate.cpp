@@ -59,6 +59,7 @@ AppDelegate::AppDelegate(AppDelegateContext context)
     connect(&m_statusUpdateTimer, &QTimer::timeout, this, [this] {
         m_statusPoll.timerFired();
         m_statusWatch.look(); // an answer, or silence, changes the state without a word
+        m_spareMemory.giveBack();
     });
     setSharedController(&m_agentNotifications);
 }

@@ -16,6 +16,7 @@
 #include "platform/IniUserDefaults.h"
 #include "platform/NameOwner.h"
 #include "platform/PortalAppearance.h"
+#include "platform/SpareMemory.h"
 #include "platform/SystemBus.h"
 #include "platform/XdgLinkOpener.h"
 #include "shell/FolderScanChooser.h"
@@ -136,6 +137,7 @@ private:
     AggregatedMessages m_messages;
     AgentNotifications m_agentNotifications;
     StatusPoll m_statusPoll;
+    SpareMemory m_spareMemory;
     QTimer m_statusUpdateTimer;
 };
 

@@ -1,24 +1,15 @@
 #include "platform/LogBacklog.h"
 
+#include "fakes/PrivateMemory.h"
+
 #include <atomic>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <string>
 #include <thread>
 
 namespace korvale {
 namespace {
 
-/// What this process alone has written to, in KiB.
-long privateMemory() {
-    std::ifstream rollup("/proc/self/smaps_rollup");
-    for (std::string line; std::getline(rollup, line);) {
-        if (line.starts_with("Private_Dirty:")) {
-            return std::stol(line.substr(line.find(':') + 1));
-        }
-    }
-    return 0;
-}
+using fakes::privateMemory;
 
 TEST(LogBacklog, GivesItsMemoryBackOnceALateReaderHasTakenAll) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
