@@ -180,6 +180,7 @@ void Agent::stop() {
     if (std::exchange(m_stopping, true)) {
         return;
     }
+    m_watch.end();
     m_scanner.stopAll();
     m_publishing.lists().setScanning(false);
     m_publishing.changed();

@@ -79,7 +79,8 @@ std::optional<AuditRecord> parseAuditRecord(std::uint16_t type, std::string_view
         }
         const std::string_view value = text.substr(0, length);
         if (isField && record.m_fields.size() < AuditRecord::mostFields) {
-            record.m_fields.try_emplace(std::string(name), std::string(value), quoted);
+            record.m_fields.try_emplace(std::string(name),
+                                        AuditRecord::Value{std::string(value), quoted});
         }
         text.remove_prefix(std::min(text.size(), value.size() + 1));
     }

@@ -2,7 +2,7 @@
 
 #include "agent/watch/DescriptorMessage.h"
 #include "agent/watch/GuardLoop.h"
-#include "agent/watch/LockedPages.h"
+#include "agent/watch/OwnPages.h"
 
 #include <array>
 #include <cerrno>
@@ -73,7 +73,9 @@ int arrange(int socket) {
     return error;
 }
 
-[[noreturn]] void beGuard(pid_t agent, int socket, GuardPage& page) {
+/// There may have been other threads before the fork, so that whatever has a lock (memory, log,
+/// libraries) may be locked for ever.
+[[noreturn]] void beGuard(pid_t agent, int socket, GuardPage& page, const OwnPages& pages) {
     // The last signal: it ends even a guard that is stopped.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (::getppid() != agent) {
@@ -86,7 +88,7 @@ int arrange(int socket) {
     ::setpriority(PRIO_PROCESS, 0, kUrgent);
     static KnownStarts known; // of no weight in the agent itself, as nobody touches it there
     known.clear();
-    lockOwnPages();
+    pages.lock();
     const GuardNote ready{GuardNote::Kind::Ready, error, 0};
     if (sendMessage(kSocket, &ready, sizeof ready, -1) && error == 0) {
         GuardLoop(kSocket, kGroup, page, known).run();
@@ -108,26 +110,34 @@ int readyError(int socket) {
 
 } // namespace
 
+void GuardProcess::fork() {
+    std::array<int, 2> pair{-1, -1};
+    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair.data()) != 0) {
+        m_trouble = errno;
+        return;
+    }
+    m_socket = std::make_shared<const UniqueFd>(pair[0]);
+    const UniqueFd theirs(pair[1]);
+    const OwnPages pages = OwnPages::find();
+    const pid_t agent = ::getpid();
+    // Without what others want done at a fork: that may need their locks.
+    m_pid = ::_Fork();
+    if (m_pid == 0) {
+        beGuard(agent, theirs.get(), *m_page, pages);
+    }
+    m_trouble = m_pid < 0 ? errno : 0;
+}
+
 GuardProcess GuardProcess::start() {
     GuardProcess guard;
-    std::array<int, 2> pair{-1, -1};
     void* const page = ::mmap(nullptr, sizeof(GuardPage), PROT_READ | PROT_WRITE,
                               MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    if (page == MAP_FAILED ||
-        ::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair.data()) != 0) {
+    if (page == MAP_FAILED) {
         guard.m_trouble = errno;
         return guard;
     }
     guard.m_page = new (page) GuardPage;
-    guard.m_socket.reset(pair[0]);
-    UniqueFd theirs(pair[1]);
-    const pid_t agent = ::getpid();
-    guard.m_pid = ::fork();
-    if (guard.m_pid == 0) {
-        beGuard(agent, theirs.get(), *guard.m_page);
-    }
-    guard.m_trouble = guard.m_pid < 0 ? errno : 0;
-    theirs.reset();
+    guard.fork();
     if (guard.m_pid > 0) {
         guard.m_trouble = readyError(guard.socket());
         if (guard.m_trouble != 0) {
@@ -135,6 +145,17 @@ GuardProcess GuardProcess::start() {
         }
     }
     return guard;
+}
+
+bool GuardProcess::restart(std::uint64_t ping) {
+    end();
+    if (m_page == nullptr) {
+        return false;
+    }
+    m_page->ponged = ping; // nobody is to miss its answers to what the one before was asked
+    m_page->silent = false;
+    fork();
+    return m_pid > 0;
 }
 
 GuardProcess::GuardProcess(GuardProcess&& other) noexcept

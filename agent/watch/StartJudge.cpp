@@ -12,15 +12,16 @@
 
 namespace korvale::agent {
 
-StartJudge::StartJudge(int socket, Engine& engine, VerdictMemory& memory, const FilePlaces& places,
-                       StartListener& listener)
-    : m_socket(socket),
-      m_engine(engine),
+StartJudge::StartJudge(std::shared_ptr<const UniqueFd> guard, Engine& engine, VerdictMemory& memory,
+                       const FilePlaces& places, StartListener& listener)
+    : m_engine(engine),
       m_memory(memory),
       m_places(places),
       m_listener(listener),
       m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      m_guard(std::move(guard)),
       m_options(std::make_shared<WatchOptions>()) {
+    m_exemptions.kind = GuardOrder::Kind::Exempt;
     m_listenThread = std::thread([this] { listen(); });
     for (std::thread& thread : m_threads) {
         thread = std::thread([this] { work(); });
@@ -39,6 +40,33 @@ StartJudge::~StartJudge() {
     m_listenThread.join();
     for (std::thread& thread : m_threads) {
         thread.join();
+    }
+}
+
+std::shared_ptr<const UniqueFd> StartJudge::guard() const {
+    const std::lock_guard lock(m_guardMutex);
+    return m_guard;
+}
+
+void StartJudge::use(std::shared_ptr<const UniqueFd> guard) {
+    {
+        const std::lock_guard lock(m_guardMutex);
+        m_guard = std::move(guard);
+    }
+    ::eventfd_write(m_wake.get(), 1);
+    GuardOrder forget;
+    GuardOrder sleep;
+    GuardOrder exempt;
+    {
+        const std::lock_guard lock(m_mutex);
+        forget.kind = GuardOrder::Kind::Forget;
+        forget.generation = m_generation;
+        sleep.kind = GuardOrder::Kind::Sleep;
+        sleep.flag = m_asleep;
+        exempt = m_exemptions;
+    }
+    for (const GuardOrder& order : {forget, exempt, sleep}) {
+        send(order);
     }
 }
 
@@ -77,8 +105,10 @@ void StartJudge::release() {
 void StartJudge::forget() {
     GuardOrder order;
     order.kind = GuardOrder::Kind::Forget;
-    const std::lock_guard lock(m_mutex);
-    order.generation = ++m_generation;
+    {
+        const std::lock_guard lock(m_mutex);
+        order.generation = ++m_generation;
+    }
     send(order);
 }
 
@@ -87,6 +117,10 @@ void StartJudge::exempt(const std::vector<pid_t>& processes) {
     order.kind = GuardOrder::Kind::Exempt;
     std::copy_n(processes.begin(), std::min(processes.size(), order.processes.size()),
                 order.processes.begin());
+    {
+        const std::lock_guard lock(m_mutex);
+        m_exemptions = order;
+    }
     send(order);
 }
 
@@ -94,6 +128,10 @@ void StartJudge::sleep(bool asleep) {
     GuardOrder order;
     order.kind = GuardOrder::Kind::Sleep;
     order.flag = asleep;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_asleep = asleep;
+    }
     send(order);
 }
 
@@ -104,35 +142,61 @@ void StartJudge::ping(std::uint64_t number) {
     send(order);
 }
 
-void StartJudge::send(const GuardOrder& order, int descriptor) {
+void StartJudge::send(const GuardOrder& order, int descriptor) const {
     // A guard that does not take its orders is stopped, and will be ended.
-    (void)sendMessage(m_socket, &order, sizeof order, descriptor);
+    (void)sendMessage(guard()->get(), &order, sizeof order, descriptor);
 }
 
 void StartJudge::listen() {
+    std::shared_ptr<const UniqueFd> ended; // nothing comes from there any more
     for (;;) {
-        std::array<pollfd, 2> waitFor{pollfd{m_socket, POLLIN, 0}, pollfd{m_wake.get(), POLLIN, 0}};
+        const std::shared_ptr<const UniqueFd> from = guard();
+        std::array<pollfd, 2> waitFor{pollfd{from == ended ? -1 : from->get(), POLLIN, 0},
+                                      pollfd{m_wake.get(), POLLIN, 0}};
         ::poll(waitFor.data(), waitFor.size(), -1);
+        if (waitFor[1].revents != 0) {
+            eventfd_t woken = 0;
+            ::eventfd_read(m_wake.get(), &woken);
+            if (isEnding()) {
+                return;
+            }
+            continue; // there may be another guard
+        }
         GuardNote note;
         UniqueFd passed;
         Received received = Received::Nothing;
-        if (waitFor[1].revents != 0) {
-            return;
-        }
-        while ((received = receiveMessage(m_socket, &note, sizeof note, passed)) ==
+        while ((received = receiveMessage(from->get(), &note, sizeof note, passed)) ==
                Received::Message) {
-            if (note.kind == GuardNote::Kind::Marked) {
-                m_listener.marked(note.token, note.error);
-            } else if (note.kind == GuardNote::Kind::Question && passed) {
-                // The guard has few at a time, so there is no need of a bound.
-                const std::lock_guard lock(m_mutex);
-                m_questions.push_back({note.token, std::move(passed)});
-                m_asked.notify_one();
-            }
+            take(note, std::move(passed), from);
         }
         if (received == Received::End) {
-            return;
+            ended = from;
         }
+    }
+}
+
+bool StartJudge::isEnding() const {
+    const std::lock_guard lock(m_mutex);
+    return m_ending;
+}
+
+void StartJudge::take(const GuardNote& note, UniqueFd passed,
+                      const std::shared_ptr<const UniqueFd>& guard) {
+    switch (note.kind) {
+    case GuardNote::Kind::Ready:
+        m_listener.ready(note.error);
+        break;
+    case GuardNote::Kind::Marked:
+        m_listener.marked(note.token, note.error);
+        break;
+    case GuardNote::Kind::Question:
+        if (passed) {
+            // The guard has few at a time, so there is no need of a bound.
+            const std::lock_guard lock(m_mutex);
+            m_questions.push_back({note.token, std::move(passed), guard});
+            m_asked.notify_one();
+        }
+        break;
     }
 }
 
@@ -166,10 +230,10 @@ void StartJudge::judge(Question question) {
     if (file.identity.size == 0 || file.identity.size > options->maxFileSize ||
         (!path.empty() && options->folderOf(path) == nullptr)) {
         answer.remember = file.folder->facts.keepsVerdicts;
-        send(answer);
-        return;
+    } else {
+        answer = orderFor(file, path, answer, *question.guard);
     }
-    send(orderFor(file, path, answer));
+    (void)sendMessage(question.guard->get(), &answer, sizeof answer, -1);
 }
 
 WalkedFile StartJudge::fileOf(UniqueFd descriptor, const std::string& path) const {
@@ -188,7 +252,8 @@ WalkedFile StartJudge::fileOf(UniqueFd descriptor, const std::string& path) cons
     return file;
 }
 
-GuardOrder StartJudge::orderFor(WalkedFile& file, const std::string& path, GuardOrder answer) {
+GuardOrder StartJudge::orderFor(WalkedFile& file, const std::string& path, GuardOrder answer,
+                                const UniqueFd& guard) {
     const VerdictMemory::Begun begun = m_memory.begin(file);
     if (m_memory.isKnownClean(file)) {
         answer.remember = true;
@@ -202,7 +267,8 @@ GuardOrder StartJudge::orderFor(WalkedFile& file, const std::string& path, Guard
     } else if (isBad(judgement.verdict)) {
         // What may be a mistake is told, and runs: a person decides.
         answer.refuse = judgement.verdict == Verdict::Unsafe && !isAllowed(judgement.sha256hex);
-        send(answer);
+        // The answer first: what is told takes its time. The second one finds nobody waiting.
+        (void)sendMessage(guard.get(), &answer, sizeof answer, -1);
         tellFound(file, std::move(judgement));
         if (answer.refuse) {
             m_listener.refused(path.empty() ? file.name : path);

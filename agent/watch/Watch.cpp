@@ -28,6 +28,9 @@ public:
     void marked(std::uint64_t fileSystem, int error) override {
         (*m_post)([watch = &m_watch, fileSystem, error] { watch->marked(fileSystem, error); });
     }
+    void ready(int error) override {
+        (*m_post)([watch = &m_watch, error] { watch->guardReady(error); });
+    }
 
 private:
     Watch& m_watch;
@@ -46,9 +49,18 @@ Watch::Watch(GuardProcess guard, Engine& engine, VerdictCache* cache, QObject* p
           engine, m_memory, m_places,
           [starts = m_starts.get()](FoundFile file) { starts->found(std::move(file)); })) {
     if (m_guard.isRunning()) {
-        m_judge =
-            std::make_unique<StartJudge>(m_guard.socket(), engine, m_memory, m_places, *m_starts);
+        m_judge = std::make_unique<StartJudge>(m_guard.sharedSocket(), engine, m_memory, m_places,
+                                               *m_starts);
     }
+    for (QTimer* const timer : {&m_restart, &m_tooLate}) {
+        timer->setSingleShot(true);
+    }
+    connect(&m_restart, &QTimer::timeout, this, &Watch::restartGuard);
+    connect(&m_tooLate, &QTimer::timeout, this, [this] {
+        logWarning("The new guard does not begin its work, and is ended.");
+        m_guard.end();
+        guardEnded();
+    });
     m_reader = std::make_unique<EventReader>(
         m_places, *m_files, m_judge.get(), [this, post = m_post](std::vector<WatchedSystem> found) {
             (*post)([this, found = std::move(found)] {
@@ -128,9 +140,50 @@ void Watch::childChanged() {
     }
 }
 
+void Watch::end() {
+    m_ending = true;
+    m_restart.stop();
+    m_tooLate.stop();
+    m_guard.end();
+}
+
 void Watch::guardEnded() {
+    if (m_ending) {
+        return; // the service manager ends both
+    }
     m_guardLost = true;
     m_asked.clear();
+    m_tooLate.stop();
+    const std::chrono::milliseconds wait = m_backOff.next();
+    logWarning("The guard has ended; it is started again in " +
+               std::to_string(wait.count() / 1000) + " s.");
+    m_restart.start(wait);
+    Q_EMIT changed();
+}
+
+void Watch::restartGuard() {
+    if (!m_guard.restart(m_ping)) {
+        logWarning(std::string("The guard cannot be started: ") + std::strerror(m_guard.trouble()));
+        guardEnded();
+        return;
+    }
+    m_tooLate.start(readyTime);
+    m_judge->use(m_guard.sharedSocket());
+}
+
+void Watch::guardReady(int error) {
+    if (!m_guard.isRunning()) {
+        return; // by now it has ended
+    }
+    if (error != 0) {
+        logWarning(std::string("The guard cannot do its work: ") + std::strerror(error));
+        return; // it ends by itself
+    }
+    logInfo("The guard runs again.");
+    m_tooLate.stop();
+    m_guardLost = false;
+    m_asked.clear();
+    m_reader->configure(m_options); // which marks everything again
     Q_EMIT changed();
 }
 
@@ -160,7 +213,7 @@ void Watch::marked(std::uint64_t fileSystem, int error) {
 std::vector<WatchedSystem> Watch::systems() const {
     std::vector<WatchedSystem> systems = m_systems;
     for (WatchedSystem& system : systems) {
-        system.starts = m_asked.contains(system.id);
+        system.starts = !m_guardLost && m_asked.contains(system.id);
     }
     return systems;
 }
@@ -175,8 +228,9 @@ bool Watch::isComplete() const {
 
 QString Watch::problem() const {
     if (m_options->checkStarts && m_guardLost) {
-        return QStringLiteral("Programs are not checked before they run any more, as the guard was "
-                              "ended: start the agent again.");
+        return QStringLiteral(
+            "Programs are not checked before they run, as the guard was ended. It "
+            "is started again soon.");
     }
     if (m_options->checkStarts && m_guardTrouble != 0) {
         return QStringLiteral("Programs cannot be checked before they run: %1.")

@@ -2,10 +2,12 @@
 
 #include "agent/engine/EngineState.h"
 #include "agent/scan/MainThreadPost.h"
+#include "agent/watch/BackOff.h"
 #include "agent/watch/EventReader.h"
 #include "agent/watch/GuardProcess.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -35,10 +37,16 @@ public:
     void setAllowed(const std::string& digest, bool allowed);
     /// The machine is about to sleep, or awake again.
     void sleep(bool asleep);
-    /// A child has stopped or ended: a stopped guard is ended, so that nothing waits for it.
+    static constexpr std::chrono::seconds readyTime{5};
+
+    /// A child has stopped or ended: a stopped guard is ended, so that nothing waits for it; one
+    /// that ended is started again, after a while.
     void childChanged();
     /// To be called now and then: a guard that did not answer since the last time is ended.
     void checkGuard();
+
+    /// The agent is about to end: no program is asked for any more, and no guard started.
+    void end();
 
     /// As if events had been lost.
     void lookThroughAll() { m_files->lookThroughAll(); }
@@ -64,6 +72,8 @@ private:
     class Starts;
 
     void guardEnded();
+    void restartGuard();
+    void guardReady(int error);
     void marked(std::uint64_t fileSystem, int error);
 
     GuardProcess m_guard;
@@ -76,7 +86,11 @@ private:
     std::set<std::uint64_t> m_asked; ///< file systems whose programs the guard asks for
     std::string m_signatures;
     bool m_reachable = false;
-    bool m_guardLost = false;
+    bool m_guardLost = false; ///< it ended, and no other one has its place yet
+    BackOff m_backOff;
+    QTimer m_restart;
+    QTimer m_tooLate; ///< for a new guard to be ready
+    bool m_ending = false;
     std::uint64_t m_ping = 0;
     // The threads, in the order in which they need each other.
     std::unique_ptr<Starts> m_starts;

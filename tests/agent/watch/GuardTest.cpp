@@ -173,6 +173,32 @@ TEST_F(GuardTest, AnEndedGuardHoldsNobodyUp) {
     EXPECT_EQ(runProgram(program()), 0);
 }
 
+TEST_F(GuardTest, AnotherOneTakesItsPlaceAndKnowsNothing) {
+    EXPECT_EQ(runWhile([this] { answer(false, true); }), 0);
+    ::kill(m_guard.pid(), SIGKILL);
+    while (m_guard.look() != GuardProcess::State::Ended) {
+        ::usleep(1000);
+    }
+    // Other threads hold the locks of whatever they like meanwhile.
+    std::atomic<bool> end = false;
+    std::thread busy([&] {
+        while (!end) {
+            delete new std::string(1000, 'x');
+        }
+    });
+    ASSERT_TRUE(m_guard.restart(17)) << std::strerror(m_guard.trouble());
+    EXPECT_EQ(m_guard.page().ponged, 17U);
+    UniqueFd none;
+    const std::optional<GuardNote> ready = next(none);
+    ASSERT_TRUE(ready && ready->kind == GuardNote::Kind::Ready);
+    EXPECT_EQ(ready->error, 0);
+    mark();
+    EXPECT_EQ(runWhile([this] { answer(true, false); }), -EPERM);
+    EXPECT_EQ(m_guard.page().asked, 2U) << "the counters go on";
+    end = true;
+    busy.join();
+}
+
 TEST_F(GuardTest, AFatalSignalLetsWhoWaitsRun) {
     EXPECT_EQ(runWhile([this] {
                   UniqueFd file;

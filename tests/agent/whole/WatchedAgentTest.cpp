@@ -71,6 +71,25 @@ TEST_F(WatchedAgentTest, AScriptStartedByItsNameIsAProgram) {
     EXPECT_EQ(std::system(("/bin/sh " + file("script")).c_str()), 0);
 }
 
+TEST_F(WatchedAgentTest, AGuardThatIsLostIsMissedAndStartedAgain) {
+    KORVALE_NEEDS_CLAMD();
+    RealClamd clamd;
+    watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
+    ASSERT_TRUE(watchedBy("execute"));
+    makeProgram(file("evil"), RealClamd::badMarker);
+    ASSERT_EQ(runProgram(file("evil")), -EPERM);
+    const pid_t first = guard();
+    m_ear->heard.clear();
+    ::kill(first, SIGKILL);
+    EXPECT_TRUE(heard("com.korvale.driver.notconnected"));
+    EXPECT_TRUE(waitUntil([&] { return guard() > 0 && guard() != first; }));
+    ASSERT_TRUE(watchedBy("execute"));
+    EXPECT_EQ(runProgram(file("evil")), -EPERM);
+    EXPECT_EQ(ask({{QStringLiteral("CMD_"), QStringLiteral("GDRV")}}).value(QStringLiteral("VALU")),
+              QStringLiteral("1"));
+    EXPECT_TRUE(control("Status").value(QStringLiteral("problems")).toArray().isEmpty());
+}
+
 TEST_F(WatchedAgentTest, APossibleThreatIsToldAndRuns) {
     KORVALE_NEEDS_CLAMD();
     RealClamd clamd;
