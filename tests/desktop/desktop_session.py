@@ -42,9 +42,13 @@ def wait_until(condition, what, timeout=20.0):
 
 class DesktopSession:
     """Context manager. Parts can be left out at the start and started or stopped later."""
-    name = "XFCE"  # as XDG_CURRENT_DESKTOP calls it
+    name = "XFCE"
+    xdg_name = None  # as XDG_CURRENT_DESKTOP calls it, where that is another
     window_manager = ["xfwm4", "--compositor=off", "--replace"]
     panel_place = (0, 0, 1280, 40)  # x, y, width, height: where the tray shows pictures
+    has_tray = True
+    clicks_for_window = 1  # on the item
+    menu_button = 3  # of the mouse
 
     def __init__(self, display=True, panel=True, notifications="recording", system_bus=True,
                  accessibility=False, capabilities="body,body-markup,actions", folder=None,
@@ -85,7 +89,7 @@ class DesktopSession:
             "XDG_RUNTIME_DIR": str(self.folder / "run"),
             "XDG_CONFIG_HOME": str(self.folder / "config"),
             "XDG_CACHE_HOME": str(self.folder / "cache"),
-            "XDG_DATA_HOME": str(self.folder / "data"), "XDG_CURRENT_DESKTOP": self.name,
+            "XDG_DATA_HOME": str(self.folder / "data"), "XDG_CURRENT_DESKTOP": self.xdg_name or self.name,
             "XDG_SESSION_TYPE": "x11", "GDK_BACKEND": "x11", "LIBGL_ALWAYS_SOFTWARE": "1",
             "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.folder}/run/bus",
             "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.folder}/system_bus_socket",
@@ -114,12 +118,15 @@ class DesktopSession:
 
     def _install_program(self):
         """What a desktop has of the program once it is installed: its menu entry, for the binary
-        under test, and an xdg-open, which only writes down what it is asked to open."""
+        under test, its icon, and an xdg-open, which only writes down what it is asked to open."""
         applications = self.folder / "data" / "applications"
         applications.mkdir(parents=True, exist_ok=True)
         entry = (PROJECT / "packaging" / "com.korvale.ui.desktop").read_text()
         (applications / "com.korvale.ui.desktop").write_text(
             entry.replace("Exec=korvale-ui", f"Exec={BINARIES / 'korvale-ui'}"))
+        icons = self.folder / "data" / "icons" / "hicolor" / "scalable" / "apps"
+        icons.mkdir(parents=True, exist_ok=True)
+        shutil.copy(PROJECT / "resources" / "pictures" / "com.korvale.ui.svg", icons)
         commands = self.folder / "bin"
         commands.mkdir(exist_ok=True)
         opener = commands / "xdg-open"

@@ -6,6 +6,8 @@ from tray import hue_name
 
 FEWEST_PIXELS = 25  # of one hue, to be a shield and no fringe of a letter
 MENU_PIXELS = 3000  # that differ at least when a menu is open
+RESTING = (640, 780)  # where the pointer is taken, which some compositors draw into what others see of the screen
+POINTER = 40  # its size at most
 LAST_ENTRY = 18  # pixels from the menu's lower edge to the middle of its last entry
 
 
@@ -46,7 +48,17 @@ class PanelView:
 
     def rest(self):
         """Takes the pointer away, and with it the tooltip."""
-        self.session.play("mousemove", 640, 780)
+        self.session.play("mousemove", *RESTING)
+
+    def wait_still(self):
+        """Waits until nothing on the screen changes any more."""
+        seen = []
+
+        def is_still():
+            seen.append(self.session.pixels(0, 0, 1280, 800))
+            time.sleep(0.2)
+            return len(seen) > 1 and seen[-1] == seen[-2]
+        wait_until(is_still, "a screen that stands still")
 
     def wait_menu(self, before):
         """Waits until the screen differs from `before`, a screen(), by as much as a menu, and no longer changes;
@@ -68,17 +80,21 @@ class PanelView:
 
     def screen(self):
         """The screen but for the panel."""
-        return self.session.pixels(*self._place_below())
+        return self.session.pixels(*self._place_beside())
 
-    def _place_below(self):
-        _, y, width, height = self.session.panel_place
-        return (0, height, width, 800 - height) if y == 0 else (0, 0, width, y)
+    def _place_beside(self):
+        _, y, _, height = self.session.panel_place
+        if not self.session.has_tray:
+            return (0, 0, 1280, 800)
+        return (0, height, 1280, 800 - height) if y == 0 else (0, 0, 1280, y)
 
     def _difference(self, before):
-        left, top, width, _ = self._place_below()
+        left, top, width, _ = self._place_beside()
         now = self.screen()
         places = [(i // 3 % width, i // 3 // width) for i in range(0, len(now), 3)
                   if max(abs(a - b) for a, b in zip(now[i:i + 3], before[i:i + 3])) > 40]
+        places = [(x, y) for x, y in places
+                  if max(abs(left + x - RESTING[0]), abs(top + y - RESTING[1])) > POINTER]
         if len(places) < MENU_PIXELS:
             return None
         columns, rows = zip(*places)
