@@ -26,7 +26,7 @@ class Session:
         (folder / "run").chmod(0o700)
         self.env = dict(bench.session.env, XDG_RUNTIME_DIR=str(folder / "run"),
                         XDG_CONFIG_HOME=str(folder / "config"), XDG_DATA_HOME=str(folder / "data"),
-                        XDG_CACHE_HOME=str(folder / "cache"),
+                        XDG_STATE_HOME=str(folder / "state"), XDG_CACHE_HOME=str(folder / "cache"),
                         DBUS_SESSION_BUS_ADDRESS=f"unix:path={folder}/run/bus")
         self.processes = []
         self._start("dbus-daemon", "--session", "--nofork", "--nopidfile",

@@ -92,6 +92,9 @@
     <message id="HPS_Advice">
         <translation>Was das bedeutet</translation>
     </message>
+    <message id="HPS_ClearNotifications">
+        <translation>Liste leeren</translation>
+    </message>
     <message id="HPS_ColAction">
         <translation>Aktion</translation>
     </message>
@@ -133,6 +136,9 @@
     </message>
     <message id="HPS_ColWhen">
         <translation>Zeitpunkt</translation>
+    </message>
+    <message id="HPS_CopyNotification">
+        <translation>Kopieren</translation>
     </message>
     <message id="HPS_Credits">
         <translation>Angaben zur Richtlinie</translation>
@@ -202,6 +208,18 @@
     </message>
     <message id="HPS_MenuToolTip">
         <translation>KorvaleUI-Menü öffnen</translation>
+    </message>
+    <message id="HPS_NoNotifications">
+        <translation>Noch keine Benachrichtigungen.</translation>
+    </message>
+    <message id="HPS_NotificationHeldBack">
+        <translation>Nicht angezeigt, da Benachrichtigungen ausgeschaltet sind.</translation>
+    </message>
+    <message id="HPS_Notifications">
+        <translation>Benachrichtigungen</translation>
+    </message>
+    <message id="HPS_NotificationsHint">
+        <translation>Zeigt, was die letzten Benachrichtigungen gesagt haben (Strg+N)</translation>
     </message>
     <message id="HPS_NowAgentAway">
         <translation>Bis der Agent wieder läuft, wird auf diesem Gerät nichts überwacht; angezeigt wird, was zuletzt bekannt war. Starten Sie das Gerät neu, oder bitten Sie Ihren Administrator, den Dienst des Agenten zu starten.</translation>

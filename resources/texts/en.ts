@@ -92,6 +92,9 @@
     <message id="HPS_Advice">
         <translation>What this means</translation>
     </message>
+    <message id="HPS_ClearNotifications">
+        <translation>Clear List</translation>
+    </message>
     <message id="HPS_ColAction">
         <translation>Action</translation>
     </message>
@@ -133,6 +136,9 @@
     </message>
     <message id="HPS_ColWhen">
         <translation>When</translation>
+    </message>
+    <message id="HPS_CopyNotification">
+        <translation>Copy</translation>
     </message>
     <message id="HPS_Credits">
         <translation>Details about the policy</translation>
@@ -202,6 +208,18 @@
     </message>
     <message id="HPS_MenuToolTip">
         <translation>Open the KorvaleUI menu</translation>
+    </message>
+    <message id="HPS_NoNotifications">
+        <translation>No notifications yet.</translation>
+    </message>
+    <message id="HPS_NotificationHeldBack">
+        <translation>Not shown, as notifications are switched off.</translation>
+    </message>
+    <message id="HPS_Notifications">
+        <translation>Notifications</translation>
+    </message>
+    <message id="HPS_NotificationsHint">
+        <translation>Shows what the last notifications said (Ctrl+N)</translation>
     </message>
     <message id="HPS_NowAgentAway">
         <translation>Nothing on this device is being watched until the agent runs again, and what is shown here is what was known last. Restart the device, or ask your administrator to start the agent’s service.</translation>

@@ -92,6 +92,9 @@
     <message id="HPS_Advice">
         <translation>Lo que esto significa</translation>
     </message>
+    <message id="HPS_ClearNotifications">
+        <translation>Vaciar la lista</translation>
+    </message>
     <message id="HPS_ColAction">
         <translation>Acción</translation>
     </message>
@@ -133,6 +136,9 @@
     </message>
     <message id="HPS_ColWhen">
         <translation>Fecha</translation>
+    </message>
+    <message id="HPS_CopyNotification">
+        <translation>Copiar</translation>
     </message>
     <message id="HPS_Credits">
         <translation>Detalles de la directiva</translation>
@@ -202,6 +208,18 @@
     </message>
     <message id="HPS_MenuToolTip">
         <translation>Abrir el menú de KorvaleUI</translation>
+    </message>
+    <message id="HPS_NoNotifications">
+        <translation>Aún no hay notificaciones.</translation>
+    </message>
+    <message id="HPS_NotificationHeldBack">
+        <translation>No se mostró porque las notificaciones están desactivadas.</translation>
+    </message>
+    <message id="HPS_Notifications">
+        <translation>Notificaciones</translation>
+    </message>
+    <message id="HPS_NotificationsHint">
+        <translation>Muestra lo que decían las últimas notificaciones (Ctrl+N)</translation>
     </message>
     <message id="HPS_NowAgentAway">
         <translation>Nada se vigila en este dispositivo hasta que el agente vuelva a funcionar; lo que se muestra es lo último que se supo. Reinicie el dispositivo o pida a su administrador que inicie el servicio del agente.</translation>

@@ -92,6 +92,9 @@
     <message id="HPS_Advice">
         <translation>Ce que cela signifie</translation>
     </message>
+    <message id="HPS_ClearNotifications">
+        <translation>Effacer la liste</translation>
+    </message>
     <message id="HPS_ColAction">
         <translation>Action</translation>
     </message>
@@ -133,6 +136,9 @@
     </message>
     <message id="HPS_ColWhen">
         <translation>Date</translation>
+    </message>
+    <message id="HPS_CopyNotification">
+        <translation>Copier</translation>
     </message>
     <message id="HPS_Credits">
         <translation>Détails de la stratégie</translation>
@@ -202,6 +208,18 @@
     </message>
     <message id="HPS_MenuToolTip">
         <translation>Ouvrir le menu de KorvaleUI</translation>
+    </message>
+    <message id="HPS_NoNotifications">
+        <translation>Aucune notification pour le moment.</translation>
+    </message>
+    <message id="HPS_NotificationHeldBack">
+        <translation>Non affichée, car les notifications sont désactivées.</translation>
+    </message>
+    <message id="HPS_Notifications">
+        <translation>Notifications</translation>
+    </message>
+    <message id="HPS_NotificationsHint">
+        <translation>Affiche ce que disaient les dernières notifications (Ctrl+N)</translation>
     </message>
     <message id="HPS_NowAgentAway">
         <translation>Rien n’est surveillé sur cet appareil tant que l’agent ne fonctionne pas ; ce qui est affiché est le dernier état connu. Redémarrez l’appareil ou demandez à votre administrateur de démarrer le service de l’agent.</translation>
@@ -297,7 +315,7 @@
         <translation>Qu’est-ce que cela signifie ?</translation>
     </message>
     <message id="HPS_WhyAgentAway">
-        <translation>L’agent de protection n’est pas en cours d’exécution</translation>
+        <translation>L’agent de protection n’est pas actif</translation>
     </message>
     <message id="HPS_WhyConnectionUnknown">
         <translation>L’agent fonctionne ; rien de nouveau n’a été trouvé</translation>

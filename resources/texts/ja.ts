@@ -92,6 +92,9 @@
     <message id="HPS_Advice">
         <translation>この状態の意味</translation>
     </message>
+    <message id="HPS_ClearNotifications">
+        <translation>一覧を消去</translation>
+    </message>
     <message id="HPS_ColAction">
         <translation>処置</translation>
     </message>
@@ -133,6 +136,9 @@
     </message>
     <message id="HPS_ColWhen">
         <translation>日時</translation>
+    </message>
+    <message id="HPS_CopyNotification">
+        <translation>コピー</translation>
     </message>
     <message id="HPS_Credits">
         <translation>ポリシーの詳細</translation>
@@ -202,6 +208,18 @@
     </message>
     <message id="HPS_MenuToolTip">
         <translation>KorvaleUI のメニューを開く</translation>
+    </message>
+    <message id="HPS_NoNotifications">
+        <translation>通知はまだありません。</translation>
+    </message>
+    <message id="HPS_NotificationHeldBack">
+        <translation>通知がオフになっているため、表示されませんでした。</translation>
+    </message>
+    <message id="HPS_Notifications">
+        <translation>通知</translation>
+    </message>
+    <message id="HPS_NotificationsHint">
+        <translation>これまでの通知の内容を表示します (Ctrl+N)</translation>
     </message>
     <message id="HPS_NowAgentAway">
         <translation>エージェントが再び動作するまで、このデバイスでは何も監視されません。表示されているのは最後に分かっていた状態です。デバイスを再起動するか、エージェントのサービスの開始を管理者に依頼してください。</translation>

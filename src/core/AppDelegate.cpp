@@ -32,6 +32,7 @@ AppDelegate::AppDelegate(AppDelegateContext context)
       m_statusWatch(m_state),
       m_statusPublisher(m_statusWatch),
       m_notifications(m_state, m_hostCache, m_resources, m_linkOpener),
+      m_notificationHistory(NotificationHistory::userPath(), m_clock),
       m_agent(QString::fromLatin1(serviceName)),
       m_channel(m_systemBus, m_notifications),
       m_commands(m_state, m_channel, m_statusLine, m_statusItem,
@@ -77,6 +78,11 @@ void AppDelegate::connectParts() {
     connect(&m_menu, &StatusItemMenu::scanSpecificFolder, &m_folderScanChooser,
             &FolderScanChooser::scanSpecificFolder);
     connect(&m_menu, &StatusItemMenu::exitApp, this, &AppDelegate::exitApp);
+    if (!processValues().automationMode && !processValues().noUIMode) {
+        // Elsewhere nobody could look at them, or clear them.
+        connect(&m_notifications, &UserNotifications::told, &m_notificationHistory,
+                &NotificationHistory::add);
+    }
     connect(&m_window, &MainWindowController::becameMain, this,
             [this] { m_messages.parseTimerAggregatedMessage(); });
 }
@@ -133,6 +139,7 @@ MainWindowContext AppDelegate::windowContext() {
             .tables = {m_fileThreatsTableCtrl, m_memExploitTableCtrl, m_eventsTableCtrl,
                        m_externalDevicesTableCtrl},
             .linkOpener = m_linkOpener,
+            .notifications = m_notificationHistory,
             .statusMenu = m_menu.menu(),
             .displayName = QGuiApplication::applicationDisplayName(),
             .shortVersion =

@@ -22,6 +22,7 @@
 #include "shell/FolderScanChooser.h"
 #include "shell/LegibilitySettings.h"
 #include "shell/MainWindowController.h"
+#include "shell/NotificationHistory.h"
 #include "shell/Resources.h"
 #include "shell/StatusItem.h"
 #include "shell/StatusItemMenu.h"
@@ -118,6 +119,7 @@ private:
     StatusWatch m_statusWatch;
     StatusPublisher m_statusPublisher;
     UserNotifications m_notifications;
+    NotificationHistory m_notificationHistory;
 
     SystemBus m_systemBus;
     NameOwner m_agent; ///< who is the agent service on the bus, if anybody is

@@ -13,7 +13,7 @@ public:
     /// machine is suspended). Only differences mean anything.
     [[nodiscard]] virtual double now() const = 0;
 
-    /// The wall clock in the local time zone; only the updater's day key depends on it.
+    /// The wall clock in the local time zone: for the updater's day key, and for people to read.
     [[nodiscard]] virtual QDateTime localTime() const = 0;
 };
 

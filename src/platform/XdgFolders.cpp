@@ -21,4 +21,8 @@ QString applicationSupportFolder() {
     return folder("XDG_DATA_HOME", "/.local/share");
 }
 
+QString userStateFolder() {
+    return folder("XDG_STATE_HOME", "/.local/state");
+}
+
 } // namespace korvale

@@ -13,4 +13,7 @@ namespace korvale {
 /// For application data: XDG_DATA_HOME, else ~/.local/share.
 [[nodiscard]] QString applicationSupportFolder();
 
+/// For what is remembered of earlier runs: XDG_STATE_HOME, else ~/.local/state.
+[[nodiscard]] QString userStateFolder();
+
 } // namespace korvale

@@ -51,12 +51,22 @@ AnswerStrip::AnswerStrip(QWidget* parent) : QWidget(parent) {
     m_row->addWidget(m_whatNow);
     m_row->addStretch();
     m_row->addWidget(m_lastScan);
+    makeNotifications();
     makeFind();
     rows->addLayout(m_row);
     rows->addWidget(m_advice);
 
     connect(m_whatNow, &LinkButton::toggled, this, &AnswerStrip::showAdvice);
     setProtection(Verdict::Good, {}, {}, {});
+}
+
+void AnswerStrip::makeNotifications() {
+    auto* notifications = new LinkButton(this);
+    notifications->setObjectName(QStringLiteral("notificationsButton"));
+    notifications->setText(localizedText("HPS_Notifications"));
+    setPlainToolTip(*notifications, localizedText("HPS_NotificationsHint"));
+    m_row->addWidget(notifications);
+    connect(notifications, &LinkButton::clicked, this, &AnswerStrip::notificationsWanted);
 }
 
 void AnswerStrip::makeFind() {
@@ -67,7 +77,9 @@ void AnswerStrip::makeFind() {
     setPlainToolTip(*m_find, localizedText("HPS_FindHint"));
     m_find->setClearButtonEnabled(true);
     m_find->setMaxLength(look::findLength);
-    m_find->setFixedWidth(m_find->fontMetrics().averageCharWidth() * look::findCharacters);
+    const int character = m_find->fontMetrics().averageCharWidth();
+    m_find->setMinimumWidth(character * look::fewestFindCharacters);
+    m_find->setMaximumWidth(character * look::findCharacters);
     m_find->installEventFilter(this);
     m_findCount = new QLabel(this);
     m_findCount->setObjectName(QStringLiteral("findCountLbl"));

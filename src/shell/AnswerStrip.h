@@ -40,11 +40,13 @@ Q_SIGNALS:
     void findTextChanged(const QString& text);
     /// Enter or Down in the field: on to the rows.
     void findDone();
+    void notificationsWanted();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void makeNotifications();
     void makeFind();
     void showAdvice(bool isShown);
     void showColors();

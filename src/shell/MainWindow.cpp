@@ -158,6 +158,9 @@ void MainWindow::setupKeys() {
     onKey(Qt::CTRL | Qt::Key_F, [this] { m_answerStrip->focusFind(); });
     connect(m_answerStrip, &AnswerStrip::findDone, this,
             [this] { m_ui->tabView->currentWidget()->setFocus(); });
+    onKey(Qt::CTRL | Qt::Key_N, [this] { Q_EMIT notificationsWanted(); });
+    connect(m_answerStrip, &AnswerStrip::notificationsWanted, this,
+            &MainWindow::notificationsWanted);
     onKey(Qt::CTRL | Qt::Key_W, [this] { close(); });
     for (const QKeyCombination next : {Qt::CTRL | Qt::Key_Tab, Qt::CTRL | Qt::Key_PageDown}) {
         onKey(next, [this] { selectNextTab(1); });

@@ -58,6 +58,7 @@ public:
 Q_SIGNALS:
     void tabSelected(korvale::TabIdentifier tab);
     void logoClicked();
+    void notificationsWanted();
     /// The window that has the focus is in sight again.
     void drawnAgain();
 

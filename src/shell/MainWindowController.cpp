@@ -10,6 +10,7 @@
 #include "shell/AnswerStrip.h"
 #include "shell/CounterLine.h"
 #include "shell/MainWindow.h"
+#include "shell/NotificationsWindow.h"
 #include "shell/Resources.h"
 #include "shell/StatusItem.h"
 #include "shell/StatusLine.h"
@@ -55,6 +56,7 @@ MainWindowController::MainWindowController(MainWindowContext context, QObject* p
 
 MainWindowController::~MainWindowController() {
     delete m_aboutPanel;
+    delete m_notifications;
 }
 
 void MainWindowController::showDetails(const QString& activationToken) {
@@ -93,6 +95,8 @@ void MainWindowController::buildWindow() {
     connect(m_window.get(), &MainWindow::drawnAgain, this, &MainWindowController::updateDisplay,
             Qt::QueuedConnection);
     connect(m_window.get(), &MainWindow::logoClicked, this, &MainWindowController::visitHome);
+    connect(m_window.get(), &MainWindow::notificationsWanted, this,
+            &MainWindowController::showNotifications);
     connect(&m_context.statusLine, &StatusLine::changed, this,
             &MainWindowController::showStatusMessage);
     connect(&m_context.statusWatch, &StatusWatch::changed, this,
@@ -217,7 +221,7 @@ void MainWindowController::showAppearance() {
     if (m_isMenuDressed) {
         dressStatusMenu();
     }
-    if (!m_window && !m_aboutPanel) {
+    if (!m_window && !m_aboutPanel && !m_notifications) {
         return; // nothing of the toolkit's looks is touched before something is shown
     }
     const bool dark = m_context.resources.isDark();
@@ -232,6 +236,9 @@ void MainWindowController::showAppearance() {
     }
     if (m_aboutPanel) {
         m_aboutPanel->setDark(dark, highContrast);
+    }
+    if (m_notifications) {
+        m_notifications->setDark(dark, highContrast);
     }
     QToolTip::setPalette(windowPalette(dark, highContrast));
 }
@@ -268,6 +275,16 @@ void MainWindowController::appWindowResignMain() {
 
 void MainWindowController::visitHome() {
     m_context.linkOpener.openLink(localizedText("Url"), {});
+}
+
+void MainWindowController::showNotifications() {
+    if (!m_notifications) {
+        m_notifications = new NotificationsWindow(m_context.notifications, m_context.linkOpener);
+        m_notifications->setAttribute(Qt::WA_DeleteOnClose);
+        m_notifications->setWindowIcon(m_context.resources.getImage(image::appIcon));
+    }
+    showAppearance();
+    bringToFront(*m_notifications, {});
 }
 
 void MainWindowController::aboutApp(const QString& activationToken) {

@@ -20,6 +20,8 @@ namespace korvale {
 class AboutPanel;
 class LinkOpener;
 class MainWindow;
+class NotificationHistory;
+class NotificationsWindow;
 class Resources;
 class StatusItem;
 class StatusLine;
@@ -37,6 +39,7 @@ struct MainWindowContext {
     IconDisplay& iconDisplay;
     TableControllers tables;
     LinkOpener& linkOpener;
+    NotificationHistory& notifications;
     QMenu* statusMenu = nullptr; ///< offered by the window where no tray is
     QString displayName;         ///< of the program, for titles
     QString shortVersion;
@@ -59,6 +62,9 @@ public:
 
     /// Menu action: shows the About panel with what is known now.
     void aboutApp(const QString& activationToken = {});
+
+    /// Shows what the desktop notifications said.
+    void showNotifications();
 
     /// Refreshes tab labels, counters and the colour; a yellow icon is left alone.
     void updateDisplay() override;
@@ -107,6 +113,7 @@ private:
     WindowMemory m_memory;
     std::unique_ptr<MainWindow> m_window;
     QPointer<AboutPanel> m_aboutPanel;
+    QPointer<NotificationsWindow> m_notifications;
     bool m_isMenuDressed = false;
 };
 

@@ -17,54 +17,55 @@ UserNotifications::UserNotifications(const AppState& state, const HostCache& hos
 }
 
 /// Once the user has chosen, the policy no longer counts. Asked for every notification.
-bool UserNotifications::isWanted(const QString& message) const {
-    const bool isOpen = m_hostCache.hasCurrentUserChangedNotification()
-                            ? m_state.showNotifications
-                            : m_state.policyShowNotifications;
-    return isOpen && !message.isEmpty();
+bool UserNotifications::areWanted() const {
+    return m_hostCache.hasCurrentUserChangedNotification() ? m_state.showNotifications
+                                                           : m_state.policyShowNotifications;
+}
+
+void UserNotifications::send(const DesktopNotification& notification) {
+    if (notification.message.isEmpty()) {
+        return;
+    }
+    const bool isWanted = areWanted();
+    Q_EMIT told(notification, !isWanted);
+    if (isWanted) {
+        m_server.deliver(notification);
+    }
 }
 
 void UserNotifications::SendNotification(const QString& message, const QString& subtitle,
                                          int image) {
-    send(message, subtitle, image, Urgency::Normal);
+    send({.title = localizedText("ProductEP"),
+          .subtitle = subtitle,
+          .message = message,
+          .picture = m_resources.getImage(image),
+          .link = {}});
 }
 
 void UserNotifications::SendUrgentNotification(const QString& message, const QString& subtitle,
                                                int image) {
-    send(message, subtitle, image, Urgency::Critical);
-}
-
-void UserNotifications::send(const QString& message, const QString& subtitle, int image,
-                             Urgency urgency) {
-    if (!isWanted(message)) {
-        return;
-    }
-    m_server.deliver({.title = localizedText("ProductEP"),
-                      .subtitle = subtitle,
-                      .message = message,
-                      .picture = m_resources.getImage(image),
-                      .link = {},
-                      .urgency = urgency});
+    send({.title = localizedText("ProductEP"),
+          .subtitle = subtitle,
+          .message = message,
+          .picture = m_resources.getImage(image),
+          .link = {},
+          .urgency = Urgency::Critical});
 }
 
 void UserNotifications::SendConsumerNotification(const QString& message, const QString& url) {
-    if (isWanted(message)) {
-        m_server.deliver({.title = localizedText("ProductEP"),
-                          .subtitle = {},
-                          .message = message,
-                          .picture = {},
-                          .link = isOpenableLink(url) ? url : QString()});
-    }
+    send({.title = localizedText("ProductEP"),
+          .subtitle = {},
+          .message = message,
+          .picture = {},
+          .link = isOpenableLink(url) ? url : QString()});
 }
 
 void UserNotifications::SendSondarNotification(const QString& message) {
-    if (isWanted(message)) {
-        m_server.deliver({.title = localizedText("KorvaleSONDAR"),
-                          .subtitle = {},
-                          .message = message,
-                          .picture = {},
-                          .link = {}});
-    }
+    send({.title = localizedText("KorvaleSONDAR"),
+          .subtitle = {},
+          .message = message,
+          .picture = {},
+          .link = {}});
 }
 
 } // namespace korvale

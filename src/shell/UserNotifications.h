@@ -30,9 +30,13 @@ public:
     void SendConsumerNotification(const QString& message, const QString& url) override;
     void SendSondarNotification(const QString& message) override;
 
+Q_SIGNALS:
+    /// There was something to tell, be it shown or held back as nobody wants to see any.
+    void told(const korvale::DesktopNotification& notification, bool isHeldBack);
+
 private:
-    void send(const QString& message, const QString& subtitle, int image, Urgency urgency);
-    [[nodiscard]] bool isWanted(const QString& message) const;
+    void send(const DesktopNotification& notification);
+    [[nodiscard]] bool areWanted() const;
 
     const AppState& m_state;
     const HostCache& m_hostCache;

@@ -44,7 +44,7 @@ class AppDelegateTest : public testing::Test {
 protected:
     AppDelegateTest() {
         qputenv("KORVALE_ROOT", m_folder.filePath(QStringLiteral("root")).toUtf8());
-        for (const char* home : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
+        for (const char* home : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
             qputenv(home, m_folder.path().toUtf8());
         }
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/bus");

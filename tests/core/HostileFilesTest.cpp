@@ -2,11 +2,14 @@
 // absent, at once, and nothing else happens.
 #include "core/AdvancedMode.h"
 #include "core/InfoDictionary.h"
+#include "fakes/FakeClock.h"
 #include "fakes/MemoryUserDefaults.h"
+#include "fakes/WaitUntil.h"
 #include "model/HostCache.h"
 #include "model/UpdaterStatusFolder.h"
 #include "platform/IniUserDefaults.h"
 #include "platform/RegularFile.h"
+#include "shell/NotificationHistory.h"
 #include "shell/WindowMemory.h"
 
 #include <QDir>
@@ -62,6 +65,13 @@ bool windowMemoryTakes(const QString& folder) {
     return !WindowMemory(folder + QStringLiteral("/window.json")).load().geometry.isEmpty();
 }
 
+bool notificationHistoryTakes(const QString& folder) {
+    const fakes::FakeClock clock;
+    NotificationHistory history(folder + QStringLiteral("/told.json"), clock);
+    history.load();
+    return waitUntil([&] { return history.isLoaded(); }) && !history.records().isEmpty();
+}
+
 const Reader readers[] = {
     {"file_states.log", R"({"/a":{"State":9}})", hostCacheTakes},
     {"1.kvupupdate", "c3RhdHVz", statusFolderTakes},
@@ -69,6 +79,7 @@ const Reader readers[] = {
     {"Info.json", R"({"CFBundleName":"K"})", infoDictionaryTakes},
     {"KorvaleUI.conf", "[General]\nUserNotificationOn=1\n", userDefaultsTake},
     {"window.json", R"({"geometry":"AdnQyw=="})", windowMemoryTakes},
+    {"told.json", R"([{"when":5,"title":"a","message":"b"}])", notificationHistoryTakes},
 };
 
 class HostileFile : public testing::TestWithParam<Reader> {

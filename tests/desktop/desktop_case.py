@@ -80,7 +80,8 @@ class DesktopCase(unittest.TestCase):
 
     def empty_folders(self):
         """Takes away what an earlier test left in the host cache and the user's settings."""
-        for folder in (self.desktop.root, self.desktop.folder / "config" / "Korvale"):
+        for folder in (self.desktop.root, self.desktop.folder / "config" / "Korvale",
+                       self.desktop.folder / "home" / ".local" / "state" / "Korvale"):
             if folder.exists():
                 for path in sorted(folder.rglob("*"), reverse=True):
                     path.rmdir() if path.is_dir() and not path.is_symlink() else os.unlink(path)

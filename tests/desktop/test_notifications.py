@@ -6,6 +6,7 @@ import dbus.lowlevel
 
 from desktop_case import DesktopCase, wait_until
 from texts import text
+from window_case import WindowCase
 
 SERVER = "org.freedesktop.Notifications"
 SERVER_PATH = "/org/freedesktop/Notifications"
@@ -126,3 +127,75 @@ class NoServer(DesktopCase):
         call = self.wait_notification(lambda call: "heard" in call["body"])
         self.assertNotIn("unheard", call["body"])
         self.assertTrue(program.running())
+
+
+class WhatTheySaid(WindowCase):
+    LINK = "https://korvale.example/why"
+
+    def setUp(self):
+        super().setUp()
+        self.file = (self.desktop.folder / "home" / ".local" / "state" / "Korvale" /
+                     "KorvaleUI-notifications.json")
+
+    def wait_kept(self, what):
+        wait_until(lambda: self.file.exists() and what in self.file.read_text(), f"{what} in the file")
+
+    def names(self):
+        return [name for _, name, _ in self.tree()]
+
+    def one_shown_and_one_held_back(self):
+        self.reported_agent.tell("exe-blocked /opt/early")  # the policy allows none yet
+        self.wait_kept("early")
+        self.reported_agent.tell("policy notifications on")
+        wait_until(lambda: self.status_item.entry(text("CM_ShowNotifications")).checked, "the mark")
+        self.reported_agent.tell(f'consumer-notification "Please <b>restart" {self.LINK}')
+        self.wait_kept("restart")
+
+    def test_they_are_read_again_with_links_and_with_those_that_were_held_back(self):
+        already = len(self.desktop.opened_links())
+        self.one_shown_and_one_held_back()
+        self.assertEqual([call["body"] for call in self.notifications()][-1:], ["Please &lt;b&gt;restart"])
+        self.open_window()
+        self.press("ctrl+n")
+        self.wait_text("Please <b>restart")
+        self.wait_text(f"{text('NotificationSubtitleExecutionBlock')}\nearly")
+        marked = {name.rpartition("\n")[2]: text("HPS_NotificationHeldBack") in described
+                  for _, name, described in self.tree() if name.endswith(("early", "restart"))}
+        self.assertEqual(marked, {"early": True, "Please <b>restart": False})
+        link = [described for _, name, described in self.tree()
+                if name == text("NotificationActionOpenLink")]
+        self.assertEqual(link, [self.LINK])
+        x, y = self.place(text("NotificationActionOpenLink"))
+        self.desktop.run(["xdotool", "mousemove", str(x), str(y), "click", "1"])
+        wait_until(lambda: self.desktop.opened_links()[already:] == [self.LINK], "the link")
+
+    def test_another_run_shows_them_until_they_are_cleared(self):
+        self.one_shown_and_one_held_back()
+        self.assertEqual(self.file.stat().st_mode & 0o7777, 0o600)
+        self.details.process.terminate()
+        self.assertEqual(self.details.wait_exit(), 0)
+        self.details = self.started(self.reported_agent)
+        self.status_item = self.item(self.details)
+        self.open_window()
+        self.assertNotIn("Please <b>restart", self.names())
+        x, y = self.place(text("HPS_Notifications"))
+        self.desktop.run(["xdotool", "mousemove", str(x), str(y), "click", "1"])
+        self.wait_text("Please <b>restart")
+        self.wait_text(text("HPS_ClearNotifications"))
+        x, y = self.place(text("HPS_ClearNotifications"))
+        self.desktop.run(["xdotool", "mousemove", str(x), str(y), "click", "1"])
+        self.wait_text(text("HPS_NoNotifications"))
+        wait_until(lambda: "restart" not in self.file.read_text(), "an empty file")
+        self.press("Escape")
+        wait_until(lambda: text("HPS_NoNotifications") not in self.names(), "the window to go")
+        self.assertIsNotNone(self.window())
+
+    def test_a_file_that_is_none_of_the_programs_is_as_good_as_none(self):
+        self.file.parent.mkdir(parents=True, exist_ok=True)
+        self.file.write_text('[{"when": 1, "title": "A", "message": "Forged"}, {"when": "now"}]')
+        self.open_window()
+        self.press("ctrl+n")
+        self.wait_text(text("HPS_NoNotifications"))
+        self.reported_agent.tell("exe-blocked /opt/real")
+        self.wait_kept("real")
+        self.assertNotIn("Forged", self.file.read_text())

@@ -26,6 +26,7 @@ public:
         set("HOME", path("home"));
         set("XDG_CONFIG_HOME", path("home/config"));
         set("XDG_DATA_HOME", path("home/data"));
+        set("XDG_STATE_HOME", path("home/state"));
         set("LC_ALL", QStringLiteral("C.UTF-8"));
         set("DBUS_SESSION_BUS_ADDRESS", QStringLiteral("unix:path=/nonexistent/session"));
         set("DBUS_SYSTEM_BUS_ADDRESS", QStringLiteral("unix:path=/nonexistent/system"));

@@ -25,12 +25,13 @@ TEST_P(XdgFolders, AreTheEnvironmentsElseBelowTheHomeFolder) {
     qunsetenv(variable);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, XdgFolders,
-                         testing::Values(Folder{"XDG_CONFIG_HOME", userConfigFolder,
-                                                QStringLiteral("/.config")},
-                                         Folder{"XDG_DATA_HOME", applicationSupportFolder,
-                                                QStringLiteral("/.local/share")}),
-                         [](const auto& instance) { return instance.param.variable; });
+INSTANTIATE_TEST_SUITE_P(
+    All, XdgFolders,
+    testing::Values(Folder{"XDG_CONFIG_HOME", userConfigFolder, QStringLiteral("/.config")},
+                    Folder{"XDG_DATA_HOME", applicationSupportFolder,
+                           QStringLiteral("/.local/share")},
+                    Folder{"XDG_STATE_HOME", userStateFolder, QStringLiteral("/.local/state")}),
+    [](const auto& instance) { return instance.param.variable; });
 
 } // namespace
 } // namespace korvale

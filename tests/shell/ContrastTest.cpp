@@ -1,6 +1,8 @@
 // How well every text can be read: the contrast of what is really drawn, as WCAG 2.1 counts it.
 #include "fakes/RecordingRowBatch.h"
+#include "platform/NotificationServer.h"
 #include "shell/AboutPanel.h"
+#include "shell/NotificationsWindow.h"
 #include "shell/WindowFixture.h"
 #include "tables/CustHeaderView.h"
 #include "tables/ThreatsTableView.h"
@@ -180,6 +182,21 @@ TEST_P(ContrastTest, TheAboutPanelCanBeRead) {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (auto* panel = qobject_cast<AboutPanel*>(widget)) {
             expectLegible(*panel);
+        }
+    }
+}
+
+TEST_P(ContrastTest, TheNotificationsCanBeRead) {
+    notifications.add({.title = QStringLiteral("MMMM"),
+                       .subtitle = QStringLiteral("MMMM"),
+                       .message = QStringLiteral("MMMM"),
+                       .picture = {},
+                       .link = QStringLiteral("https://korvale.example/")},
+                      true);
+    controller().showNotifications();
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (auto* window = qobject_cast<NotificationsWindow*>(widget)) {
+            expectLegible(*window);
         }
     }
 }

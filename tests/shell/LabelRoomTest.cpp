@@ -1,7 +1,10 @@
 // Every label has the room that its text needs, in every language.
 #include "fakes/RecordingRowBatch.h"
+#include "platform/NotificationServer.h"
 #include "shell/AboutPanel.h"
 #include "shell/ElidedLabel.h"
+#include "shell/LinkButton.h"
+#include "shell/NotificationsWindow.h"
 #include "shell/Translations.h"
 #include "shell/WindowFixture.h"
 #include "tables/CustHeaderView.h"
@@ -42,8 +45,10 @@ protected:
                 continue;
             }
             if (label != nullptr && !label->text().isEmpty()) {
-                EXPECT_LE(widthOf(*label, label->text()), label->contentsRect().width())
-                    << label->text().toStdString();
+                for (const QString& line : label->text().split(u'\n')) {
+                    EXPECT_LE(widthOf(*label, line), label->contentsRect().width())
+                        << line.toStdString();
+                }
                 EXPECT_LE(label->fontMetrics().boundingRect(label->text()).height(),
                           label->height())
                     << label->text().toStdString();
@@ -107,6 +112,38 @@ TEST_P(LabelRoomTest, OfTheTabsInTheSmallestWindow) {
     controller().updateDisplay();
     QApplication::processEvents();
     expectRoomForTabs();
+}
+
+TEST_P(LabelRoomTest, OfTheButtonsOfTheStripInTheSmallestWindow) {
+    state.agentIsAway = true;
+    MainWindow& window = shownWindow();
+    window.resize(window.minimumSize());
+    QApplication::processEvents();
+    EXPECT_EQ(window.size(), window.minimumSize());
+    for (const LinkButton* button : window.findChildren<LinkButton*>()) {
+        EXPECT_TRUE(button->isVisible());
+        EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
+        EXPECT_TRUE(window.rect().contains(QRect(button->mapTo(&window, QPoint()), button->size())))
+            << button->text().toStdString();
+    }
+}
+
+TEST_P(LabelRoomTest, InTheNotificationsWindow) {
+    notifications.add({.title = QStringLiteral("Korvale Endpoint Protection"),
+                       .subtitle = QStringLiteral("Found"),
+                       .message = QStringLiteral("invoice.exe"),
+                       .picture = {},
+                       .link = QStringLiteral("https://korvale.example/")},
+                      true);
+    controller().showNotifications();
+    int windows = 0;
+    for (const QWidget* widget : QApplication::topLevelWidgets()) {
+        if (const auto* window = qobject_cast<const NotificationsWindow*>(widget)) {
+            expectRoom(*window);
+            ++windows;
+        }
+    }
+    EXPECT_EQ(windows, 1);
 }
 
 TEST_P(LabelRoomTest, InTheAboutPanel) {

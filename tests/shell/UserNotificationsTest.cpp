@@ -237,6 +237,35 @@ INSTANTIATE_TEST_SUITE_P(All, Gates,
                                          Gate{false, false, true, true},
                                          Gate{false, false, false, false}));
 
+TEST_F(UserNotificationsTest, TellWhatTheySayThoughNobodyWantsToSeeIt) {
+    std::vector<std::pair<DesktopNotification, bool>> told;
+    QObject::connect(&notifications, &UserNotifications::told,
+                     [&](const DesktopNotification& notification, bool isHeldBack) {
+                         told.emplace_back(notification, isHeldBack);
+                     });
+    start();
+    notifications.SendNotification(QString(), QStringLiteral("no message"), noImage);
+    notifications.SendUrgentNotification(QStringLiteral("bad.exe"), QStringLiteral("Found"),
+                                         threatImage);
+    state.policyShowNotifications = false;
+    notifications.SendConsumerNotification(QStringLiteral("restart"),
+                                           QStringLiteral("https://korvale.example/"));
+    notifications.SendConsumerNotification(QStringLiteral("look"),
+                                           QStringLiteral("file:///etc/passwd"));
+    notifications.SendSondarNotification(QStringLiteral("companion"));
+    ASSERT_EQ(told.size(), 4U);
+    EXPECT_EQ(told[0].first.title, u"Product");
+    EXPECT_EQ(told[0].first.subtitle, u"Found");
+    EXPECT_EQ(told[0].first.message, u"bad.exe");
+    EXPECT_FALSE(told[0].second);
+    EXPECT_EQ(told[1].first.link, u"https://korvale.example/");
+    EXPECT_TRUE(told[1].second);
+    EXPECT_EQ(told[2].first.link, QString());
+    EXPECT_EQ(told[3].first.title, u"Sondar");
+    EXPECT_TRUE(told[3].second);
+    expectShownSoFar(1);
+}
+
 TEST_F(UserNotificationsTest, ALinkIsAnActionThatOpensItOncePerClick) {
     start();
     showLink(QStringLiteral("https://korvale.example/a"));

@@ -6,6 +6,7 @@
 #include "model/StatusWatch.h"
 #include "platform/Clock.h"
 #include "shell/MainWindowController.h"
+#include "shell/NotificationHistory.h"
 #include "shell/Resources.h"
 #include "shell/StatusItem.h"
 #include "shell/StatusLine.h"
@@ -15,6 +16,7 @@
 #include "tables/ProcessThreatsTable.h"
 
 #include <QMenu>
+#include <QTemporaryDir>
 
 namespace korvale {
 
@@ -35,6 +37,8 @@ struct WindowParts {
     QMenu statusMenu;
     int batchesRead = 0;
     fakes::RecordingLinkOpener links;
+    QTemporaryDir stateFolder;
+    NotificationHistory notifications{stateFolder.filePath(QStringLiteral("told.json")), clock};
 
     [[nodiscard]] MainWindowContext context(const QString& placementFile) {
         return {.state = state,
@@ -45,6 +49,7 @@ struct WindowParts {
                 .iconDisplay = statusItem,
                 .tables = {fileThreats, processThreats, events, externalDevices},
                 .linkOpener = links,
+                .notifications = notifications,
                 .statusMenu = &statusMenu,
                 .displayName = QStringLiteral("KorvaleUI"),
                 .shortVersion = QStringLiteral("1.0.0"),

@@ -1,9 +1,11 @@
-// window_gallery FOLDER: draws the details window and the About panel in every state worth looking
-// at and saves one picture of each in FOLDER. Not a test by itself: it is for people who judge
-// looks. Set QT_SCALE_FACTOR for other scales and LANGUAGE for other languages.
+// window_gallery FOLDER: draws the details window, the notifications and the About panel in every
+// state worth looking at and saves one picture of each in FOLDER. Not a test by itself: it is for
+// people who judge looks. Set QT_SCALE_FACTOR for other scales and LANGUAGE for other languages.
 #include "fakes/RecordingRowBatch.h"
+#include "platform/NotificationServer.h"
 #include "shell/AboutPanel.h"
 #include "shell/MainWindow.h"
+#include "shell/NotificationsWindow.h"
 #include "shell/Translations.h"
 #include "shell/WindowParts.h"
 
@@ -120,6 +122,7 @@ public:
             drawTabs(look + u"-small"_qs);
             m_controller.window()->resize(920, 560);
             drawAbout(look + u"-about"_qs);
+            drawNotifications(look + u"-notifications"_qs);
             empty();
         }
     }
@@ -176,6 +179,28 @@ private:
             if (auto* panel = qobject_cast<AboutPanel*>(widget)) {
                 draw(*panel, name);
                 panel->close();
+            }
+        }
+    }
+
+    void drawNotifications(const QString& name) {
+        notifications.clear();
+        for (std::size_t row = 0; row < 9; ++row) {
+            notifications.add(
+                {.title = QStringLiteral("Korvale Endpoint Protection"),
+                 .subtitle = row % 3 == 0 ? QString() : QStringLiteral("Threat found"),
+                 .message = pick(paths, row),
+                 .picture = {},
+                 .link = row % 3 == 0 ? QStringLiteral("https://korvale.example/why?id=8F0C4C1B")
+                                      : QString()},
+                row % 4 == 1);
+        }
+        m_controller.showNotifications();
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto* window = qobject_cast<NotificationsWindow*>(widget)) {
+                draw(*window, name);
+                delete window; // and with it some of the others
+                return;
             }
         }
     }
