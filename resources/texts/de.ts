@@ -278,6 +278,18 @@
     <message id="HPS_TermBackground">
         <translation>Der Agent hat die Hintergrundprüfung begonnen.</translation>
     </message>
+    <message id="HPS_TermFound">
+        <translation>Gefundene Bedrohungen: %@</translation>
+    </message>
+    <message id="HPS_TermGoesOn">
+        <translation>Der Agent prüft weiter; --background-scan stop beendet das.</translation>
+    </message>
+    <message id="HPS_TermLeft">
+        <translation>Der Agent hat sich beendet, bevor er fertig war.</translation>
+    </message>
+    <message id="HPS_TermMore">
+        <translation>… und %@ weitere</translation>
+    </message>
     <message id="HPS_TermNoAgent">
         <translation>Es läuft kein Agent.</translation>
     </message>
@@ -287,11 +299,17 @@
     <message id="HPS_TermNoFolder">
         <translation>%@ ist kein Ordner, der geprüft werden kann: %@</translation>
     </message>
+    <message id="HPS_TermNoUpdater">
+        <translation>Der Updater hat nichts gesagt.</translation>
+    </message>
     <message id="HPS_TermNotUnderstood">
         <translation>Die Antwort des Agenten ist nicht zu verstehen.</translation>
     </message>
     <message id="HPS_TermNotUtf8">
         <translation>%@ kann nicht geprüft werden: Der Name ist kein gültiges UTF-8.</translation>
+    </message>
+    <message id="HPS_TermNothing">
+        <translation>Es wurde nichts gefunden.</translation>
     </message>
     <message id="HPS_TermRefused">
         <translation>Der Agent hat abgelehnt: %@</translation>
@@ -299,8 +317,14 @@
     <message id="HPS_TermScan">
         <translation>Der Agent prüft %@</translation>
     </message>
+    <message id="HPS_TermSilent">
+        <translation>Der Agent hat seit fünf Minuten nichts gesagt.</translation>
+    </message>
     <message id="HPS_TermStop">
         <translation>Der Agent beendet seine Prüfungen.</translation>
+    </message>
+    <message id="HPS_TermStopped">
+        <translation>Es läuft keine Prüfung mehr.</translation>
     </message>
     <message id="HPS_TermUpdates">
         <translation>Der Agent sucht nach Updates.</translation>

@@ -278,6 +278,18 @@
     <message id="HPS_TermBackground">
         <translation>The agent has begun the background scan.</translation>
     </message>
+    <message id="HPS_TermFound">
+        <translation>Threats found: %@</translation>
+    </message>
+    <message id="HPS_TermGoesOn">
+        <translation>The agent goes on with the scan; --background-scan stop ends it.</translation>
+    </message>
+    <message id="HPS_TermLeft">
+        <translation>The agent has ended before it was done.</translation>
+    </message>
+    <message id="HPS_TermMore">
+        <translation>… and %@ more</translation>
+    </message>
     <message id="HPS_TermNoAgent">
         <translation>No agent is running.</translation>
     </message>
@@ -287,11 +299,17 @@
     <message id="HPS_TermNoFolder">
         <translation>%@ is no folder that can be scanned: %@</translation>
     </message>
+    <message id="HPS_TermNoUpdater">
+        <translation>The updater has said nothing.</translation>
+    </message>
     <message id="HPS_TermNotUnderstood">
         <translation>The agent’s answer cannot be understood.</translation>
     </message>
     <message id="HPS_TermNotUtf8">
         <translation>%@ cannot be scanned: its name is not valid UTF-8.</translation>
+    </message>
+    <message id="HPS_TermNothing">
+        <translation>Nothing was found.</translation>
     </message>
     <message id="HPS_TermRefused">
         <translation>The agent refused: %@</translation>
@@ -299,8 +317,14 @@
     <message id="HPS_TermScan">
         <translation>The agent scans %@</translation>
     </message>
+    <message id="HPS_TermSilent">
+        <translation>The agent has said nothing for five minutes.</translation>
+    </message>
     <message id="HPS_TermStop">
         <translation>The agent stops its scans.</translation>
+    </message>
+    <message id="HPS_TermStopped">
+        <translation>No scan is running any more.</translation>
     </message>
     <message id="HPS_TermUpdates">
         <translation>The agent looks for updates.</translation>

@@ -278,6 +278,18 @@
     <message id="HPS_TermBackground">
         <translation>El agente ha iniciado el análisis en segundo plano.</translation>
     </message>
+    <message id="HPS_TermFound">
+        <translation>Amenazas encontradas: %@</translation>
+    </message>
+    <message id="HPS_TermGoesOn">
+        <translation>El agente continúa el análisis; --background-scan stop lo detiene.</translation>
+    </message>
+    <message id="HPS_TermLeft">
+        <translation>El agente ha terminado antes de acabar.</translation>
+    </message>
+    <message id="HPS_TermMore">
+        <translation>… y %@ más</translation>
+    </message>
     <message id="HPS_TermNoAgent">
         <translation>No hay ningún agente en ejecución.</translation>
     </message>
@@ -287,11 +299,17 @@
     <message id="HPS_TermNoFolder">
         <translation>%@ no es una carpeta que se pueda analizar: %@</translation>
     </message>
+    <message id="HPS_TermNoUpdater">
+        <translation>El actualizador no ha dicho nada.</translation>
+    </message>
     <message id="HPS_TermNotUnderstood">
         <translation>No se puede entender la respuesta del agente.</translation>
     </message>
     <message id="HPS_TermNotUtf8">
         <translation>No se puede analizar %@: el nombre no es UTF-8 válido.</translation>
+    </message>
+    <message id="HPS_TermNothing">
+        <translation>No se ha encontrado nada.</translation>
     </message>
     <message id="HPS_TermRefused">
         <translation>El agente lo ha rechazado: %@</translation>
@@ -299,8 +317,14 @@
     <message id="HPS_TermScan">
         <translation>El agente analiza %@</translation>
     </message>
+    <message id="HPS_TermSilent">
+        <translation>El agente no ha dicho nada durante cinco minutos.</translation>
+    </message>
     <message id="HPS_TermStop">
         <translation>El agente detiene sus análisis.</translation>
+    </message>
+    <message id="HPS_TermStopped">
+        <translation>Ya no hay ningún análisis en curso.</translation>
     </message>
     <message id="HPS_TermUpdates">
         <translation>El agente busca actualizaciones.</translation>

@@ -278,6 +278,18 @@
     <message id="HPS_TermBackground">
         <translation>L’agent a commencé l’analyse en arrière-plan.</translation>
     </message>
+    <message id="HPS_TermFound">
+        <translation>Menaces trouvées : %@</translation>
+    </message>
+    <message id="HPS_TermGoesOn">
+        <translation>L’agent poursuit l’analyse ; --background-scan stop l’arrête.</translation>
+    </message>
+    <message id="HPS_TermLeft">
+        <translation>L’agent s’est arrêté avant d’avoir fini.</translation>
+    </message>
+    <message id="HPS_TermMore">
+        <translation>… et %@ de plus</translation>
+    </message>
     <message id="HPS_TermNoAgent">
         <translation>Aucun agent n’est en cours d’exécution.</translation>
     </message>
@@ -287,11 +299,17 @@
     <message id="HPS_TermNoFolder">
         <translation>%@ n’est pas un dossier qui peut être analysé : %@</translation>
     </message>
+    <message id="HPS_TermNoUpdater">
+        <translation>Le programme de mise à jour n’a rien dit.</translation>
+    </message>
     <message id="HPS_TermNotUnderstood">
         <translation>La réponse de l’agent est incompréhensible.</translation>
     </message>
     <message id="HPS_TermNotUtf8">
         <translation>%@ ne peut pas être analysé : le nom n’est pas en UTF-8 valide.</translation>
+    </message>
+    <message id="HPS_TermNothing">
+        <translation>Rien n’a été trouvé.</translation>
     </message>
     <message id="HPS_TermRefused">
         <translation>L’agent a refusé : %@</translation>
@@ -299,8 +317,14 @@
     <message id="HPS_TermScan">
         <translation>L’agent analyse %@</translation>
     </message>
+    <message id="HPS_TermSilent">
+        <translation>L’agent n’a rien dit depuis cinq minutes.</translation>
+    </message>
     <message id="HPS_TermStop">
         <translation>L’agent arrête ses analyses.</translation>
+    </message>
+    <message id="HPS_TermStopped">
+        <translation>Plus aucune analyse n’est en cours.</translation>
     </message>
     <message id="HPS_TermUpdates">
         <translation>L’agent recherche des mises à jour.</translation>

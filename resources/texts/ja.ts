@@ -278,6 +278,18 @@
     <message id="HPS_TermBackground">
         <translation>エージェントがバックグラウンドスキャンを開始しました。</translation>
     </message>
+    <message id="HPS_TermFound">
+        <translation>見つかった脅威: %@</translation>
+    </message>
+    <message id="HPS_TermGoesOn">
+        <translation>エージェントはスキャンを続けます。--background-scan stop で停止します。</translation>
+    </message>
+    <message id="HPS_TermLeft">
+        <translation>完了する前にエージェントが終了しました。</translation>
+    </message>
+    <message id="HPS_TermMore">
+        <translation>… 他 %@ 件</translation>
+    </message>
     <message id="HPS_TermNoAgent">
         <translation>エージェントが実行されていません。</translation>
     </message>
@@ -287,11 +299,17 @@
     <message id="HPS_TermNoFolder">
         <translation>%@ はスキャンできるフォルダーではありません: %@</translation>
     </message>
+    <message id="HPS_TermNoUpdater">
+        <translation>アップデーターからの通知はありませんでした。</translation>
+    </message>
     <message id="HPS_TermNotUnderstood">
         <translation>エージェントの応答を解釈できません。</translation>
     </message>
     <message id="HPS_TermNotUtf8">
         <translation>%@ をスキャンできません: 名前が正しい UTF-8 ではありません。</translation>
+    </message>
+    <message id="HPS_TermNothing">
+        <translation>何も見つかりませんでした。</translation>
     </message>
     <message id="HPS_TermRefused">
         <translation>エージェントが拒否しました: %@</translation>
@@ -299,8 +317,14 @@
     <message id="HPS_TermScan">
         <translation>エージェントがスキャンします: %@</translation>
     </message>
+    <message id="HPS_TermSilent">
+        <translation>エージェントから 5 分間通知がありません。</translation>
+    </message>
     <message id="HPS_TermStop">
         <translation>エージェントがスキャンを停止します。</translation>
+    </message>
+    <message id="HPS_TermStopped">
+        <translation>実行中のスキャンはありません。</translation>
     </message>
     <message id="HPS_TermUpdates">
         <translation>エージェントが更新を確認します。</translation>

@@ -1,7 +1,9 @@
 #include "core/TerminalCommand.h"
 
 #include "core/FolderToScan.h"
+#include "core/ScanWait.h"
 #include "core/TerminalOutput.h"
+#include "core/UpdaterWait.h"
 #include "core/base/TextFormat.h"
 #include "platform/Termination.h"
 #include "platform/Texts.h"
@@ -67,30 +69,93 @@ TerminalCommand::TerminalCommand(TerminalOptions options, QStringList folders,
     : m_options(std::move(options)),
       m_folders(std::move(folders)),
       m_output(output),
-      m_talk(answerLimit) {}
+      m_talk(answerLimit) {
+    connect(&m_talk, &AgentTalk::told, this, [this](AgentNotification what) {
+        if (m_wait) {
+            m_wait->told(what);
+        }
+    });
+    connect(&m_talk, &AgentTalk::left, this, [this] {
+        if (m_wait) {
+            m_wait->agentLeft();
+        }
+    });
+}
+
+TerminalCommand::~TerminalCommand() = default;
 
 void TerminalCommand::begin() {
     sendNext();
 }
 
+void TerminalCommand::interrupt() {
+    const bool isScan =
+        m_options.verb == TerminalVerb::Scan || m_options.verb == TerminalVerb::StartBackgroundScan;
+    if (m_isWaiting && isScan) {
+        m_output.complain(localizedText("HPS_TermGoesOn"));
+    }
+}
+
 void TerminalCommand::sendNext() {
     m_folder = m_folders.isEmpty() ? QString() : m_folders.takeFirst();
+    prepareWait();
     m_talk.request(
         verbOf(m_options.verb).command, m_folder,
         [this](RequestOutcome outcome, const QString& text) { answered(outcome, text); });
+}
+
+/// Before the request: what it changes shows only to those who know how things were.
+void TerminalCommand::prepareWait() {
+    if (!m_options.waits) {
+        return;
+    }
+    switch (m_options.verb) {
+    case TerminalVerb::CheckUpdates:
+        m_wait = std::make_unique<UpdaterWait>(m_output);
+        break;
+    case TerminalVerb::Scan:
+    case TerminalVerb::StartBackgroundScan:
+        m_wait = std::make_unique<ScanWait>(ScanWait::For::Findings, m_folder, m_output);
+        break;
+    case TerminalVerb::StopScans:
+        m_wait = std::make_unique<ScanWait>(ScanWait::For::Quiet, m_folder, m_output);
+        break;
+    }
+    connect(m_wait.get(), &TerminalWait::ended, this, &TerminalCommand::waited,
+            Qt::QueuedConnection); // it is the one that speaks
 }
 
 void TerminalCommand::answered(RequestOutcome outcome, const QString& text) {
     const auto* const failure =
         std::find_if(failures.begin(), failures.end(),
                      [outcome](const Failure& known) { return known.outcome == outcome; });
-    if (failure == failures.end()) {
-        m_output.say(formatText(localizedText(verbOf(m_options.verb).begunKey), {m_folder}));
-    } else {
+    if (failure != failures.end()) {
         m_output.complain(formatText(localizedText(failure->key), {text}));
-        m_status = failure->status;
+        m_status = std::max(m_status, failure->status);
+        goOn();
+        return;
     }
-    // One folder that is refused keeps nobody from the next.
+    m_output.say(formatText(localizedText(verbOf(m_options.verb).begunKey), {m_folder}));
+    if (m_wait) {
+        m_isWaiting = true;
+        m_wait->begin();
+    } else {
+        goOn();
+    }
+}
+
+void TerminalCommand::waited(int status, const char* complaint) {
+    m_isWaiting = false;
+    if (complaint != nullptr) {
+        m_output.complain(localizedText(complaint));
+    }
+    m_status = std::max(m_status, status);
+    goOn();
+}
+
+/// One folder that is refused keeps nobody from the next; an agent that is away does.
+void TerminalCommand::goOn() {
+    m_wait.reset();
     if (m_folders.isEmpty() || m_status > TerminalStatus::refused) {
         Q_EMIT ended(m_status);
     } else {
@@ -113,7 +178,8 @@ int runTerminalCommand(const std::vector<QByteArray>& arguments,
     TerminalCommand command(*options, *folders, output);
     QObject::connect(&command, &TerminalCommand::ended, &command,
                      [](int status) { QCoreApplication::exit(status); });
-    QObject::connect(&signalsOfTheSystem, &TerminationSignals::requested, &command, [] {
+    QObject::connect(&signalsOfTheSystem, &TerminationSignals::requested, &command, [&command] {
+        command.interrupt();
         QCoreApplication::exit(TerminalStatus::interrupted + TerminationSignals::received());
     });
     signalsOfTheSystem.watch();

@@ -2,25 +2,19 @@
 
 #include "agent_link/AgentTalk.h"
 #include "core/TerminalOptions.h"
+#include "core/TerminalStatus.h"
 
 #include <QObject>
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 namespace korvale {
 
 class TerminalOutput;
+class TerminalWait;
 class TerminationSignals;
-
-/// Exit status of a terminal command.
-namespace TerminalStatus {
-inline constexpr int good = 0;
-inline constexpr int found = 1;   ///< the scan did
-inline constexpr int refused = 2; ///< by the agent, or used wrongly
-inline constexpr int noAgent = 3;
-inline constexpr int noAnswer = 4;
-inline constexpr int interrupted = 128; ///< and the number of the signal
-} // namespace TerminalStatus
 
 /// Has the agent do what the options ask for and prints what becomes of it. Needs an event loop,
 /// and no display. Main thread.
@@ -30,8 +24,11 @@ public:
     /// `folders` as FolderToScan names them. `output` outlives the object.
     TerminalCommand(TerminalOptions options, QStringList folders, TerminalOutput& output,
                     std::chrono::milliseconds answerLimit = AgentTalk::longestWait);
+    ~TerminalCommand() override;
 
     void begin();
+    /// The command ends before it is done: says what goes on without it.
+    void interrupt();
 
 Q_SIGNALS:
     /// Once, with the exit status.
@@ -39,13 +36,18 @@ Q_SIGNALS:
 
 private:
     void sendNext();
+    void prepareWait();
     void answered(RequestOutcome outcome, const QString& text);
+    void waited(int status, const char* complaint);
+    void goOn();
 
     TerminalOptions m_options;
     QStringList m_folders; ///< those that were not asked for yet
     TerminalOutput& m_output;
     AgentTalk m_talk;
-    QString m_folder; ///< that is asked for
+    QString m_folder;                     ///< that is asked for
+    std::unique_ptr<TerminalWait> m_wait; ///< while something is asked or waited for
+    bool m_isWaiting = false;             ///< the agent has said yes
     int m_status = TerminalStatus::good;
 };
 

@@ -28,6 +28,8 @@ public:
             m_words.push_back(argument);
         } else if (argument == "--") {
             m_onlyWords = true;
+        } else if (argument == "--wait") {
+            m_waits = true;
         } else if (sign > 0) {
             takeOption(argument.first(sign));
             m_words.push_back(argument.sliced(sign + 1));
@@ -41,6 +43,7 @@ public:
             return std::nullopt;
         }
         TerminalOptions options;
+        options.waits = m_waits;
         switch (*m_kind) {
         case Kind::CheckUpdates:
             return m_words.empty() ? std::optional(options) : std::nullopt;
@@ -74,6 +77,7 @@ private:
     std::optional<Kind> m_kind;
     std::vector<QByteArray> m_words;
     bool m_onlyWords = false;
+    bool m_waits = false;
     bool m_isWrong = false;
 };
 

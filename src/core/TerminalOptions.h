@@ -15,6 +15,7 @@ enum class TerminalVerb { CheckUpdates, Scan, StartBackgroundScan, StopScans };
 struct TerminalOptions {
     TerminalVerb verb = TerminalVerb::CheckUpdates;
     std::vector<QByteArray> folders; ///< Scan: at least one, as given
+    bool waits = false;              ///< for the end, and says what it came to
 
     friend bool operator==(const TerminalOptions&, const TerminalOptions&) = default;
 };

@@ -132,7 +132,7 @@ TEST(HelpAndVersion, HelpNamesEveryOption) {
     for (const char* option :
          {"-update", "-background-scan", "-background-scan-stop", "-folder-scan FOLDER", "  -a ",
           "--help", "--version", "--status", "--json", "--bar waybar|i3status-rs", "--watch",
-          "--check-updates", "--scan FOLDER...", "--background-scan start|stop"}) {
+          "--check-updates", "--scan FOLDER...", "--background-scan start|stop", "  --wait "}) {
         EXPECT_TRUE(helpText().contains(option)) << option;
     }
 }

@@ -21,17 +21,22 @@ TEST(TerminalOptions, NameWhatIsAskedFor) {
         TerminalOptions options;
     };
     const std::vector<Case> cases{
-        {{"--check-updates"}, {Verb::CheckUpdates, {}}},
-        {{"--scan", "/a"}, {Verb::Scan, {"/a"}}},
-        {{"--scan", "/a", "b c", "/d"}, {Verb::Scan, {"/a", "b c", "/d"}}},
-        {{"--scan", "a", "--scan", "b"}, {Verb::Scan, {"a", "b"}}},
-        {{"--scan=/a", "b"}, {Verb::Scan, {"/a", "b"}}},
-        {{"a", "--scan"}, {Verb::Scan, {"a"}}},
-        {{"--scan", "--", "--help", "-a"}, {Verb::Scan, {"--help", "-a"}}},
-        {{"--scan", "a=b"}, {Verb::Scan, {"a=b"}}},
-        {{"--scan", ""}, {Verb::Scan, {""}}},
-        {{"--background-scan", "start"}, {Verb::StartBackgroundScan, {}}},
-        {{"--background-scan=stop"}, {Verb::StopScans, {}}},
+        {{"--check-updates"}, {Verb::CheckUpdates, {}, false}},
+        {{"--scan", "/a"}, {Verb::Scan, {"/a"}, false}},
+        {{"--scan", "/a", "b c", "/d"}, {Verb::Scan, {"/a", "b c", "/d"}, false}},
+        {{"--scan", "a", "--scan", "b"}, {Verb::Scan, {"a", "b"}, false}},
+        {{"--scan=/a", "b"}, {Verb::Scan, {"/a", "b"}, false}},
+        {{"a", "--scan"}, {Verb::Scan, {"a"}, false}},
+        {{"--scan", "--", "--help", "-a"}, {Verb::Scan, {"--help", "-a"}, false}},
+        {{"--scan", "a=b"}, {Verb::Scan, {"a=b"}, false}},
+        {{"--scan", ""}, {Verb::Scan, {""}, false}},
+        {{"--background-scan", "start"}, {Verb::StartBackgroundScan, {}, false}},
+        {{"--background-scan=stop"}, {Verb::StopScans, {}, false}},
+        {{"--wait", "--scan", "/a"}, {Verb::Scan, {"/a"}, true}},
+        {{"--scan", "/a", "--wait", "/b"}, {Verb::Scan, {"/a", "/b"}, true}},
+        {{"--check-updates", "--wait"}, {Verb::CheckUpdates, {}, true}},
+        {{"--background-scan", "stop", "--wait"}, {Verb::StopScans, {}, true}},
+        {{"--scan", "--", "--wait"}, {Verb::Scan, {"--wait"}, false}},
     };
     for (const Case& one : cases) {
         EXPECT_TRUE(isTerminalCommand(given(one.arguments)));
@@ -46,6 +51,7 @@ TEST(TerminalOptions, WrongUseIsNoCommand) {
         {"--scan", "--"},
         {"--scan", "/a", "--check-updates"},
         {"--scan", "/a", "--json"},
+        {"--scan", "--wait"},
         {"--scan", "/a", "-a"},
         {"--scan", "/a", "-update"},
         {"--check-updates", "now"},

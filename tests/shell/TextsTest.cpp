@@ -159,6 +159,7 @@ const std::set<QString> oneValueKeys{
     QStringLiteral("AboutVersion"),    QStringLiteral("HPS_LastScan"),
     QStringLiteral("HPS_WhyThreats"),  QStringLiteral("HPS_WhyThreatsOffline"),
     QStringLiteral("HPS_WhyExploits"), QStringLiteral("HPS_TermNotUtf8"),
+    QStringLiteral("HPS_TermFound"),   QStringLiteral("HPS_TermMore"),
     QStringLiteral("HPS_TermRefused"), QStringLiteral("HPS_TermScan")};
 /// And those that take two.
 const std::set<QString> twoValueKeys{QStringLiteral("HPS_FindCount"),
