@@ -314,6 +314,9 @@
     <message id="HPS_TermRefused">
         <translation>Der Agent hat abgelehnt: %@</translation>
     </message>
+    <message id="HPS_TermSays">
+        <translation>Der Agent sagt: %@</translation>
+    </message>
     <message id="HPS_TermScan">
         <translation>Der Agent prüft %@</translation>
     </message>

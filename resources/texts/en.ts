@@ -314,6 +314,9 @@
     <message id="HPS_TermRefused">
         <translation>The agent refused: %@</translation>
     </message>
+    <message id="HPS_TermSays">
+        <translation>The agent says: %@</translation>
+    </message>
     <message id="HPS_TermScan">
         <translation>The agent scans %@</translation>
     </message>

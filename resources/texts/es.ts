@@ -314,6 +314,9 @@
     <message id="HPS_TermRefused">
         <translation>El agente lo ha rechazado: %@</translation>
     </message>
+    <message id="HPS_TermSays">
+        <translation>El agente dice: %@</translation>
+    </message>
     <message id="HPS_TermScan">
         <translation>El agente analiza %@</translation>
     </message>

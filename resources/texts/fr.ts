@@ -314,6 +314,9 @@
     <message id="HPS_TermRefused">
         <translation>L’agent a refusé : %@</translation>
     </message>
+    <message id="HPS_TermSays">
+        <translation>L’agent dit : %@</translation>
+    </message>
     <message id="HPS_TermScan">
         <translation>L’agent analyse %@</translation>
     </message>

@@ -314,6 +314,9 @@
     <message id="HPS_TermRefused">
         <translation>エージェントが拒否しました: %@</translation>
     </message>
+    <message id="HPS_TermSays">
+        <translation>エージェントからの通知: %@</translation>
+    </message>
     <message id="HPS_TermScan">
         <translation>エージェントがスキャンします: %@</translation>
     </message>

@@ -43,6 +43,9 @@ void ScanWait::told(AgentNotification what) {
         m_watch.saw(scannerState(), now());
     } else {
         m_watch.heard(now());
+        if (what == AgentNotification::ConsumerNotification) {
+            sayMessage();
+        }
     }
 }
 
@@ -71,6 +74,15 @@ void ScanWait::showProgress() {
     if (path && m_for == For::Findings) {
         const std::int64_t count = analysed().value_or(0) - m_analysedBefore.value_or(0);
         m_output.progress(localizedText("Analyzed") + u' ' + countText(count), *path);
+    }
+}
+
+/// It may say what no list does: that files could not be scanned, or the engine was not there.
+void ScanWait::sayMessage() {
+    const auto message = m_hostCache.readFile(QLatin1String(HostCacheFile::consumerNotification));
+    const auto text = message ? textOnly((*message)["ConsumerNotificationMessage"]) : std::nullopt;
+    if (text && m_for == For::Findings) {
+        m_output.say(formatText(localizedText("HPS_TermSays"), {*text}));
     }
 }
 

@@ -35,6 +35,7 @@ protected:
 
 private:
     void showProgress();
+    void sayMessage();
     void sayFindings();
     [[nodiscard]] std::optional<std::int64_t> analysed();
     [[nodiscard]] ScannerState scannerState();

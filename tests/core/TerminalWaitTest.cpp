@@ -32,12 +32,16 @@ protected:
 TEST_F(TerminalWaiting, AScanThatFindsNothingEndsWithZero) {
     startAgent();
     write(m_toScan + QStringLiteral("/harmless"), "x");
-    EXPECT_EQ(command({scan, m_toScan, waiting}),
-              (Ending{0,
-                      QStringLiteral("The agent scans %1\nFiles analyzed: 0 %1/harmless\n"
-                                     "Files analyzed: 1\nNothing was found.\n")
-                          .arg(m_toScan),
-                      {}}));
+    const Ending ending = command({scan, m_toScan, waiting});
+    EXPECT_EQ(ending.status, 0) << ending;
+    EXPECT_TRUE(ending.errors.isEmpty()) << ending;
+    EXPECT_TRUE(ending.output.startsWith(QStringLiteral("The agent scans ") + m_toScan + u'\n'))
+        << ending;
+    EXPECT_EQ(ending.output.count(m_toScan + QStringLiteral("/harmless\n")), 1)
+        << "the progress, as a plain line\n"
+        << ending;
+    EXPECT_TRUE(ending.output.endsWith(QStringLiteral("\nFiles analyzed: 1\nNothing was found.\n")))
+        << ending;
 }
 
 TEST_F(TerminalWaiting, AScanThatFindsSomethingSaysWhatAndEndsWithOne) {
@@ -95,6 +99,23 @@ TEST_F(TerminalWaiting, ANameFromTheAgentDoesNotSteerTheTerminal) {
     EXPECT_TRUE(ending.output.contains(m_toScan + QStringLiteral("/[U+001B][2J[U+202E]")))
         << ending;
     EXPECT_FALSE(ending.output.contains(u'\x1b'));
+}
+
+TEST_F(TerminalWaiting, WhatTheAgentSaysMeanwhileIsPrinted) {
+    startAgent();
+    write(m_toScan + QStringLiteral("/1"), "1");
+    write(m_toScan + QStringLiteral("/2"), "2");
+    m_agent.tell(QStringLiteral("scan-pace 60000"));
+    ProgramRun run;
+    startAndAsk(run, {scan, m_toScan, waiting}, "SCAN");
+    run.process.setReadChannel(QProcess::StandardOutput);
+    ASSERT_TRUE(waitUntil([&] { return run.process.canReadLine(); }));
+    m_agent.tell(QStringLiteral("consumer-notification \"half was\\nnot scanned\""));
+    m_agent.tell(QStringLiteral("stop-scan"));
+    const Ending ending = endingOf(run);
+    EXPECT_TRUE(
+        ending.output.contains(QStringLiteral("\nThe agent says: half was[U+000A]not scanned\n")))
+        << ending;
 }
 
 TEST_F(TerminalWaiting, AnAgentThatDiesMeanwhileEndsItWithThree) {

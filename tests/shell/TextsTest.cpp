@@ -160,7 +160,8 @@ const std::set<QString> oneValueKeys{
     QStringLiteral("HPS_WhyThreats"),  QStringLiteral("HPS_WhyThreatsOffline"),
     QStringLiteral("HPS_WhyExploits"), QStringLiteral("HPS_TermNotUtf8"),
     QStringLiteral("HPS_TermFound"),   QStringLiteral("HPS_TermMore"),
-    QStringLiteral("HPS_TermRefused"), QStringLiteral("HPS_TermScan")};
+    QStringLiteral("HPS_TermRefused"), QStringLiteral("HPS_TermSays"),
+    QStringLiteral("HPS_TermScan")};
 /// And those that take two.
 const std::set<QString> twoValueKeys{QStringLiteral("HPS_FindCount"),
                                      QStringLiteral("HPS_TermNoFolder")};
