@@ -33,7 +33,6 @@ AnswerStrip::AnswerStrip(QWidget* parent) : QWidget(parent) {
     m_whatNow->setCheckable(true);
     m_lastScan = new ElidedLabel(this);
     m_lastScan->setObjectName(QStringLiteral("lastScanLbl"));
-    m_lastScan->setForegroundRole(QPalette::PlaceholderText);
     m_lastScan->setAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
     m_advice = new QLabel(this);
     m_advice->setObjectName(QStringLiteral("adviceLbl"));
@@ -156,11 +155,10 @@ void AnswerStrip::showColors() {
     palette.setResolveMask(0);
     if (colors) {
         palette.setColor(QPalette::Window, colors->background);
-        for (const QPalette::ColorRole role :
-             {QPalette::WindowText, QPalette::PlaceholderText, QPalette::Link}) {
-            palette.setColor(role, colors->text);
-        }
+        palette.setColor(QPalette::WindowText, colors->text);
+        palette.setColor(QPalette::Link, colors->text);
     }
+    m_lastScan->setForegroundRole(colors ? QPalette::WindowText : QPalette::PlaceholderText);
     setPalette(palette);
     setAutoFillBackground(colors.has_value());
     QFont strong = font();

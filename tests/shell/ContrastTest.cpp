@@ -2,6 +2,7 @@
 #include "fakes/RecordingRowBatch.h"
 #include "platform/NotificationServer.h"
 #include "shell/AboutPanel.h"
+#include "shell/AnswerStrip.h"
 #include "shell/NotificationsWindow.h"
 #include "shell/WindowFixture.h"
 #include "tables/CustHeaderView.h"
@@ -107,8 +108,11 @@ protected:
                                  : line != nullptr   ? line->text() + line->placeholderText()
                                  : field != nullptr  ? field->toPlainText()
                                                      : QString();
+            // A field's frame is no text.
+            const int frame = line != nullptr ? look::stripPadding / 2 : 0;
             if (part->isVisible() && !text.trimmed().isEmpty()) {
-                expectLegible(picture, areaOf(*part, part->rect()), text);
+                const QRect area = part->rect().adjusted(frame, frame, -frame, -frame);
+                expectLegible(picture, areaOf(*part, area), text);
             }
         }
         for (const QTabBar* tabs : window.findChildren<QTabBar*>()) {
@@ -158,6 +162,22 @@ TEST_P(ContrastTest, TheWindowAndItsEmptyTablesCanBeRead) {
         expectLegible(picture,
                       areaOf(*table->viewport(), table->viewport()->rect().adjusted(3, 3, -3, -3)),
                       QStringLiteral("empty table"));
+    }
+}
+
+TEST_P(ContrastTest, TheAnswerStripCanBeReadWithEveryVerdictAndWithOrWithoutWordsToFind) {
+    MainWindow& window = shownWindow();
+    AnswerStrip& strip = window.answerStrip();
+    const QString words = QStringLiteral("MMMM");
+    for (const Verdict verdict :
+         {Verdict::Good, Verdict::Unknown, Verdict::Danger, Verdict::Away}) {
+        for (const QString& found : {QString(), words}) {
+            part<QLineEdit>("findField").setText(found);
+            strip.setFindCount(found);
+            strip.setProtection(verdict, words, words, words);
+            part<QAbstractButton>("whatNowButton").setChecked(true);
+            expectLegible(window);
+        }
     }
 }
 
