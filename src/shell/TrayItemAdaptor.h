@@ -25,6 +25,7 @@ class TrayItemAdaptor : public QDBusAbstractAdaptor {
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
     Q_PROPERTY(QString IconName READ iconName)
     Q_PROPERTY(QList<korvale::TrayPicture> IconPixmap READ pictures)
+    Q_PROPERTY(QString IconAccessibleDesc READ toolTipText)
     Q_PROPERTY(QString OverlayIconName READ none)
     Q_PROPERTY(QList<korvale::TrayPicture> OverlayIconPixmap READ noPictures)
     Q_PROPERTY(QString AttentionIconName READ none)
@@ -51,6 +52,8 @@ public:
     [[nodiscard]] QString iconName() const { return toolkitText("IconName"); }
     [[nodiscard]] const QList<TrayPicture>& pictures() const { return m_pictures; }
     [[nodiscard]] TrayToolTip toolTip() const { return {{}, {}, m_toolTip, {}}; }
+    /// What GNOME's extension has read aloud; it asks for it with each picture.
+    [[nodiscard]] QString toolTipText() const { return m_toolTip; }
     [[nodiscard]] static QString none() { return {}; }
     [[nodiscard]] static QList<TrayPicture> noPictures() { return {}; }
 

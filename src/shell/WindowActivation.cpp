@@ -3,9 +3,36 @@
 #include "shell/X11Activation.h"
 
 #include <QGuiApplication>
+#include <QTimer>
 #include <QWidget>
+#include <QWindow>
+
+#include <chrono>
 
 namespace korvale {
+namespace {
+
+/// How long a compositor may take to act on a token.
+constexpr std::chrono::milliseconds tokenLimit{1500};
+
+/// Maps `window` anew unless it becomes active soon. A token may be out of date: some panels send
+/// one with every choice in the menu, too, where nothing takes it.
+void mapAnewUnlessActive(QWidget& window) {
+    auto* patience = new QTimer(&window);
+    patience->setSingleShot(true);
+    QObject::connect(window.windowHandle(), &QWindow::activeChanged, patience,
+                     &QObject::deleteLater);
+    QObject::connect(patience, &QTimer::timeout, &window, [&window, patience] {
+        patience->deleteLater();
+        if (window.isVisible() && !window.isActiveWindow()) {
+            window.hide();
+            window.show();
+        }
+    });
+    patience->start(tokenLimit);
+}
+
+} // namespace
 
 bool readsTokenFromEnvironment(QStringView platform) {
     return platform.startsWith(QLatin1String("wayland"));
@@ -19,8 +46,9 @@ void bringToFront(QWidget& window, const QString& activationToken) {
     }
     // Without a token a Wayland compositor leaves a window where it is, behind others or on another
     // workspace. One that is mapped anew comes up.
-    if (isWayland && qEnvironmentVariableIsEmpty("XDG_ACTIVATION_TOKEN") && window.isVisible() &&
-        !window.isActiveWindow()) {
+    const bool isBehind = isWayland && window.isVisible() && !window.isActiveWindow();
+    const bool isTokenThere = !qEnvironmentVariableIsEmpty("XDG_ACTIVATION_TOKEN");
+    if (isBehind && !isTokenThere) {
         window.hide();
     }
     const X11Activation x11(hasToken ? window.winId() : 0, activationToken.toUtf8());
@@ -30,6 +58,9 @@ void bringToFront(QWidget& window, const QString& activationToken) {
     window.raise();
     window.activateWindow();
     x11.request();
+    if (isBehind && isTokenThere) {
+        mapAnewUnlessActive(window);
+    }
 }
 
 } // namespace korvale

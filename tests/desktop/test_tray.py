@@ -40,6 +40,7 @@ class Tray(DesktopCase):
         self.assertEqual(everything["IconPixmap"].signature, "(iiay)")
         self.assertLessEqual({16, 22, 24, 32, 48, 64}, {int(width) for width, _, _ in everything["IconPixmap"]})
         self.assertEqual(str(everything["ToolTip"][2]).split("\n")[0], text("ProductEP"))
+        self.assertEqual(str(everything["IconAccessibleDesc"]), str(everything["ToolTip"][2]))
 
     def test_a_change_is_told_to_the_tray(self):
         agent = self.agent()

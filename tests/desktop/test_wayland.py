@@ -46,6 +46,23 @@ class Wayland(DesktopCase):
         self.assertEqual(self.program().wait_exit(), 0)
         self.desktop.wait_in_front(APP_ID)
 
+    def test_the_compositor_gets_the_token_that_the_tray_sent(self):
+        program = self.program(environment={"WAYLAND_DEBUG": "1"})
+        item = self.item(program)
+        item.activate()
+        self.desktop.wait_in_front(APP_ID)
+        self.go_away()
+        item.provide_token("of-the-tray")
+        item.activate()
+        program.wait_log(r'xdg_activation_v1@\d+\.activate\("of-the-tray"')
+
+    def test_a_token_that_the_compositor_refuses_brings_the_window_up_all_the_same(self):
+        _, item = self.shown()
+        self.go_away()
+        item.provide_token("nobody-knows-it")
+        item.activate()
+        self.desktop.wait_in_front(APP_ID)
+
     def test_the_window_keeps_its_size_when_it_comes_up(self):
         _, item = self.shown()
         self.desktop.tell(f'[app_id="{APP_ID}"]', "resize set 1000 650")

@@ -113,6 +113,10 @@ class TrayItem:
     def wait_colour(self, colour, timeout=20.0):
         wait_until(lambda: self.colour() == colour, f"the item to turn {colour}", timeout)
 
+    def provide_token(self, token):
+        """What some panels do before whatever the user did with the item."""
+        self._object(self.path).ProvideXdgActivationToken(token, dbus_interface=ITEM)
+
     def activate(self):
         self._object(self.path).Activate(0, 0, dbus_interface=ITEM)
 
