@@ -33,6 +33,9 @@
 #include "agent/watch/Watch.h"
 
 #include <QMap>
+#include <QTimer>
+
+#include <chrono>
 
 namespace korvale::agent {
 
@@ -48,6 +51,9 @@ public:
 
     /// The same program is not told of again within this many milliseconds.
     static constexpr qint64 kRefusedPeriod = 5000;
+    /// The watch may take so long to begin before the driver counts as missing: programs keep a red
+    /// shield until somebody looks.
+    static constexpr std::chrono::seconds kWatchSetUpTime{2};
 
     /// Null and a sentence in `error` when it cannot do its work at all: without a place to write
     /// findings down.
@@ -145,6 +151,7 @@ private:
     QElapsedTimer m_sinceEngineStart;  ///< since its units were started last
     QString m_refused;                 ///< the program that was told of last
     QElapsedTimer m_sinceRefused;
+    QTimer m_watchSetUp;
     bool m_stopping = false;
 };
 

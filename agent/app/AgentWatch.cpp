@@ -20,6 +20,10 @@ void Agent::joinWatch() {
     connect(&m_watch, &Watch::found, this, &Agent::found);
     connect(&m_watch, &Watch::refused, this, &Agent::refused);
     connect(&m_watch, &Watch::changed, this, &Agent::watchChanged);
+    m_watchSetUp.setSingleShot(true);
+    m_watchSetUp.setInterval(kWatchSetUpTime);
+    connect(&m_watchSetUp, &QTimer::timeout, this,
+            [this] { m_states.setDriverConnected(m_watch.isComplete()); });
 }
 
 void Agent::configureWatch() {
@@ -32,7 +36,13 @@ void Agent::configureWatch() {
 
 void Agent::watchChanged() {
     setProblem(QStringLiteral("watch"), m_watch.problem());
-    m_states.setDriverConnected(m_watch.isComplete() && m_watch.problem().isEmpty());
+    const bool complete = m_watch.isComplete();
+    if (complete || !m_watch.problem().isEmpty()) {
+        m_watchSetUp.stop();
+        m_states.setDriverConnected(complete && m_watch.problem().isEmpty());
+    } else if (!m_watchSetUp.isActive()) {
+        m_watchSetUp.start(); // the guard is asked for each file system in turn
+    }
 }
 
 void Agent::watchWithEngine(const EngineState& state) {

@@ -181,8 +181,9 @@ class DesktopSession:
     def start_part(self, name, command, **options):
         log = open(self.folder / "log" / name, "ab")
         options.setdefault("stdout", log)
-        process = subprocess.Popen(command, env=self.env, stderr=log, stdin=subprocess.DEVNULL,
-                                   **options)
+        options.setdefault("env", self.env)
+        options.setdefault("stdin", subprocess.DEVNULL)
+        process = subprocess.Popen(command, stderr=log, **options)
         log.close()
         self.parts[name] = process
         return process

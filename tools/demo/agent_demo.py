@@ -3,15 +3,18 @@
 
 A desktop of its own without a screen; each step is observed from outside, screenshots go to
 build/demo-agent/, and the exit status is 0 only when every step was seen. Needs root: the agent
-quarantines files and the engine is handed them.
+quarantines files and the engine is handed them. What the agent watches is a file system made here; nothing
+of this machine is watched.
 """
 import contextlib
 import json
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
+import time
 
 PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(PROJECT / "tests" / "desktop"))
@@ -22,13 +25,17 @@ from drivers import HOST_CACHE, LineReader, Program  # noqa: E402
 from steps import READER, SCREEN, Steps  # noqa: E402
 from texts import text  # noqa: E402
 from tray import TrayItem  # noqa: E402
+from watched import Watched, in_own_mounts  # noqa: E402
 
 OUTPUT = PROJECT / "build" / "demo-agent"
 CLAMD = pathlib.Path("/usr/sbin/clamd")
 # In the signature database that is made here, and in one file. No scanner knows it.
 BAD_CONTENT = b"content that the demonstration's own signatures call bad: 5d1f7c"
 BAD_FILE = "invoice_2026.pdf.exe"
+WRITTEN_FILE = "statement.pdf.exe"
+BAD_PROGRAM = "installer"
 FILES = 3000
+TABS = ("HPS_Threats", "HPS_Exploits", "HPS_Events", "HPS_ExternalDevices")
 SKIPPED = 77  # as the test runner wants it
 SYSTEMD = "org.freedesktop.systemd1"
 
@@ -69,8 +76,9 @@ class Engine:
 class Agent:
     """korvale-agent, and korvale-agentctl to look at it."""
 
-    def __init__(self, session, engine):
+    def __init__(self, session, engine, watched):
         self.session = session
+        self.watched = watched
         folder = session.folder / "agent"
         folder.mkdir()
         self.configuration = folder / "agent.toml"
@@ -79,11 +87,13 @@ class Agent:
             f'device_name = "Demonstration"\n[folders]\nhost_cache = "{session.root / HOST_CACHE}"\n'
             f'updater_status = "{support}/Desktop/download/status"\nstate = "{folder}/state"\n'
             f'quarantine = "{folder}/state/quarantine"\n'
-            f'[engine]\nconfiguration = "{engine.configuration}"\nunits = []\n')
+            f'[engine]\nconfiguration = "{engine.configuration}"\nunits = []\n'
+            f'[watch]\nfolders = ["{watched.folder}"]\nblock = "execute"\n')
 
     def start(self):
         self.session.start_part("korvale-agent", [str(BINARIES / "korvale-agent"), "--config",
-                                                  str(self.configuration)])
+                                                  str(self.configuration)],
+                                env=self.watched.environment(self.session.env))
 
     def ask(self, *words):
         said = subprocess.run([str(BINARIES / "korvale-agentctl"), *words, "--json"],
@@ -111,8 +121,11 @@ class Demonstration:
         self.stack = stack
         self.steps = steps
         self.shots = 0
+        self.tab = 0
         self.folder = downloads(session.folder / "home")
         self.bad = self.folder / BAD_FILE
+        self.watched = Watched(session)
+        stack.callback(self.watched.close)
 
     def shot(self, name):
         self.shots += 1
@@ -127,6 +140,10 @@ class Demonstration:
         self.start()
         self.scan()
         self.restore()
+        self.write()
+        self.run_program()
+        self.plug_device()
+        self.break_rule()
         self.update()
         self.lose_the_engine()
         self.end()
@@ -136,7 +153,7 @@ class Demonstration:
         with self.steps.step("the engine starts with a signature made on the spot"):
             self.engine.start()
         self.session.start_service("service-manager", "service_manager.py")
-        self.agent = Agent(self.session, self.engine)
+        self.agent = Agent(self.session, self.engine, self.watched)
         with self.steps.step("the program is there before the agent: yellow"):
             self.program = self.stack.enter_context(Program(self.session))
             self.item = TrayItem(self.session, self.program)
@@ -153,9 +170,7 @@ class Demonstration:
             self.window = wait_until(self.find_window, "the window")
             self.session.run(["xdotool", "windowactivate", "--sync", self.window])
             self.session.run(["xdotool", "windowmove", "--sync", self.window, "60", "130"])
-            self.press("ctrl+Next")
-            self.press("ctrl+Next")
-            wait_until(lambda: self.read("rows").startswith(text("HPS_Events")), "the tab")
+            self.turn_to("HPS_Events")
         self.shot("green")
 
     def scan(self):
@@ -177,8 +192,7 @@ class Demonstration:
             wait_until(lambda: not self.bad.exists(), "the file's absence")
             wait_until(lambda: self.states() == ["quarantined"], "its state")
         with self.steps.step("the threats tab shows it; looked at, the shield is green again"):
-            self.press("ctrl+Prior")
-            self.press("ctrl+Prior")
+            self.turn_to("HPS_Threats")
             wait_until(lambda: self.read("rows").strip().endswith("\t1"), "one row")
             self.item.wait_colour("green")
         self.shot("quarantined")
@@ -193,7 +207,59 @@ class Demonstration:
             wait_until(lambda: text("Waived") in self.read("cells"), "the row's category")
         self.shot("restored")
 
+    def write(self):
+        with self.steps.step("the agent watches a folder, and programs in it before they run"):
+            self.turn_to("HPS_Events")
+            wait_until(lambda: [system["mode"] for system in self.agent.ask("status")["watch"]] ==
+                       ["execute"], "the watch")
+        written = self.watched.folder / WRITTEN_FILE
+        with self.steps.step("a bad file is written there: the shield turns red by itself"):
+            written.write_bytes(BAD_CONTENT + b" written")
+            began = time.monotonic()
+            self.item.wait_colour("red")
+            print(f"    after {time.monotonic() - began:.1f} s", flush=True)
+        with self.steps.step("the bubble names it, and it is gone to quarantine"):
+            self.notified.wait_for(re.escape(WRITTEN_FILE))
+            wait_until(lambda: not written.exists(), "the file's absence")
+        self.shot("written")
+
+    def run_program(self):
+        with self.steps.step("a bad program there is not run"):
+            refused = self.watched.start(BAD_PROGRAM, BAD_CONTENT + b" program")
+            if refused is None:
+                raise SessionError("it was run")
+        with self.steps.step("the bubble says so"):
+            subtitle, _ = self.notified.wait_for(re.escape(text("NotificationSubtitleExecutionBlock")))
+            self.notified.wait_for(BAD_PROGRAM, start=subtitle)
+            wait_until(lambda: BAD_PROGRAM in self.read("cells"), "its event")
+        self.shot("refused")
+
+    def plug_device(self):
+        with self.steps.step("a device comes: the external devices tab has it"):
+            self.turn_to("HPS_ExternalDevices")
+            self.watched.plug()
+            wait_until(lambda: "Data Stick" in self.read("cells"), "its row")
+            wait_until(lambda: text("FullAccess") in self.read("cells"), "what it may")
+        self.shot("device")
+
+    def break_rule(self):
+        status = self.agent.ask("status")["exploits"]
+        if not status["heard"]:
+            print(f"    without exploits: {status['problem']}", flush=True)
+            return
+        with self.steps.step("a process is killed by its system call filter: the exploits tab has it"):
+            self.turn_to("HPS_Exploits")
+            program = self.watched.break_rule()
+            wait_until(lambda: text("Terminated") in self.read("cells"), "its row")
+            subtitle, _ = self.notified.wait_for(
+                re.escape(text("NotificationSubtitleProcessTerminated")))
+            self.notified.wait_for(re.escape(program.name), start=subtitle)
+        self.shot("killed")
+
     def update(self):
+        with self.steps.step("the threats are looked at: green again"):
+            self.turn_to("HPS_Threats")
+            self.item.wait_colour("green")
         with self.steps.step("the menu asks for updates; the status line tells the outcome"):
             self.item.click(self.item.entry(text("CheckForUpdates")))
             wait_until(lambda: "Signatures are up to date." in self.read("tree"), "the sentence", 40)
@@ -224,6 +290,12 @@ class Demonstration:
                                   str(self.program.pid), "--name", "KorvaleUI"], check=False)
         return found.split()[0] if found.split() else None
 
+    def turn_to(self, tab):
+        for _ in range(abs(TABS.index(tab) - self.tab)):
+            self.press("ctrl+Next" if TABS.index(tab) > self.tab else "ctrl+Prior")
+        self.tab = TABS.index(tab)
+        wait_until(lambda: self.read("rows").startswith(text(tab)), "the tab")
+
     def press(self, key):
         self.session.run(["xdotool", "key", "--window", self.window, key])
 
@@ -238,6 +310,8 @@ def main():
         missing = "demo: the agent and its engine need root: sudo ./dev demo --agent"
     elif not CLAMD.exists():
         missing = "demo: the package clamav-daemon is not installed."
+    else:
+        missing = in_own_mounts()
     if missing:
         print(missing, file=sys.stderr)
         sys.exit(SKIPPED if "--test" in sys.argv[1:] else 1)

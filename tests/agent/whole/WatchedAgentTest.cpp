@@ -71,6 +71,19 @@ TEST_F(WatchedAgentTest, AScriptStartedByItsNameIsAProgram) {
     EXPECT_EQ(std::system(("/bin/sh " + file("script")).c_str()), 0);
 }
 
+TEST_F(WatchedAgentTest, ToBeginToWatchIsNoMissingDriver) {
+    KORVALE_NEEDS_CLAMD();
+    RealClamd clamd;
+    watch("block = \"execute\"\n", &clamd);
+    // When the engine has answered for the first time, and whenever the configuration is read.
+    for (int round = 0; round < 3; ++round) {
+        ASSERT_TRUE(watchedBy("execute"));
+        EXPECT_EQ(resp({{QStringLiteral("CMD_"), QStringLiteral("PLYU")}}), QStringLiteral("OK"));
+    }
+    EXPECT_TRUE(watchedBy("execute"));
+    EXPECT_FALSE(m_ear->heard.contains(QStringLiteral("com.korvale.driver.notconnected")));
+}
+
 TEST_F(WatchedAgentTest, AGuardThatIsLostIsMissedAndStartedAgain) {
     KORVALE_NEEDS_CLAMD();
     RealClamd clamd;
