@@ -39,7 +39,7 @@ _korvale_ui() {
         --scan | --background-scan | --check-updates) options=--wait ;;
         *)
             options='--status --check-updates --scan --background-scan --help --version
-                     -a -update -background-scan -background-scan-stop -folder-scan'
+                     --choose-folder -a -update -background-scan -background-scan-stop -folder-scan'
             ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")

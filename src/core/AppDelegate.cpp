@@ -12,6 +12,7 @@
 #include <QGuiApplication>
 
 #include <chrono>
+#include <utility>
 
 namespace korvale {
 namespace {
@@ -76,7 +77,7 @@ void AppDelegate::connectParts() {
     connect(&m_menu, &StatusItemMenu::showDetails, &m_window, [this] { m_window.showDetails(); });
     connect(&m_menu, &StatusItemMenu::aboutApp, &m_window, [this] { m_window.aboutApp(); });
     connect(&m_menu, &StatusItemMenu::scanSpecificFolder, &m_folderScanChooser,
-            &FolderScanChooser::scanSpecificFolder);
+            [this] { m_folderScanChooser.scanSpecificFolder(); });
     connect(&m_menu, &StatusItemMenu::exitApp, this, &AppDelegate::exitApp);
     if (!processValues().automationMode && !processValues().noUIMode) {
         // Elsewhere nobody could look at them, or clear them.
@@ -176,6 +177,7 @@ void AppDelegate::finishLaunching() {
     }
     m_state.justStart = false;
     processAutoTest();
+    checkWantedUpdates();
 }
 
 void AppDelegate::agentIsHeard() {
@@ -219,9 +221,24 @@ void AppDelegate::useSessionBus(const QDBusConnection& sessionBus) {
     }
 }
 
-void AppDelegate::activate(const QString& activationToken) {
-    if (!processValues().noUIMode) {
-        m_window.showDetails(activationToken);
+void AppDelegate::activate(const QString& activationToken, const QString& action) {
+    if (processValues().noUIMode) {
+        return;
+    }
+    if (action == scanFolderAction) {
+        m_folderScanChooser.scanSpecificFolder(activationToken);
+        return;
+    }
+    m_window.showDetails(activationToken);
+    // Its status line tells what becomes of that.
+    m_isUpdateCheckWanted = action == checkUpdatesAction;
+    checkWantedUpdates();
+}
+
+/// Before the launch there is no way to the agent yet.
+void AppDelegate::checkWantedUpdates() {
+    if (!m_state.justStart && std::exchange(m_isUpdateCheckWanted, false)) {
+        m_commands.checkUpdates();
     }
 }
 

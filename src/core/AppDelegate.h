@@ -76,8 +76,9 @@ public:
     /// Makes com.korvale.ui.Status1 part of `object`; before the session bus knows it.
     void offerStatusOn(QObject& object) { m_statusPublisher.offerOn(object); }
 
-    /// Somebody wants to see the program; nothing in no-UI mode.
-    void activate(const QString& activationToken);
+    /// Somebody wants to see the program, or one of the actions of its desktop entry; another name
+    /// is none. Nothing in no-UI mode.
+    void activate(const QString& activationToken, const QString& action = {});
 
     /// The menu's exit.
     void exitApp();
@@ -98,6 +99,7 @@ private:
     void agentIsHeard();
     void startStatusUpdates();
     void processAutoTest();
+    void checkWantedUpdates();
 
     AppDelegateContext m_context;
     SystemClock m_clock;
@@ -105,6 +107,7 @@ private:
     XdgLinkOpener m_linkOpener;
     std::optional<QDBusConnection> m_sessionBus; ///< none while it is not known to answer
     bool m_isMenuBuilt = false;
+    bool m_isUpdateCheckWanted = false; ///< once launched
 
     AppState m_state;
     RememberedLists m_remembered;

@@ -10,6 +10,7 @@ namespace korvale {
 namespace {
 
 constexpr const char* folderScanOption = "-folder-scan";
+constexpr const char* chooseFolderOption = "--choose-folder";
 
 struct Option {
     const char* text;
@@ -25,6 +26,7 @@ constexpr std::array oneShotOptions{
 
 bool isKnown(const QByteArray& option) {
     return option == "-a" || option == "--help" || option == "--version" || option == "--status" ||
+           option == chooseFolderOption ||
            std::any_of(oneShotOptions.begin(), oneShotOptions.end(),
                        [&option](const Option& one) { return option == one.text; });
 }
@@ -53,6 +55,10 @@ std::optional<QByteArray> CommandLine::after(const char* argument) const {
 bool CommandLine::isAutomation() const {
     return std::any_of(oneShotOptions.begin(), oneShotOptions.end(),
                        [this](const Option& option) { return contains(option.text); });
+}
+
+QString CommandLine::action() const {
+    return !isAutomation() && contains(chooseFolderOption) ? QString(scanFolderAction) : QString();
 }
 
 bool CommandLine::asksFor(const char* option) const {
@@ -107,6 +113,7 @@ QByteArray helpText() {
            "\n"
            "The tray program:\n"
            "  -a                      offer the log level and scan menus\n"
+           "  --choose-folder         let a folder be chosen to be scanned\n"
            "\n"
            "Ask the running program how the machine is:\n"
            "  --status                print it in one line; exit status 0 good, 1 not known,\n"

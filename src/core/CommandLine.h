@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QLatin1String>
 #include <QString>
 
 #include <optional>
@@ -21,6 +22,9 @@ public:
 
     /// One of the four one-shot options is there.
     [[nodiscard]] bool isAutomation() const;
+    /// The action of the desktop entry that this start is for; empty for none, and with a one-shot
+    /// option.
+    [[nodiscard]] QString action() const;
     /// `option`, or the option with "=" and a value; as the path of a folder scan, or behind "--",
     /// it means a folder.
     [[nodiscard]] bool asksFor(const char* option) const;
@@ -30,6 +34,11 @@ public:
 private:
     std::vector<QByteArray> m_arguments;
 };
+
+// Actions of the desktop entry, as it calls them. Whoever asks for another one, or for none, gets
+// to see the window.
+inline constexpr QLatin1String scanFolderAction{"scan-folder"};
+inline constexpr QLatin1String checkUpdatesAction{"check-updates"};
 
 /// What a one-shot start sends.
 enum class OneShotCommand { CheckUpdates, ScanBackground, StopScan, FolderScan };

@@ -113,7 +113,7 @@ int runApplication(int argc, char** argv, const CommandLine& commandLine,
         }
     };
     const EndLimit endLimit(signalsOfTheSystem, willTerminate);
-    UserSession session; // asks the session bus while the toolkit starts
+    UserSession session(commandLine.action()); // asks the session bus while the toolkit starts
     const Application application(argc, argv);
     logUnknownOptions(CommandLine(argc, argv)); // the toolkit has taken its own away
     const Translations translations;

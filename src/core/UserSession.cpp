@@ -42,15 +42,19 @@ private:
 
 } // namespace
 
-UserSession::UserSession()
-    : m_probe(sessionBusAddress()), m_laterBus(answerLimitMs, sessionBusAddress) {
+UserSession::UserSession(const QString& action)
+    : m_action(action),
+      m_probe(sessionBusAddress()),
+      m_instance(action),
+      m_laterBus(answerLimitMs, sessionBusAddress) {
     connect(&m_laterBus, &SystemBus::connected, this, [this] { use(m_laterBus.connection()); });
     connect(&m_laterBus, &SystemBus::lost, this,
             [this] { Q_EMIT busDecided(QDBusConnection(QString())); });
-    connect(&m_instance, &SingleInstance::activated, this, [this](const QString& token) {
-        launchOnce();
-        Q_EMIT activated(token);
-    });
+    connect(&m_instance, &SingleInstance::activated, this,
+            [this](const QString& token, const QString& wanted) {
+                launchOnce();
+                Q_EMIT activated(token, wanted);
+            });
 }
 
 UserSession::End UserSession::run() {
@@ -127,6 +131,9 @@ void UserSession::launchOnce() {
     if (!m_isLaunched) {
         m_isLaunched = true;
         Q_EMIT launch();
+        if (!m_action.isEmpty()) {
+            Q_EMIT activated({}, m_action);
+        }
     }
 }
 

@@ -25,8 +25,9 @@ public:
         Declined,   ///< another instance has the name, and shows itself now
     };
 
-    /// Asks the bus already, so that it answers while the toolkit starts.
-    UserSession();
+    /// Asks the bus already, so that it answers while the toolkit starts. `action`: what this start
+    /// wants of the program, be it this one or another; empty when it wants to see the other.
+    explicit UserSession(const QString& action = {});
 
     /// What the program's name offers on the bus; further interfaces are added before run().
     [[nodiscard]] QObject& object() { return m_instance; }
@@ -42,8 +43,9 @@ Q_SIGNALS:
     /// connected. Before or after launch().
     void busDecided(const QDBusConnection& sessionBus);
     void launch();
-    /// A second start, or the desktop, wants to see the program. Never before launch().
-    void activated(const QString& activationToken);
+    /// A second start, the desktop or this start wants to see the program, or one of its actions.
+    /// Never before launch().
+    void activated(const QString& activationToken, const QString& action);
 
 private Q_SLOTS:
     void firstBusLost();
@@ -55,6 +57,7 @@ private:
     void instanceDecided(SingleInstance::Outcome outcome);
     void launchOnce();
 
+    const QString m_action;
     BusProbe m_probe;
     SingleInstance m_instance;
     SystemBus m_laterBus; ///< the session's, after the one of the start was lost

@@ -8,6 +8,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
+#include <utility>
+
 namespace korvale {
 namespace {
 
@@ -43,11 +45,13 @@ SingleInstance::Outcome outcomeOf(const QDBusPendingReply<uint>& reply) {
 
 } // namespace
 
-SingleInstance::SingleInstance(QObject* parent)
-    : QObject(parent), m_platformData(platformDataOfThisStart()) {
+SingleInstance::SingleInstance(QString action, QObject* parent)
+    : QObject(parent), m_action(std::move(action)), m_platformData(platformDataOfThisStart()) {
     m_limit.setSingleShot(true);
     connect(&m_limit, &QTimer::timeout, this, [this] { m_decided(Outcome::Unknown); });
-    new ApplicationAdaptor(this, [this](const QString& token) { Q_EMIT activated(token); });
+    new ApplicationAdaptor(this, [this](const QString& token, const QString& wanted) {
+        Q_EMIT activated(token, wanted);
+    });
 }
 
 void SingleInstance::claim(const QDBusConnection& sessionBus,
@@ -87,7 +91,11 @@ void SingleInstance::claim(const QDBusConnection& sessionBus,
 void SingleInstance::activateOwner(std::function<void()> done) {
     QDBusMessage request = QDBusMessage::createMethodCall(
         QString::fromLatin1(name), QString::fromLatin1(path),
-        QStringLiteral("org.freedesktop.Application"), QStringLiteral("Activate"));
+        QStringLiteral("org.freedesktop.Application"),
+        m_action.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
+    if (!m_action.isEmpty()) {
+        request << m_action << QVariantList();
+    }
     request << m_platformData;
     request.setAutoStartService(false);
     auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(request, answerLimitMs), this);

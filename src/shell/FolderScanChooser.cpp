@@ -4,6 +4,7 @@
 #include "core/base/Logging.h"
 #include "platform/Texts.h"
 #include "shell/Resources.h"
+#include "shell/WindowActivation.h"
 #include "tables/WindowLook.h"
 
 namespace korvale {
@@ -23,7 +24,7 @@ QString FolderScanChooser::localFolder(const QList<QUrl>& chosen) {
     return chosen.isEmpty() ? QString() : chosen.constFirst().toLocalFile();
 }
 
-void FolderScanChooser::scanSpecificFolder() {
+void FolderScanChooser::scanSpecificFolder(const QString& activationToken) {
     logLine(LogLevel::Debug, "specificFolder.");
     if (!m_dialog) {
         // Deletes itself when closed; until then this object owns it.
@@ -40,9 +41,7 @@ void FolderScanChooser::scanSpecificFolder() {
             }
         });
     }
-    m_dialog->show();
-    m_dialog->raise();
-    m_dialog->activateWindow();
+    bringToFront(*m_dialog, activationToken);
 }
 
 void FolderScanChooser::showAppearance() {

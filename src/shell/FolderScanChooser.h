@@ -23,8 +23,9 @@ public:
                       QObject* parent = nullptr);
     ~FolderScanChooser() override;
 
-    /// Opens the chooser, or brings the one that is open to the front.
-    void scanSpecificFolder();
+    /// Opens the chooser, or brings the one that is open to the front. The token is what the
+    /// desktop handed on with the user's wish, or empty.
+    void scanSpecificFolder(const QString& activationToken = {});
 
     /// The path of the first of these places; empty when there is none, or it is on no local disk.
     [[nodiscard]] static QString localFolder(const QList<QUrl>& chosen);

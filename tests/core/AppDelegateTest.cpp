@@ -168,7 +168,28 @@ TEST_F(AppDelegateTest, InNoUIModeNothingIsReadPolledOrReported) {
     EXPECT_EQ(m_delegate->state().analyzedCount, 0);
     EXPECT_EQ(m_delegate->state().curIconDispColor, IconColor::Green);
     m_delegate->activate({});
+    m_delegate->activate({}, scanFolderAction);
+    m_delegate->activate({}, checkUpdatesAction);
     EXPECT_TRUE(QApplication::topLevelWindows().isEmpty());
+}
+
+QStringList visibleTitles() {
+    QStringList titles;
+    for (const QWidget* widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible()) {
+            titles.append(widget->windowTitle());
+        }
+    }
+    return titles;
+}
+
+TEST_F(AppDelegateTest, TheFolderChooserNeedsNoWindowAndAnUnknownActionShowsIt) {
+    made().applicationDidFinishLaunching();
+    m_delegate->activate({}, scanFolderAction);
+    EXPECT_EQ(visibleTitles(), QStringList{localizedText("ChooseFolderTitle")});
+    m_delegate->activate({}, QStringLiteral("quit"));
+    EXPECT_EQ(visibleTitles().size(), 2);
+    EXPECT_TRUE(m_said.empty());
 }
 
 TEST_F(AppDelegateTest, TheAdministratorDecidesAboutPolicyUpdates) {

@@ -45,6 +45,14 @@ TEST(CommandLine, EachOfTheFourOptionsMakesAOneShotStart) {
     }
 }
 
+TEST(CommandLine, AStartIsForAnActionUnlessItSendsARequestAndEnds) {
+    EXPECT_EQ(given({"-a", "--choose-folder"}).action(), u"scan-folder");
+    EXPECT_EQ(given({"-a"}).action(), QString());
+    EXPECT_EQ(given({"--choose-folder", "-update"}).action(), QString());
+    EXPECT_EQ(given({"-folder-scan", "--choose-folder"}).action(), QString());
+    EXPECT_TRUE(given({"--choose-folder"}).unknownOptions().empty());
+}
+
 TEST(CommandLine, OptionsAreComparedExactly) {
     for (const char* option : {"", "-a", "--update", "-Update", "-update ", "-updat", "update",
                                "-folder-scan=/tmp", "-background-scan-stopp"}) {
@@ -132,7 +140,8 @@ TEST(HelpAndVersion, HelpNamesEveryOption) {
     for (const char* option :
          {"-update", "-background-scan", "-background-scan-stop", "-folder-scan FOLDER", "  -a ",
           "--help", "--version", "--status", "--json", "--bar waybar|i3status-rs", "--watch",
-          "--check-updates", "--scan FOLDER...", "--background-scan start|stop", "  --wait "}) {
+          "--choose-folder", "--check-updates", "--scan FOLDER...", "--background-scan start|stop",
+          "  --wait "}) {
         EXPECT_TRUE(helpText().contains(option)) << option;
     }
 }

@@ -58,5 +58,19 @@ TEST_F(UserSessionTest, AfterARestartOfTheBusTheNameComesBackAndAllAreTold) {
     EXPECT_EQ(told, (std::vector{true, false, true}));
 }
 
+TEST_F(UserSessionTest, AFirstStartForAnActionGetsItOnceItIsLaunched) {
+    UserSession session(QStringLiteral("scan-folder"));
+    QStringList heard;
+    QObject::connect(&session, &UserSession::launch, &session,
+                     [&heard] { heard.append(QStringLiteral("launch")); });
+    QObject::connect(&session, &UserSession::activated, &session,
+                     [&](const QString& /*token*/, const QString& action) {
+                         heard.append(action);
+                         session.terminate();
+                     });
+    EXPECT_EQ(session.run(), UserSession::End::Terminated);
+    EXPECT_EQ(heard, (QStringList{QStringLiteral("launch"), QStringLiteral("scan-folder")}));
+}
+
 } // namespace
 } // namespace korvale

@@ -12,7 +12,7 @@ import time
 import unittest
 
 FOLDER = pathlib.Path(sys.argv.pop(1)).resolve()
-LONG = {"--status", "--check-updates", "--scan", "--background-scan", "--help", "--version"}
+LONG = {"--status", "--check-updates", "--scan", "--background-scan", "--choose-folder", "--help", "--version"}
 SHORT = {"-a", "-update", "-background-scan", "-background-scan-stop", "-folder-scan"}
 
 # Prints each match on a line of its own, and says when it is done.

@@ -11,13 +11,17 @@ BUILD = pathlib.Path(sys.argv.pop(1))
 MOST_BYTES = 2 * 1024 * 1024
 FILES = {
     "etc/xdg/autostart/com.korvale.ui.desktop", "usr/bin/korvale-ui",
+    "usr/share/Thunar/sendto/com.korvale.ui.scan.desktop",
     "usr/share/applications/com.korvale.ui.desktop", "usr/share/bash-completion/completions/korvale-ui",
     "usr/share/dbus-1/interfaces/com.korvale.agent_server.xml",
     "usr/share/dbus-1/interfaces/com.korvale.ui.Status1.xml",
+    "usr/share/dbus-1/services/com.korvale.ui.service",
     "usr/share/dbus-1/system.d/com.korvale.agent_server.conf",
     "usr/share/doc/korvale-ui/README.md", "usr/share/doc/korvale-ui/SECURITY.md",
     "usr/share/icons/hicolor/scalable/apps/com.korvale.ui.svg",
     "usr/share/icons/hicolor/symbolic/apps/com.korvale.ui-symbolic.svg",
+    "usr/share/kio/servicemenus/com.korvale.ui.scan.desktop",
+    "usr/share/nemo/actions/com.korvale.ui.scan.nemo_action",
     "usr/share/korvale-ui/Info.json", "usr/share/man/man1/korvale-ui.1",
     "usr/share/man/man5/korvale-ui-files.5", "usr/share/metainfo/com.korvale.ui.metainfo.xml",
     "usr/share/zsh/vendor-completions/_korvale-ui"}

@@ -96,6 +96,37 @@ TEST_F(SingleInstanceTest, AStartupIdServesWhereThereIsNoToken) {
     EXPECT_EQ(token, QStringLiteral("id_TIME7"));
 }
 
+TEST_F(SingleInstanceTest, ASecondStartHandsTheActionItIsForToTheFirst) {
+    SingleInstance first;
+    ASSERT_EQ(claim(first, start()), Outcome::First);
+    std::vector<std::pair<QString, QString>> wanted;
+    QObject::connect(&first, &SingleInstance::activated, &first,
+                     [&wanted](const QString& token, const QString& action) {
+                         wanted.emplace_back(token, action);
+                     });
+    qputenv("XDG_ACTIVATION_TOKEN", "token-1");
+    SingleInstance second(QStringLiteral("scan-folder"));
+    ASSERT_EQ(claim(second, start()), Outcome::Second);
+    activateOwner(second);
+    EXPECT_THAT(wanted,
+                ElementsAre(std::pair(QStringLiteral("token-1"), QStringLiteral("scan-folder"))));
+}
+
+TEST_F(SingleInstanceTest, AnActionIsNamedAndToBeShownIsNone) {
+    SingleInstance instance;
+    ASSERT_EQ(claim(instance, start()), Outcome::First);
+    std::vector<QString> wanted;
+    QObject::connect(
+        &instance, &SingleInstance::activated, &instance,
+        [&wanted](const QString& /*token*/, const QString& action) { wanted.push_back(action); });
+    const QDBusConnection caller = start();
+    call(caller, "ActivateAction",
+         {QStringLiteral("check-updates"), QVariantList{}, QVariantMap()});
+    call(caller, "Activate", {QVariantMap()});
+    call(caller, "Open", {QStringList(), QVariantMap()});
+    EXPECT_THAT(wanted, ElementsAre(QStringLiteral("check-updates"), QString(), QString()));
+}
+
 TEST_F(SingleInstanceTest, EveryMethodOfTheInterfaceAsksToBeShown) {
     SingleInstance instance;
     ASSERT_EQ(claim(instance, start()), Outcome::First);

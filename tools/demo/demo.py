@@ -75,6 +75,8 @@ class Headless:
         self.connect_agent()
         self.find_a_threat(folder, notified)
         self.open_the_window(folder)
+        self.show_what_bubbles_said()
+        self.choose_a_folder()
         self.end()
 
     def start_program(self):
@@ -125,6 +127,22 @@ class Headless:
                     self.session.run(["xdotool", "key", "--window", window, "ctrl+Next"])
                 wait_until(lambda key=key: self.tab_shows_rows(key), "rows in the tab")
             self.shot(f"window-{name}")
+
+    def show_what_bubbles_said(self):
+        self.agent.tell('consumer-notification "Please restart this device tonight." https://korvale.example/restart')
+        with self.steps.step("Ctrl+N shows what the notifications said, with a button for the link"):
+            self.session.run(["xdotool", "key", "ctrl+n"])
+            wait_until(lambda: "invoice_2026.pdf.exe" in self.read("tree")
+                       and text("NotificationActionOpenLink") in self.read("tree"), "what they said")
+        self.shot("notifications")
+        self.session.run(["xdotool", "key", "Escape"])
+
+    def choose_a_folder(self):
+        with self.steps.step("the launcher's “Scan a Folder…” has a folder chosen"):
+            self.session.run(["gapplication", "action", "com.korvale.ui", "scan-folder"])
+            wait_until(lambda: text("ChooseFolderTitle") in self.read("tree"), "the chooser")
+        self.shot("choose-a-folder")
+        self.session.run(["xdotool", "key", "Escape"])
 
     def window(self):
         found = self.session.run(["xdotool", "search", "--onlyvisible", "--pid",
