@@ -114,7 +114,21 @@ def batch(binaries, folder, repetitions):
     return figures + instruction_gate(binaries, folder) + memory(binaries, folder), {"batch": taken}
 
 
-def tables(binaries, repetitions):
+def export(binaries, folder):
+    """How far the peak of the process is above what it held before, by number of rows."""
+    figures = []
+    for count in (100_000, 1_000_000):
+        done = subprocess.run([str(binaries / "korvale-bench-export"), str(count), str(folder / "export")],
+                              check=True, text=True, stdout=subprocess.PIPE)
+        growth, size, taken = (int(word) for word in re.findall(r"(\d+)", done.stdout))
+        os.unlink(folder / "export")
+        figures.append(Figure(TABLES, f"memory that an export of {count:,} rows takes",
+                              f"{growth / 1024:.1f} MiB", f"{size >> 20} MiB in {taken} ms", growth / 1024,
+                              "≤ 2 MiB", 2.0))
+    return figures
+
+
+def tables(binaries, folder, repetitions):
     taken = medians(binaries / "korvale-bench-tables", repetitions)
     few, screen = taken["ResetAndFirstPaint/1000"], taken["PaintOneScreen"]
     figures = []
@@ -137,4 +151,4 @@ def tables(binaries, repetitions):
     few, many = taken["FirstOpening/1000"], taken["FirstOpening/100000"]
     figures.append(Figure(TABLES, "a table opened with 100,000 rows against 1,000",
                           milliseconds(many), milliseconds(few), many / few, "≤ 1.25", 1.25))
-    return figures, {"tables": taken}
+    return figures + export(binaries, folder), {"tables": taken}

@@ -81,7 +81,7 @@ def main():
         if "batch" in names:
             take(batch_measures.batch(binaries, folder, repetitions))
         if "tables" in names:
-            take(batch_measures.tables(binaries, repetitions))
+            take(batch_measures.tables(binaries, folder, repetitions))
         if "agent" in names:
             measure_agent(options, binaries, folder, take)
         desktop = [one for one in names if one not in ("batch", "tables", "agent")]

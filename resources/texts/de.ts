@@ -546,4 +546,45 @@
         <translation>Zugelassen</translation>
     </message>
 </context>
+<context>
+    <message id="HPS_Cancel">
+        <translation>Abbrechen</translation>
+    </message>
+    <message id="HPS_Close">
+        <translation>Schließen</translation>
+    </message>
+    <message id="HPS_Export">
+        <translation>Exportieren…</translation>
+    </message>
+    <message id="HPS_ExportCancelled">
+        <translation>Der Export wurde abgebrochen. Was unter „%@“ lag, ist unverändert.</translation>
+    </message>
+    <message id="HPS_ExportDone">
+        <translation>In „%@“ geschriebene Zeilen: %@</translation>
+    </message>
+    <message id="HPS_ExportFailed">
+        <translation>„%@“ konnte nicht geschrieben werden: %@</translation>
+    </message>
+    <message id="HPS_ExportHint">
+        <translation>Schreibt die angezeigten oder die ausgewählten Zeilen in eine CSV- oder JSON-Datei (Strg+S).</translation>
+    </message>
+    <message id="HPS_ExportNoFile">
+        <translation>„%@“ ist keine gewöhnliche Datei auf diesem Rechner. Es wurde nichts geschrieben.</translation>
+    </message>
+    <message id="HPS_ExportNoRoom">
+        <translation>Für „%@“ ist auf dem Datenträger kein Platz. Was dort lag, ist unverändert.</translation>
+    </message>
+    <message id="HPS_ExportRuns">
+        <translation>„%@“ wird geschrieben</translation>
+    </message>
+    <message id="HPS_ExportSelected">
+        <translation>Ausgewählte Zeilen (%@) als %@…</translation>
+    </message>
+    <message id="HPS_ExportShown">
+        <translation>Angezeigte Zeilen (%@) als %@…</translation>
+    </message>
+    <message id="HPS_ExportTitle">
+        <translation>Tabelle exportieren</translation>
+    </message>
+</context>
 </TS>

@@ -546,4 +546,45 @@
         <translation>Waived</translation>
     </message>
 </context>
+<context>
+    <message id="HPS_Cancel">
+        <translation>Cancel</translation>
+    </message>
+    <message id="HPS_Close">
+        <translation>Close</translation>
+    </message>
+    <message id="HPS_Export">
+        <translation>Export…</translation>
+    </message>
+    <message id="HPS_ExportCancelled">
+        <translation>The export was cancelled. What was at “%@” is unchanged.</translation>
+    </message>
+    <message id="HPS_ExportDone">
+        <translation>Rows written to “%@”: %@</translation>
+    </message>
+    <message id="HPS_ExportFailed">
+        <translation>“%@” could not be written: %@</translation>
+    </message>
+    <message id="HPS_ExportHint">
+        <translation>Writes the shown or the selected rows to a CSV or JSON file (Ctrl+S).</translation>
+    </message>
+    <message id="HPS_ExportNoFile">
+        <translation>“%@” is not an ordinary file on this machine. Nothing was written.</translation>
+    </message>
+    <message id="HPS_ExportNoRoom">
+        <translation>There is no room for “%@” on its disk. What was there is unchanged.</translation>
+    </message>
+    <message id="HPS_ExportRuns">
+        <translation>Writing “%@”</translation>
+    </message>
+    <message id="HPS_ExportSelected">
+        <translation>Selected rows (%@) as %@…</translation>
+    </message>
+    <message id="HPS_ExportShown">
+        <translation>Shown rows (%@) as %@…</translation>
+    </message>
+    <message id="HPS_ExportTitle">
+        <translation>Export the Table</translation>
+    </message>
+</context>
 </TS>

@@ -546,4 +546,45 @@
         <translation>Autorizado</translation>
     </message>
 </context>
+<context>
+    <message id="HPS_Cancel">
+        <translation>Cancelar</translation>
+    </message>
+    <message id="HPS_Close">
+        <translation>Cerrar</translation>
+    </message>
+    <message id="HPS_Export">
+        <translation>Exportar…</translation>
+    </message>
+    <message id="HPS_ExportCancelled">
+        <translation>La exportación se ha cancelado. Lo que había en «%@» no ha cambiado.</translation>
+    </message>
+    <message id="HPS_ExportDone">
+        <translation>Filas escritas en «%@»: %@</translation>
+    </message>
+    <message id="HPS_ExportFailed">
+        <translation>No se ha podido escribir «%@»: %@</translation>
+    </message>
+    <message id="HPS_ExportHint">
+        <translation>Escribe las filas mostradas o las seleccionadas en un archivo CSV o JSON (Ctrl+S).</translation>
+    </message>
+    <message id="HPS_ExportNoFile">
+        <translation>«%@» no es un archivo corriente de este equipo. No se ha escrito nada.</translation>
+    </message>
+    <message id="HPS_ExportNoRoom">
+        <translation>No hay espacio para «%@» en su disco. Lo que había allí no ha cambiado.</translation>
+    </message>
+    <message id="HPS_ExportRuns">
+        <translation>Escribiendo «%@»</translation>
+    </message>
+    <message id="HPS_ExportSelected">
+        <translation>Filas seleccionadas (%@) como %@…</translation>
+    </message>
+    <message id="HPS_ExportShown">
+        <translation>Filas mostradas (%@) como %@…</translation>
+    </message>
+    <message id="HPS_ExportTitle">
+        <translation>Exportar la tabla</translation>
+    </message>
+</context>
 </TS>

@@ -546,4 +546,45 @@
         <translation>Autorisé</translation>
     </message>
 </context>
+<context>
+    <message id="HPS_Cancel">
+        <translation>Annuler</translation>
+    </message>
+    <message id="HPS_Close">
+        <translation>Fermer</translation>
+    </message>
+    <message id="HPS_Export">
+        <translation>Exporter…</translation>
+    </message>
+    <message id="HPS_ExportCancelled">
+        <translation>L’exportation a été annulée. Ce qui se trouvait dans « %@ » est inchangé.</translation>
+    </message>
+    <message id="HPS_ExportDone">
+        <translation>Lignes écrites dans « %@ » : %@</translation>
+    </message>
+    <message id="HPS_ExportFailed">
+        <translation>Impossible d’écrire « %@ » : %@</translation>
+    </message>
+    <message id="HPS_ExportHint">
+        <translation>Écrit les lignes affichées ou sélectionnées dans un fichier CSV ou JSON (Ctrl+S).</translation>
+    </message>
+    <message id="HPS_ExportNoFile">
+        <translation>« %@ » n’est pas un fichier ordinaire de cette machine. Rien n’a été écrit.</translation>
+    </message>
+    <message id="HPS_ExportNoRoom">
+        <translation>Il n’y a pas de place pour « %@ » sur son disque. Ce qui s’y trouvait est inchangé.</translation>
+    </message>
+    <message id="HPS_ExportRuns">
+        <translation>Écriture de « %@ »</translation>
+    </message>
+    <message id="HPS_ExportSelected">
+        <translation>Lignes sélectionnées (%@) en %@…</translation>
+    </message>
+    <message id="HPS_ExportShown">
+        <translation>Lignes affichées (%@) en %@…</translation>
+    </message>
+    <message id="HPS_ExportTitle">
+        <translation>Exporter le tableau</translation>
+    </message>
+</context>
 </TS>

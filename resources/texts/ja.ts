@@ -546,4 +546,45 @@
         <translation>許可済み</translation>
     </message>
 </context>
+<context>
+    <message id="HPS_Cancel">
+        <translation>キャンセル</translation>
+    </message>
+    <message id="HPS_Close">
+        <translation>閉じる</translation>
+    </message>
+    <message id="HPS_Export">
+        <translation>エクスポート…</translation>
+    </message>
+    <message id="HPS_ExportCancelled">
+        <translation>エクスポートを取り消しました。「%@」にあったものは変わっていません。</translation>
+    </message>
+    <message id="HPS_ExportDone">
+        <translation>「%@」に書き込んだ行数: %@</translation>
+    </message>
+    <message id="HPS_ExportFailed">
+        <translation>「%@」に書き込めませんでした: %@</translation>
+    </message>
+    <message id="HPS_ExportHint">
+        <translation>表示中または選択した行を CSV か JSON のファイルに書き込みます (Ctrl+S)。</translation>
+    </message>
+    <message id="HPS_ExportNoFile">
+        <translation>「%@」はこのコンピューターの通常のファイルではありません。何も書き込みませんでした。</translation>
+    </message>
+    <message id="HPS_ExportNoRoom">
+        <translation>「%@」のためのディスクの空きがありません。そこにあったものは変わっていません。</translation>
+    </message>
+    <message id="HPS_ExportRuns">
+        <translation>「%@」に書き込み中</translation>
+    </message>
+    <message id="HPS_ExportSelected">
+        <translation>選択した行 (%@) を %@ で…</translation>
+    </message>
+    <message id="HPS_ExportShown">
+        <translation>表示中の行 (%@) を %@ で…</translation>
+    </message>
+    <message id="HPS_ExportTitle">
+        <translation>表のエクスポート</translation>
+    </message>
+</context>
 </TS>

@@ -145,7 +145,8 @@ MainWindowContext AppDelegate::windowContext() {
             .displayName = QGuiApplication::applicationDisplayName(),
             .shortVersion =
                 cellText(m_context.info["CFBundleShortVersionString"]).value_or(QString()),
-            .placementFile = WindowMemory::userPath()};
+            .placementFile = WindowMemory::userPath(),
+            .sessionBus = &m_sessionBus};
 }
 
 /// The window, its delegates and its observers come when it is first shown; tables keep their rows

@@ -24,6 +24,8 @@ std::optional<QString> FileThreatRows::text(std::size_t index, RowKey key) const
         return shownPaths(row);
     case RowKey::EveryPath:
         return everyPath(row);
+    case RowKey::ExactPaths:
+        return exactPaths(row);
     case RowKey::Category:
         return stateStringFromValue(row.state);
     case RowKey::CategoryToolTip:
@@ -68,6 +70,16 @@ QString FileThreatRows::everyPath(const Row& row) const {
          path = m_storage.paths[path].next) {
         paths += QLatin1String("\n\n");
         paths += unbrokenText(pathText(path));
+    }
+    return paths;
+}
+
+QString FileThreatRows::exactPaths(const Row& row) const {
+    QString paths = pathText(row.firstPath);
+    for (std::uint32_t path = m_storage.paths[row.firstPath].next; path != none;
+         path = m_storage.paths[path].next) {
+        paths += QChar(u'\0');
+        paths += pathText(path);
     }
     return paths;
 }

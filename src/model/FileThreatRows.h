@@ -48,6 +48,7 @@ private:
     // The row's paths, an empty line between two.
     [[nodiscard]] QString shownPaths(const Row& row) const;
     [[nodiscard]] QString everyPath(const Row& row) const;
+    [[nodiscard]] QString exactPaths(const Row& row) const;
     [[nodiscard]] std::optional<QString> valueOf(JsonNode node) const;
 
     Storage m_storage;

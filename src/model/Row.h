@@ -32,13 +32,14 @@ enum class RowKey : std::uint8_t {
     VendorId,
     SerialNumber,
     Action,
-    EveryPath, ///< for copying: of what a tooltip may cut short, with no path on two lines
+    EveryPath,  ///< for copying: of what a tooltip may cut short, with no path on two lines
+    ExactPaths, ///< for exporting: each path as it is, a NUL between two
 };
 
 class RowFolder;
 
 /// Rows that one parse made: immutable, shared by the tables that show them, and free to make each
-/// text only when it is asked for. Main thread.
+/// text only when it is asked for. Texts can be asked for on several threads at once.
 class RowBatch {
 public:
     virtual ~RowBatch() = default;

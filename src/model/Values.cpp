@@ -7,9 +7,6 @@
 
 namespace korvale {
 
-namespace {
-
-/// A JSON string. Escapes are the short ones of RFC 8259, and \u00NN for what has none.
 void appendQuoted(std::string& out, std::string_view utf8) {
     constexpr std::string_view special = "\"\\\b\f\n\r\t";
     constexpr std::string_view shortEscapes = "\"\\bfnrt";
@@ -30,6 +27,8 @@ void appendQuoted(std::string& out, std::string_view utf8) {
     }
     out += '"';
 }
+
+namespace {
 
 /// Puts `end` in the place of the comma behind the last element, if there is one.
 void closeContainer(std::string& out, char end) {

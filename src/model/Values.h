@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace korvale {
@@ -17,6 +18,10 @@ namespace korvale {
 /// the shortest form that reads back the same, true 1, false 0, a list or object as compact JSON,
 /// and null as "(null)".
 [[nodiscard]] QString valueText(const JsonValue& value);
+
+/// Appends a JSON string of that text. Escapes are the short ones of RFC 8259, and \u00NN for what
+/// has none.
+void appendQuoted(std::string& out, std::string_view utf8);
 
 /// valueText of a value that is no list or object, by its kind and JsonValue::utf8.
 [[nodiscard]] QString scalarText(JsonKind kind, std::string_view utf8);

@@ -52,6 +52,11 @@ AnswerStrip::AnswerStrip(QWidget* parent) : QWidget(parent) {
     m_row->addWidget(m_lastScan);
     makeNotifications();
     makeFind();
+    m_export = new LinkButton(this);
+    m_export->setObjectName(QStringLiteral("exportButton"));
+    m_export->setText(localizedText("HPS_Export"));
+    setPlainToolTip(*m_export, localizedText("HPS_ExportHint"));
+    m_row->addWidget(m_export);
     rows->addLayout(m_row);
     rows->addWidget(m_advice);
 

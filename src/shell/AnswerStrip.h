@@ -32,6 +32,8 @@ public:
     void setFindCount(const QString& text);
     /// The field gets the focus, its text selected.
     void focusFind();
+    /// Asks for an export.
+    [[nodiscard]] LinkButton& exportButton() { return *m_export; }
     /// What is looked for; empty for nothing.
     [[nodiscard]] QString findText() const;
     void clearFind();
@@ -57,6 +59,7 @@ private:
     ElidedLabel* m_lastScan = nullptr;
     QLineEdit* m_find = nullptr;
     QLabel* m_findCount = nullptr;
+    LinkButton* m_export = nullptr;
     QLabel* m_advice = nullptr;
     Verdict m_verdict = Verdict::Good;
     bool m_dark = false;

@@ -2,6 +2,7 @@
 
 #include "platform/Texts.h"
 #include "shell/AnswerStrip.h"
+#include "shell/LinkButton.h"
 #include "shell/MenuLabel.h"
 #include "shell/PlainToolTip.h"
 #include "shell/TabBarStyle.h"
@@ -155,6 +156,7 @@ void MainWindow::setupKeys() {
             m_ui->tabView->currentWidget()->setFocus();
         }
     });
+    onKey(Qt::CTRL | Qt::Key_S, [this] { m_answerStrip->exportButton().click(); });
     onKey(Qt::CTRL | Qt::Key_F, [this] { m_answerStrip->focusFind(); });
     connect(m_answerStrip, &AnswerStrip::findDone, this,
             [this] { m_ui->tabView->currentWidget()->setFocus(); });

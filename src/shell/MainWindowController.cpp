@@ -9,12 +9,14 @@
 #include "shell/AboutPanel.h"
 #include "shell/AnswerStrip.h"
 #include "shell/CounterLine.h"
+#include "shell/LinkButton.h"
 #include "shell/MainWindow.h"
 #include "shell/NotificationsWindow.h"
 #include "shell/Resources.h"
 #include "shell/StatusItem.h"
 #include "shell/StatusLine.h"
 #include "shell/TabLabels.h"
+#include "shell/TableExport.h"
 #include "shell/WindowActivation.h"
 #include "tables/EventsTable.h"
 #include "tables/ExternalDevicesTable.h"
@@ -84,6 +86,8 @@ void MainWindowController::buildWindow() {
 
     connect(&m_window->answerStrip(), &AnswerStrip::findTextChanged, this,
             &MainWindowController::applyFind);
+    connect(&m_window->answerStrip().exportButton(), &LinkButton::clicked, this,
+            &MainWindowController::exportTable);
     const TableControllers& tables = m_context.tables;
     for (const ThreatsTableController* table : std::initializer_list<const ThreatsTableController*>{
              &tables.fileThreatsTableCtrl, &tables.memExploitTableCtrl, &tables.eventsTableCtrl,
@@ -210,6 +214,16 @@ void MainWindowController::showFindCount() {
             ? formatText(localizedText("HPS_FindCount"),
                          {count(table.shownRowCount()), count(table.currentRows().size())})
             : QString());
+}
+
+void MainWindowController::exportTable() {
+    AnswerStrip& strip = m_window->answerStrip();
+    if (!m_export) {
+        m_export = std::make_unique<TableExport>(strip);
+    }
+    const auto* bus = m_context.sessionBus;
+    m_export->offer(currentTable(), strip.exportButton(),
+                    bus != nullptr && *bus ? &**bus : nullptr);
 }
 
 void MainWindowController::showStatusMenu() {

@@ -5,10 +5,12 @@
 #include "shell/TableControllers.h"
 #include "shell/WindowMemory.h"
 
+#include <QDBusConnection>
 #include <QObject>
 #include <QPointer>
 
 #include <memory>
+#include <optional>
 
 QT_BEGIN_NAMESPACE
 class QMenu;
@@ -26,6 +28,7 @@ class Resources;
 class StatusItem;
 class StatusLine;
 class StatusWatch;
+class TableExport;
 class ThreatsTableController;
 
 /// What the details window and the About panel show and set going. Everything referred to outlives
@@ -44,6 +47,7 @@ struct MainWindowContext {
     QString displayName;         ///< of the program, for titles
     QString shortVersion;
     QString placementFile; ///< where the window's looks are remembered
+    const std::optional<QDBusConnection>* sessionBus = nullptr; ///< once it is known to answer
 };
 
 /// Keeps what the details window shows in step with the state. The window itself is built when it
@@ -101,6 +105,7 @@ private:
     void showProtection();
     void applyFind();
     void showFindCount();
+    void exportTable();
     [[nodiscard]] ThreatsTableController& currentTable() const;
     void showStatusMenu();
     void showAppearance();
@@ -112,6 +117,7 @@ private:
     MainWindowContext m_context;
     WindowMemory m_memory;
     std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<TableExport> m_export; ///< made when first asked for
     QPointer<AboutPanel> m_aboutPanel;
     QPointer<NotificationsWindow> m_notifications;
     bool m_isMenuDressed = false;

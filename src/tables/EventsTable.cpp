@@ -12,6 +12,11 @@ constexpr TableColumn columns[] = {
 
 constexpr RowKey copyFields[] = {RowKey::When, RowKey::Category, RowKey::Event, RowKey::Details};
 
+constexpr ExportField exportFields[] = {{"when", RowKey::When},
+                                        {"category", RowKey::Category},
+                                        {"event", RowKey::Event},
+                                        {"details", RowKey::Details}};
+
 constexpr TableDescription eventsDescription{
     .nameKey = "HPS_Events",
     .emptyKey = "HPS_EmptyEvents",
@@ -19,6 +24,8 @@ constexpr TableDescription eventsDescription{
     .copyHeader = u"\"When\",\"Category\",\"Event\",\"Details\"\n",
     .copyFields = copyFields,
     .copyPaths = std::nullopt,
+    .exportName = "events",
+    .exportFields = exportFields,
     .copyModifiers = CopyModifiers::CommandAlone,
     .selection = &RememberedSelections::selectedEventRows,
 };

@@ -16,6 +16,13 @@ constexpr TableColumn columns[] = {
 constexpr RowKey copyFields[] = {RowKey::DeviceType,   RowKey::ProductId, RowKey::VendorId,
                                  RowKey::SerialNumber, RowKey::When,      RowKey::Action};
 
+constexpr ExportField exportFields[] = {{"device_type", RowKey::DeviceType},
+                                        {"vendor_id", RowKey::VendorId},
+                                        {"product_id", RowKey::ProductId},
+                                        {"serial_number", RowKey::SerialNumber},
+                                        {"when", RowKey::When},
+                                        {"action", RowKey::Action}};
+
 constexpr TableDescription externalDevicesDescription{
     .nameKey = "HPS_ExternalDevices",
     .emptyKey = "HPS_EmptyDevices",
@@ -24,6 +31,8 @@ constexpr TableDescription externalDevicesDescription{
                   u"\"Action\"\n",
     .copyFields = copyFields,
     .copyPaths = std::nullopt,
+    .exportName = "external-devices",
+    .exportFields = exportFields,
     .copyModifiers = CopyModifiers::CommandAlone,
     .selection = &RememberedSelections::selectedEventRows,
 };

@@ -19,6 +19,10 @@ constexpr TableColumn columns[] = {
 constexpr RowKey copyFields[] = {RowKey::File, RowKey::Category, RowKey::Score, RowKey::Found,
                                  RowKey::Id};
 
+constexpr ExportField exportFields[] = {{"file", RowKey::File},   {"category", RowKey::Category},
+                                        {"score", RowKey::Score}, {"found", RowKey::Found},
+                                        {"id", RowKey::Id},       {"paths", RowKey::ExactPaths}};
+
 constexpr TableDescription fileThreatsDescription{
     .nameKey = "HPS_Threats",
     .emptyKey = "HPS_EmptyThreats",
@@ -26,6 +30,8 @@ constexpr TableDescription fileThreatsDescription{
     .copyHeader = u"\"File\",\"Category\",\"Score\",\"Found\",\"ID\",\"Path\"\n",
     .copyFields = copyFields,
     .copyPaths = RowKey::FileToolTip,
+    .exportName = "threats",
+    .exportFields = exportFields,
     .copyModifiers = CopyModifiers::CommandHeld,
     .selection = &RememberedSelections::selectedRows,
 };

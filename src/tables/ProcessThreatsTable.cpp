@@ -16,6 +16,12 @@ constexpr TableColumn columns[] = {
 
 constexpr RowKey copyFields[] = {RowKey::ProcessName, RowKey::Category, RowKey::Found, RowKey::Pid};
 
+constexpr ExportField exportFields[] = {{"process", RowKey::ProcessName},
+                                        {"category", RowKey::Category},
+                                        {"found", RowKey::Found},
+                                        {"pid", RowKey::Pid},
+                                        {"folder", RowKey::ProcessToolTip}};
+
 constexpr TableDescription processThreatsDescription{
     .nameKey = "HPS_Exploits",
     .emptyKey = "HPS_EmptyExploits",
@@ -23,6 +29,8 @@ constexpr TableDescription processThreatsDescription{
     .copyHeader = u"\"Process Name\",\"Category\",\"Found\",\"PID\",\"Path\"\n",
     .copyFields = copyFields,
     .copyPaths = RowKey::ProcessToolTip,
+    .exportName = "exploits",
+    .exportFields = exportFields,
     .copyModifiers = CopyModifiers::CommandAlone,
     .selection = &RememberedSelections::selectedProcessRows,
 };

@@ -65,13 +65,13 @@ bool RowFinder::matches(const std::string& folded) const {
 }
 
 void RowFinder::narrow(const RowList& rows, std::span<const TableColumn> columns,
-                       std::vector<std::uint32_t>& among) const {
+                       QList<std::uint32_t>& among) const {
     RowTexts texts(rows, columns);
-    std::erase_if(among, [&](std::uint32_t row) { return !matches(texts.of(row)); });
+    among.removeIf([&](std::uint32_t row) { return !matches(texts.of(row)); });
 }
 
 void RowFinder::find(const RowList& rows, std::span<const TableColumn> columns,
-                     std::vector<std::uint32_t>& found) const {
+                     QList<std::uint32_t>& found) const {
     found.clear();
     RowTexts texts(rows, columns);
     for (std::uint32_t row = 0; row < rows.size(); ++row) {

@@ -3,6 +3,7 @@
 #include "tables/RowList.h"
 #include "tables/TableDescription.h"
 
+#include <QList>
 #include <QString>
 
 #include <cstdint>
@@ -28,10 +29,10 @@ public:
 
     /// Leaves of `among`, which are ascending positions in `rows`, those that match.
     void narrow(const RowList& rows, std::span<const TableColumn> columns,
-                std::vector<std::uint32_t>& among) const;
+                QList<std::uint32_t>& among) const;
     /// All positions that match, ascending.
     void find(const RowList& rows, std::span<const TableColumn> columns,
-              std::vector<std::uint32_t>& found) const;
+              QList<std::uint32_t>& found) const;
 
 private:
     [[nodiscard]] bool matches(const std::string& folded) const;

@@ -15,7 +15,8 @@ RowList::RowList(RowBatchPtr batch) : m_size(batch ? batch->size() : 0) {
 }
 
 RowRef RowList::at(std::size_t row) const {
-    return m_order.empty() ? RowRef{0, static_cast<std::uint32_t>(row)} : m_order[row];
+    return m_order.empty() ? RowRef{0, static_cast<std::uint32_t>(row)}
+                           : m_order[static_cast<qsizetype>(row)];
 }
 
 std::optional<QString> RowList::text(std::size_t row, RowKey key) const {
@@ -30,9 +31,10 @@ void RowList::makeOrderExplicit() {
     if (!m_order.empty()) {
         return;
     }
-    m_order.resize(m_size);
-    for (std::size_t row = 0; row < m_size; ++row) {
-        m_order[row] = RowRef{0, static_cast<std::uint32_t>(row)};
+    m_order.resize(static_cast<qsizetype>(m_size));
+    std::uint32_t index = 0;
+    for (RowRef& row : m_order) {
+        row.index = index++;
     }
 }
 
@@ -42,14 +44,14 @@ void RowList::prepend(RowBatchPtr batch) {
         return;
     }
     makeOrderExplicit();
-    const std::size_t added = batch->size();
+    const auto added = static_cast<qsizetype>(batch->size());
     const auto number = static_cast<std::uint32_t>(m_batches.size());
-    m_order.insert(m_order.begin(), added, RowRef{number, 0});
-    for (std::size_t row = 0; row < added; ++row) {
+    m_order.insert(0, added, RowRef{number, 0});
+    for (qsizetype row = 0; row < added; ++row) {
         m_order[row].index = static_cast<std::uint32_t>(row);
     }
     m_batches.push_back(std::move(batch));
-    m_size = m_order.size();
+    m_size = static_cast<std::size_t>(m_order.size());
 }
 
 void RowList::truncate(std::size_t count) {
@@ -57,7 +59,7 @@ void RowList::truncate(std::size_t count) {
         return;
     }
     if (!m_order.empty()) {
-        m_order.resize(count);
+        m_order.resize(static_cast<qsizetype>(count));
     }
     m_size = count;
     dropUnusedBatches();
@@ -89,7 +91,7 @@ void RowList::sort(const SortDescriptors& descriptors) {
         return;
     }
     makeOrderExplicit();
-    sortRows(m_order, m_batches, descriptors);
+    sortRows({m_order.data(), m_size}, m_batches, descriptors);
 }
 
 } // namespace korvale

@@ -3,6 +3,7 @@
 #include "model/Row.h"
 #include "tables/SortDescriptor.h"
 
+#include <QList>
 #include <QString>
 
 #include <cstddef>
@@ -19,7 +20,8 @@ struct RowRef {
 };
 
 /// The rows of a table in display order: references into the batches that hold them. A batch in its
-/// own order costs nothing per row. Main thread.
+/// own order costs nothing per row, and so does a copy, until one of both is sorted. A copy may be
+/// read on another thread.
 class RowList {
 public:
     RowList() = default;
@@ -46,7 +48,7 @@ private:
     void dropUnusedBatches();
 
     std::vector<RowBatchPtr> m_batches;
-    std::vector<RowRef> m_order; ///< empty while the only batch shows in its own order
+    QList<RowRef> m_order; ///< empty while the only batch shows in its own order
     std::size_t m_size = 0;
 };
 

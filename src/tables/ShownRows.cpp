@@ -28,7 +28,7 @@ std::optional<std::size_t> ShownRows::place(std::size_t shownRow, const RowList&
     if (shownRow >= count(rows)) {
         return std::nullopt;
     }
-    return isFiltered() ? m_found[shownRow] : shownRow;
+    return isFiltered() ? m_found[static_cast<qsizetype>(shownRow)] : shownRow;
 }
 
 std::optional<RowIndexes> ShownRows::places(const RowIndexes& shownRows,
@@ -42,7 +42,7 @@ std::optional<RowIndexes> ShownRows::places(const RowIndexes& shownRows,
     std::vector<RowIndexes::Range> ranges;
     for (const RowIndexes::Range& range : shownRows.ranges()) {
         for (int row = range.first; row <= range.last; ++row) {
-            const int place = static_cast<int>(m_found[static_cast<std::size_t>(row)]);
+            const int place = static_cast<int>(m_found[row]);
             ranges.push_back({place, place});
         }
     }

@@ -22,7 +22,11 @@ public:
     /// Rows are left out, or would be.
     [[nodiscard]] bool isFiltered() const { return m_finder.isOn(); }
     [[nodiscard]] std::size_t count(const RowList& rows) const {
-        return isFiltered() ? m_found.size() : rows.size();
+        return isFiltered() ? static_cast<std::size_t>(m_found.size()) : rows.size();
+    }
+    /// While rows are left out, where the shown ones stand in the list; shared, not copied.
+    [[nodiscard]] std::optional<QList<std::uint32_t>> found() const {
+        return isFiltered() ? std::optional(m_found) : std::nullopt;
     }
     /// Where in the list the shown row stands; no value beyond the last.
     [[nodiscard]] std::optional<std::size_t> place(std::size_t shownRow, const RowList& rows) const;
@@ -33,7 +37,7 @@ public:
 private:
     std::span<const TableColumn> m_columns;
     RowFinder m_finder;
-    std::vector<std::uint32_t> m_found;
+    QList<std::uint32_t> m_found;
     bool m_isOutdated = false;
 };
 

@@ -20,6 +20,12 @@ struct TableColumn {
     int width; ///< in characters of average width; the last column takes the rest of the table
 };
 
+/// One member of an exported row.
+struct ExportField {
+    const char* name; ///< in every language the same
+    RowKey key;       ///< ExactPaths makes a list of them
+};
+
 /// Which modifiers let "c" copy.
 enum class CopyModifiers : std::uint8_t {
     CommandHeld,  ///< Command, whatever else is held
@@ -34,6 +40,8 @@ struct TableDescription {
     QStringView copyHeader;             ///< first line of a copied text, with its line feed
     std::span<const RowKey> copyFields; ///< values of a copied line, in order
     std::optional<RowKey> copyPaths;    ///< one copied line per line of this value, which ends it
+    const char* exportName;             ///< of a file that is offered, without its suffix
+    std::span<const ExportField> exportFields;
     CopyModifiers copyModifiers;
     std::optional<RowIndexes> RememberedSelections::*selection;
 };

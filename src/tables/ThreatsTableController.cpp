@@ -135,6 +135,16 @@ void ThreatsTableController::setFind(const QString& text) {
     Q_EMIT rowCountsChanged();
 }
 
+RowSnapshot ThreatsTableController::snapshot(bool selectedOnly) const {
+    RowIndexes which;
+    if (!selectedOnly && shownRowCount() > 0) {
+        which = RowIndexes({{0, static_cast<int>(shownRowCount()) - 1}});
+    } else if (selectedOnly && m_tableView != nullptr) {
+        which = m_tableView->selectedRowIndexes();
+    }
+    return {m_currentRows, m_shownRows.found(), std::move(which)};
+}
+
 void ThreatsTableController::updateView() {
     m_shownRows.refresh(m_currentRows);
     if (m_tableView != nullptr) {

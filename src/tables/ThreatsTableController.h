@@ -4,6 +4,7 @@
 #include "tables/EmptyReason.h"
 #include "tables/RememberedSelections.h"
 #include "tables/RowList.h"
+#include "tables/RowSnapshot.h"
 #include "tables/ShownRows.h"
 #include "tables/TableDataSource.h"
 #include "tables/TableDescription.h"
@@ -50,6 +51,10 @@ public:
     /// Rows are left out, or would be.
     [[nodiscard]] bool isFiltered() const { return m_shownRows.isFiltered(); }
     [[nodiscard]] std::size_t shownRowCount() const { return m_shownRows.count(m_currentRows); }
+
+    /// The rows as they are now, to be written somewhere: all that are shown, or those of them that
+    /// are selected.
+    [[nodiscard]] RowSnapshot snapshot(bool selectedOnly) const;
 
     [[nodiscard]] const RowList& currentRows() const { return m_currentRows; }
     /// Not used by any operation; part of the class's interface. Not owned.

@@ -40,6 +40,7 @@ inline constexpr int stripSpacing = 10;
 inline constexpr int findCharacters = 24; ///< of average width that the find field has room for
 inline constexpr int fewestFindCharacters = 12; ///< the same where the row is full
 inline constexpr int findLength = 256;          ///< characters it takes
+inline constexpr int exportProgressWidth = 140;
 inline constexpr int linkPadding = 6;
 inline constexpr double focusRingWidth = 2;
 inline constexpr double focusRingRadius = 5;

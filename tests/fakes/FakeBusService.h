@@ -22,7 +22,7 @@ public:
           m_name(std::move(name)),
           m_path(std::move(path)),
           m_interface(std::move(interface)) {
-        m_connection.registerVirtualObject(m_path, this);
+        m_connection.registerVirtualObject(m_path, this, QDBusConnection::SubPath);
     }
     ~FakeBusService() override { m_connection.unregisterObject(m_path); }
 

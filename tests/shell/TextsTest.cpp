@@ -156,15 +156,19 @@ TEST(Texts, EveryLanguageHasTheKeysOfEnglishWithTheSamePlaceholders) {
 
 /// Keys beside those of notifications whose texts take one value.
 const std::set<QString> oneValueKeys{
-    QStringLiteral("AboutVersion"),    QStringLiteral("HPS_LastScan"),
-    QStringLiteral("HPS_WhyThreats"),  QStringLiteral("HPS_WhyThreatsOffline"),
-    QStringLiteral("HPS_WhyExploits"), QStringLiteral("HPS_TermNotUtf8"),
-    QStringLiteral("HPS_TermFound"),   QStringLiteral("HPS_TermMore"),
-    QStringLiteral("HPS_TermRefused"), QStringLiteral("HPS_TermSays"),
-    QStringLiteral("HPS_TermScan")};
+    QStringLiteral("AboutVersion"),       QStringLiteral("HPS_LastScan"),
+    QStringLiteral("HPS_WhyThreats"),     QStringLiteral("HPS_WhyThreatsOffline"),
+    QStringLiteral("HPS_WhyExploits"),    QStringLiteral("HPS_TermNotUtf8"),
+    QStringLiteral("HPS_TermFound"),      QStringLiteral("HPS_TermMore"),
+    QStringLiteral("HPS_TermRefused"),    QStringLiteral("HPS_TermSays"),
+    QStringLiteral("HPS_TermScan"),       QStringLiteral("HPS_ExportNoFile"),
+    QStringLiteral("HPS_ExportNoRoom"),   QStringLiteral("HPS_ExportRuns"),
+    QStringLiteral("HPS_ExportCancelled")};
 /// And those that take two.
-const std::set<QString> twoValueKeys{QStringLiteral("HPS_FindCount"),
-                                     QStringLiteral("HPS_TermNoFolder")};
+const std::set<QString> twoValueKeys{
+    QStringLiteral("HPS_FindCount"),      QStringLiteral("HPS_TermNoFolder"),
+    QStringLiteral("HPS_ExportDone"),     QStringLiteral("HPS_ExportFailed"),
+    QStringLiteral("HPS_ExportSelected"), QStringLiteral("HPS_ExportShown")};
 
 TEST(Texts, HavePlaceholdersForWhatTheyAreFilledWith) {
     const Texts english = textsOf(QStringLiteral("en"));
