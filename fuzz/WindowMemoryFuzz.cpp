@@ -38,6 +38,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         fuzz::require(std::all_of(widths.begin(), widths.end(),
                                   [](int width) { return width >= 8 && width <= 10000; }));
     }
+    for (const TableOrder& order : placement.orders) {
+        fuzz::require(order.columns.size() <= 16 && order.sort.size() <= 16);
+    }
     fuzz::taken += placement == WindowPlacement() ? 0U : 1U;
     static QWidget window;
     window.setMinimumSize(300, 200);

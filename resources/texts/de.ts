@@ -189,7 +189,7 @@
         <translation>Zeigt die Zeilen, die alle diese Wörter enthalten (Strg+F). Escape zeigt wieder alle Zeilen.</translation>
     </message>
     <message id="HPS_HeaderHint">
-        <translation>Die Leertaste sortiert nach dieser Spalte.</translation>
+        <translation>Die Leertaste sortiert nach dieser Spalte. Die Menütaste verschiebt sie.</translation>
     </message>
     <message id="HPS_LastScan">
         <translation>Letzter Hintergrundscan endete: %@</translation>
@@ -585,6 +585,17 @@
     </message>
     <message id="HPS_ExportTitle">
         <translation>Tabelle exportieren</translation>
+    </message>
+</context>
+<context>
+    <message id="HPS_MoveColumnLeft">
+        <translation>Spalte nach links</translation>
+    </message>
+    <message id="HPS_MoveColumnRight">
+        <translation>Spalte nach rechts</translation>
+    </message>
+    <message id="HPS_ResetOrder">
+        <translation>Ursprüngliche Reihenfolge von Spalten und Zeilen</translation>
     </message>
 </context>
 </TS>

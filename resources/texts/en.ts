@@ -189,7 +189,7 @@
         <translation>Shows the rows that contain all these words (Ctrl+F). Escape shows all rows again.</translation>
     </message>
     <message id="HPS_HeaderHint">
-        <translation>Space sorts by this column.</translation>
+        <translation>Space sorts by this column. The Menu key moves it.</translation>
     </message>
     <message id="HPS_LastScan">
         <translation>Last background scan ended: %@</translation>
@@ -585,6 +585,17 @@
     </message>
     <message id="HPS_ExportTitle">
         <translation>Export the Table</translation>
+    </message>
+</context>
+<context>
+    <message id="HPS_MoveColumnLeft">
+        <translation>Move Column Left</translation>
+    </message>
+    <message id="HPS_MoveColumnRight">
+        <translation>Move Column Right</translation>
+    </message>
+    <message id="HPS_ResetOrder">
+        <translation>Original Order of Columns and Rows</translation>
     </message>
 </context>
 </TS>

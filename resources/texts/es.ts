@@ -189,7 +189,7 @@
         <translation>Muestra las filas que contienen todas estas palabras (Ctrl+F). Escape vuelve a mostrar todas las filas.</translation>
     </message>
     <message id="HPS_HeaderHint">
-        <translation>La barra espaciadora ordena por esta columna.</translation>
+        <translation>La barra espaciadora ordena por esta columna. La tecla Menú la mueve.</translation>
     </message>
     <message id="HPS_LastScan">
         <translation>Último análisis en segundo plano terminado: %@</translation>
@@ -585,6 +585,17 @@
     </message>
     <message id="HPS_ExportTitle">
         <translation>Exportar la tabla</translation>
+    </message>
+</context>
+<context>
+    <message id="HPS_MoveColumnLeft">
+        <translation>Mover la columna a la izquierda</translation>
+    </message>
+    <message id="HPS_MoveColumnRight">
+        <translation>Mover la columna a la derecha</translation>
+    </message>
+    <message id="HPS_ResetOrder">
+        <translation>Orden original de columnas y filas</translation>
     </message>
 </context>
 </TS>

@@ -189,7 +189,7 @@
         <translation>Affiche les lignes qui contiennent tous ces mots (Ctrl+F). Échap affiche à nouveau toutes les lignes.</translation>
     </message>
     <message id="HPS_HeaderHint">
-        <translation>La barre d’espace trie selon cette colonne.</translation>
+        <translation>La barre d’espace trie selon cette colonne. La touche Menu la déplace.</translation>
     </message>
     <message id="HPS_LastScan">
         <translation>Fin de la dernière analyse en arrière-plan : %@</translation>
@@ -585,6 +585,17 @@
     </message>
     <message id="HPS_ExportTitle">
         <translation>Exporter le tableau</translation>
+    </message>
+</context>
+<context>
+    <message id="HPS_MoveColumnLeft">
+        <translation>Déplacer la colonne à gauche</translation>
+    </message>
+    <message id="HPS_MoveColumnRight">
+        <translation>Déplacer la colonne à droite</translation>
+    </message>
+    <message id="HPS_ResetOrder">
+        <translation>Ordre initial des colonnes et des lignes</translation>
     </message>
 </context>
 </TS>

@@ -189,7 +189,7 @@
         <translation>これらの語をすべて含む行を表示します (Ctrl+F)。Esc キーですべての行に戻ります。</translation>
     </message>
     <message id="HPS_HeaderHint">
-        <translation>スペースキーでこの列を基準に並べ替えます。</translation>
+        <translation>スペースキーでこの列を基準に並べ替えます。メニューキーで列を移動できます。</translation>
     </message>
     <message id="HPS_LastScan">
         <translation>前回のバックグラウンドスキャンの終了: %@</translation>
@@ -585,6 +585,17 @@
     </message>
     <message id="HPS_ExportTitle">
         <translation>表のエクスポート</translation>
+    </message>
+</context>
+<context>
+    <message id="HPS_MoveColumnLeft">
+        <translation>列を左へ移動</translation>
+    </message>
+    <message id="HPS_MoveColumnRight">
+        <translation>列を右へ移動</translation>
+    </message>
+    <message id="HPS_ResetOrder">
+        <translation>列と行を元の順序に戻す</translation>
     </message>
 </context>
 </TS>

@@ -253,21 +253,31 @@ void MainWindow::restorePlacement() {
     }
     for (ThreatsTableView* view : tableViews()) {
         CustHeaderView& header = view->header();
+        const TableOrder order = placement.orders.value(view->objectName());
+        if (order != TableOrder()) {
+            applyOrder(*view, order);
+        }
         const QList<int> widths = placement.columnWidths.value(view->objectName());
-        // The last column takes what is left.
-        const auto columns = std::min<qsizetype>(widths.size(), header.count() - 1);
+        const auto columns = std::min<qsizetype>(widths.size(), header.count());
         for (int column = 0; column < columns; ++column) {
-            header.resizeSection(column, widths[column]);
+            if (header.visualIndex(column) + 1 < header.count()) {
+                header.resizeSection(column, widths[column]); // the last takes what is left
+            }
         }
     }
 }
 
 void MainWindow::savePlacement() {
-    WindowPlacement placement{saveGeometry(), QGuiApplication::platformName(), {}};
+    WindowPlacement placement{saveGeometry(), QGuiApplication::platformName(), {}, {}};
     for (const ThreatsTableView* view : tableViews()) {
+        const CustHeaderView& header = view->header();
         QList<int>& widths = placement.columnWidths[view->objectName()];
-        for (int column = 0; column + 1 < view->header().count(); ++column) {
-            widths.append(view->header().sectionSize(column));
+        const int last = header.count() - 1; // which has what is left, unless it was moved
+        for (int column = 0; column < last + (header.visualIndex(last) == last ? 0 : 1); ++column) {
+            widths.append(header.sectionSize(column));
+        }
+        if (const TableOrder order = orderOf(*view); order != TableOrder()) {
+            placement.orders.insert(view->objectName(), order);
         }
     }
     m_memory.save(placement);

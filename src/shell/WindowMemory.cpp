@@ -20,6 +20,10 @@ constexpr int narrowestColumn = 8;
 constexpr QLatin1String geometryKey{"geometry"};
 constexpr QLatin1String platformKey{"platform"};
 constexpr QLatin1String columnsKey{"columns"};
+constexpr QLatin1String ordersKey{"orders"};
+constexpr QLatin1String sortKey{"sort"};
+constexpr qsizetype mostColumns = 16;
+constexpr qsizetype longestName = 16;
 
 /// Widths of one table; none at all when one of them makes no sense.
 QList<int> columnWidths(const QJsonArray& array) {
@@ -34,6 +38,20 @@ QList<int> columnWidths(const QJsonArray& array) {
     return widths;
 }
 
+/// Names of columns; none at all when one of them makes no sense. Which columns there are the table
+/// knows.
+QStringList columnNames(const QJsonArray& array) {
+    QStringList names;
+    for (const QJsonValueConstRef value : array) {
+        names << value.toString();
+        if (names.size() > mostColumns || names.constLast().isEmpty() ||
+            names.constLast().size() > longestName) {
+            return {};
+        }
+    }
+    return names;
+}
+
 WindowPlacement placementFrom(const QJsonObject& object) {
     WindowPlacement placement;
     placement.geometry = QByteArray::fromBase64(object[geometryKey].toString().toLatin1());
@@ -44,7 +62,26 @@ WindowPlacement placementFrom(const QJsonObject& object) {
             placement.columnWidths.insert(table.key(), widths);
         }
     }
+    const QJsonObject orders = object[ordersKey].toObject();
+    for (auto table = orders.begin(); table != orders.end(); ++table) {
+        const QJsonObject order = table.value().toObject();
+        const TableOrder names{columnNames(order[columnsKey].toArray()),
+                               columnNames(order[sortKey].toArray())};
+        if (names != TableOrder()) {
+            placement.orders.insert(table.key(), names);
+        }
+    }
     return placement;
+}
+
+QJsonObject ordersJson(const QMap<QString, TableOrder>& orders) {
+    QJsonObject object;
+    for (auto table = orders.begin(); table != orders.end(); ++table) {
+        object.insert(table.key(),
+                      QJsonObject{{columnsKey, QJsonArray::fromStringList(table.value().columns)},
+                                  {sortKey, QJsonArray::fromStringList(table.value().sort)}});
+    }
+    return object;
 }
 
 QByteArray toJson(const WindowPlacement& placement) {
@@ -60,7 +97,8 @@ QByteArray toJson(const WindowPlacement& placement) {
     return QJsonDocument(
                QJsonObject{{geometryKey, QString::fromLatin1(placement.geometry.toBase64())},
                            {platformKey, placement.platform},
-                           {columnsKey, columns}})
+                           {columnsKey, columns},
+                           {ordersKey, ordersJson(placement.orders)}})
         .toJson();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tables/TableOrder.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QMap>
@@ -13,6 +15,7 @@ struct WindowPlacement {
     QByteArray geometry;                    ///< of QWidget::saveGeometry; empty: none
     QString platform;                       ///< the toolkit's platform that `geometry` is of
     QMap<QString, QList<int>> columnWidths; ///< by table, from the first column on
+    QMap<QString, TableOrder> orders;       ///< by table; none where nothing was changed
 
     friend bool operator==(const WindowPlacement&, const WindowPlacement&) = default;
 };

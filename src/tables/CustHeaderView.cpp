@@ -1,10 +1,13 @@
 #include "tables/CustHeaderView.h"
 
+#include "platform/Texts.h"
 #include "tables/Access.h"
 #include "tables/WindowLook.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QStyleOptionHeader>
 
@@ -15,6 +18,7 @@ namespace korvale {
 
 CustHeaderView::CustHeaderView(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
     setSectionsClickable(true);
+    setSectionsMovable(true);
     setHighlightSections(false);
     setStretchLastSection(true);
     setMinimumSectionSize(look::smallestColumn);
@@ -85,10 +89,10 @@ void CustHeaderView::keyPressEvent(QKeyEvent* event) {
     const int forth = isRightToLeft() ? -1 : 1;
     switch (event->key()) {
     case Qt::Key_Left:
-        focusSection(m_focused - forth);
+        moveFocus(-forth);
         break;
     case Qt::Key_Right:
-        focusSection(m_focused + forth);
+        moveFocus(forth);
         break;
     case Qt::Key_Space:
     case Qt::Key_Return:
@@ -96,12 +100,49 @@ void CustHeaderView::keyPressEvent(QKeyEvent* event) {
         pressFocused();
         break;
     default:
-        event->ignore(); // on to the table; never an item view's own keys
+        // The toolkit makes a context menu's event of the Menu key alone.
+        if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+            showMenu(m_focused, placeOf(m_focused));
+        } else {
+            event->ignore(); // on to the table; never an item view's own keys
+        }
     }
 }
 
-void CustHeaderView::focusSection(int section) {
-    const int focused = std::clamp(section, 0, std::max(0, count() - 1));
+void CustHeaderView::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const int section = isByKey ? m_focused : logicalIndexAt(event->pos());
+    showMenu(section, isByKey ? placeOf(section) : event->globalPos());
+}
+
+/// Below that title, on the screen.
+QPoint CustHeaderView::placeOf(int section) const {
+    return viewport()->mapToGlobal(QPoint(sectionViewportPosition(section), height()));
+}
+
+void CustHeaderView::showMenu(int section, QPoint globalPosition) {
+    auto* menu = new QMenu(this);
+    connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater);
+    menu->setPalette(window()->palette()); // the table's is light in both appearances
+    const int place = visualIndex(section);
+    const auto addMove = [&](const char* key, int to) {
+        QAction* action = menu->addAction(localizedText(key));
+        action->setEnabled(place >= 0 && to >= 0 && to < count());
+        connect(action, &QAction::triggered, this, [this, place, to] { moveSection(place, to); });
+    };
+    const int forth = isRightToLeft() ? -1 : 1;
+    addMove("HPS_MoveColumnLeft", place - forth);
+    addMove("HPS_MoveColumnRight", place + forth);
+    menu->addSeparator();
+    connect(menu->addAction(localizedText("HPS_ResetOrder")), &QAction::triggered, this,
+            &CustHeaderView::resetWanted);
+    menu->popup(globalPosition);
+}
+
+/// On the screen, whatever order the columns have.
+void CustHeaderView::moveFocus(int step) {
+    const int place = std::clamp(visualIndex(m_focused) + step, 0, std::max(0, count() - 1));
+    const int focused = std::max(0, logicalIndex(place));
     if (std::exchange(m_focused, focused) != focused) {
         viewport()->update();
         tellReaders();

@@ -3,7 +3,6 @@
 #include "tables/RowSorter.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace korvale {
@@ -73,17 +72,29 @@ void RowList::dropUnusedBatches() {
     if (m_order.empty()) {
         return; // a single batch, and rows of it are left
     }
-    constexpr auto unused = std::numeric_limits<std::uint32_t>::max();
-    std::vector<std::uint32_t> renamed(m_batches.size(), unused);
+    std::vector<bool> isUsed(m_batches.size(), false);
+    for (const RowRef ref : std::as_const(m_order)) {
+        isUsed[ref.batch] = true;
+    }
+    // In the order in which they came, which unsort() knows by their numbers.
+    std::vector<std::uint32_t> renamed(m_batches.size(), 0);
     std::vector<RowBatchPtr> kept;
-    for (RowRef& ref : m_order) {
-        if (renamed[ref.batch] == unused) {
-            renamed[ref.batch] = static_cast<std::uint32_t>(kept.size());
-            kept.push_back(std::move(m_batches[ref.batch]));
+    for (std::size_t batch = 0; batch < m_batches.size(); ++batch) {
+        renamed[batch] = static_cast<std::uint32_t>(kept.size());
+        if (isUsed[batch]) {
+            kept.push_back(std::move(m_batches[batch]));
         }
+    }
+    for (RowRef& ref : m_order) {
         ref.batch = renamed[ref.batch];
     }
     m_batches = std::move(kept);
+}
+
+void RowList::unsort() {
+    std::sort(m_order.begin(), m_order.end(), [](RowRef a, RowRef b) {
+        return a.batch != b.batch ? a.batch > b.batch : a.index < b.index;
+    });
 }
 
 void RowList::sort(const SortDescriptors& descriptors) {

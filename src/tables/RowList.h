@@ -42,6 +42,8 @@ public:
     void truncate(std::size_t count);
     /// Stable; each text is asked for at most once per descriptor. No descriptors: nothing changes.
     void sort(const SortDescriptors& descriptors);
+    /// Into the order in which the rows came: the newest batch first, each in its own order.
+    void unsort();
 
 private:
     void makeOrderExplicit();

@@ -220,6 +220,9 @@ const TableColumn* ThreatsTableController::column(QLatin1String identifier) cons
 }
 
 void ThreatsTableController::sortDescriptorsDidChange(ThreatsTableView& tableView) {
+    if (tableView.sortDescriptors().empty()) {
+        m_currentRows.unsort(); // the order was taken away
+    }
     m_currentRows.sort(tableView.sortDescriptors());
     m_shownRows.refresh(m_currentRows);
     tableView.reloadData();

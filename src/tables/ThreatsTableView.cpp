@@ -8,6 +8,7 @@
 #include "tables/RowlessHeader.h"
 #include "tables/RowsModel.h"
 #include "tables/TableDataSource.h"
+#include "tables/TableOrder.h"
 #include "tables/WindowLook.h"
 
 #include <QAbstractButton>
@@ -54,6 +55,7 @@ ThreatsTableView::ThreatsTableView(QWidget* parent)
     setAttribute(Qt::WA_InputMethodEnabled, false);
     viewport()->grabGesture(Qt::TapAndHoldGesture);
     connect(m_header, &QHeaderView::sectionClicked, this, &ThreatsTableView::sortByColumn);
+    connect(m_header, &CustHeaderView::resetWanted, this, [this] { applyOrder(*this, {}); });
     connect(m_header, &CustHeaderView::sectionFocused, this, &ThreatsTableView::scrollToColumn);
 }
 
@@ -148,11 +150,19 @@ void ThreatsTableView::currentChanged(const QModelIndex& current, const QModelIn
 }
 
 void ThreatsTableView::sortByColumn(int column) {
-    const bool ascending =
-        sortFirstBy(m_sortDescriptors, m_columns[static_cast<std::size_t>(column)].text);
+    SortDescriptors descriptors = m_sortDescriptors;
+    sortFirstBy(descriptors, m_columns[static_cast<std::size_t>(column)].text);
+    setSortDescriptors(std::move(descriptors));
+}
+
+void ThreatsTableView::setSortDescriptors(SortDescriptors descriptors) {
+    m_sortDescriptors = std::move(descriptors);
     for (int section = 0; section < m_model->columnCount(); ++section) {
-        m_header->setSortIndicator(section,
-                                   section == column ? std::optional(ascending) : std::nullopt);
+        const bool decides =
+            !m_sortDescriptors.empty() &&
+            m_sortDescriptors.front().key == m_columns[static_cast<std::size_t>(section)].text;
+        m_header->setSortIndicator(
+            section, decides ? std::optional(m_sortDescriptors.front().ascending) : std::nullopt);
     }
     if (m_source != nullptr) {
         m_source->sortDescriptorsDidChange(*this);
@@ -343,11 +353,11 @@ QModelIndex ThreatsTableView::moveCursor(CursorAction action, Qt::KeyboardModifi
     }
     const QModelIndex current = currentIndex();
     if (!current.isValid()) {
-        return m_model->index(action == MoveEnd ? rowCount() - 1 : 0, 0);
+        return m_model->index(action == MoveEnd ? rowCount() - 1 : 0, m_header->logicalIndex(0));
     }
     const int page = m_rows.pageOf(viewport()->height());
     int row = current.row();
-    int column = current.column();
+    int column = m_header->visualIndex(current.column());
     switch (action) {
     case MoveUp:
     case MovePrevious:
@@ -376,8 +386,8 @@ QModelIndex ThreatsTableView::moveCursor(CursorAction action, Qt::KeyboardModifi
         column += isRightToLeft() ? -1 : 1;
         break;
     }
-    return m_model->index(std::clamp(row, 0, rowCount() - 1),
-                          std::clamp(column, 0, m_model->columnCount() - 1));
+    column = std::clamp(column, 0, m_model->columnCount() - 1);
+    return m_model->index(std::clamp(row, 0, rowCount() - 1), m_header->logicalIndex(column));
 }
 
 void ThreatsTableView::setSelection(const QRect& rect,

@@ -55,6 +55,8 @@ public:
     [[nodiscard]] const SortDescriptors& sortDescriptors() const { return m_sortDescriptors; }
     /// What a click on the title of `column` does: sorts by it, or turns the order.
     void sortByColumn(int column);
+    /// Sorts anew; none: the rows stand as they came.
+    void setSortDescriptors(SortDescriptors descriptors);
 
     [[nodiscard]] TableDataSource* dataSource() const { return m_source; }
 

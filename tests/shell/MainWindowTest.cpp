@@ -180,6 +180,28 @@ TEST_F(MainWindowTest, SizeAndColumnWidthsAreRemembered) {
     EXPECT_EQ(part<ThreatsTableView>("eventsTable").header().sectionSize(1), 123);
 }
 
+TEST_F(MainWindowTest, OrderOfColumnsAndRowsIsRemembered) {
+    shownWindow();
+    part<ThreatsTableView>("eventsTable").header().moveSection(3, 1);
+    part<ThreatsTableView>("eventsTable").header().resizeSection(3, 97);
+    part<ThreatsTableView>("eventsTable").sortByColumn(2);
+    part<ThreatsTableView>("eventsTable").sortByColumn(2);
+    makeController();
+    events.addData(numberedRows(3));
+    shownWindow();
+    auto& view = part<ThreatsTableView>("eventsTable");
+    EXPECT_EQ(view.header().logicalIndex(1), 3);
+    EXPECT_EQ(view.header().sectionSize(3), 97);
+    EXPECT_EQ(view.sortDescriptors(), (SortDescriptors{{RowKey::Event, false}}));
+    EXPECT_EQ(events.cellText(QLatin1String("COL1"), 0), QStringLiteral("2")) << "sorted already";
+    EXPECT_TRUE(part<ThreatsTableView>("fileThreatsTable").sortDescriptors().empty());
+    Q_EMIT view.header().resetWanted();
+    makeController();
+    shownWindow();
+    EXPECT_EQ(part<ThreatsTableView>("eventsTable").header().logicalIndex(1), 1);
+    EXPECT_TRUE(part<ThreatsTableView>("eventsTable").sortDescriptors().empty());
+}
+
 TEST_F(MainWindowTest, SizeIsRememberedWhenTheProgramEndsWithTheWindowOpen) {
     shownWindow().resize(654, 432);
     makeController();

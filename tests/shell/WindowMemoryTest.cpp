@@ -29,7 +29,9 @@ private:
 const WindowPlacement somePlacement{
     QByteArray("\0\1geometry", 10),
     QStringLiteral("xcb"),
-    {{QStringLiteral("eventsTable"), {120, 80, 300}}, {QStringLiteral("fileThreatsTable"), {90}}}};
+    {{QStringLiteral("eventsTable"), {120, 80, 300}}, {QStringLiteral("fileThreatsTable"), {90}}},
+    {{QStringLiteral("eventsTable"),
+      {{QStringLiteral("COL2"), QStringLiteral("COL1")}, {QStringLiteral("-COL2")}}}}};
 
 TEST_F(WindowMemoryTest, IsEmptyAtFirst) {
     EXPECT_EQ(WindowMemory(path()).load(), WindowPlacement{});
@@ -43,8 +45,8 @@ TEST_F(WindowMemoryTest, GivesBackWhatAnEarlierRunSaved) {
 TEST_F(WindowMemoryTest, TheLastOfSeveralWritesCounts) {
     {
         WindowMemory memory(path());
-        memory.save(WindowPlacement{QByteArray("1"), {}, {}});
-        memory.save(WindowPlacement{QByteArray("2"), {}, {}});
+        memory.save(WindowPlacement{QByteArray("1"), {}, {}, {}});
+        memory.save(WindowPlacement{QByteArray("2"), {}, {}, {}});
         memory.save(somePlacement);
     }
     EXPECT_EQ(WindowMemory(path()).load(), somePlacement);
@@ -75,6 +77,19 @@ TEST_F(WindowMemoryTest, DamagedFilesLeaveWhatIsDamagedEmpty) {
     }
     EXPECT_EQ(loadFrom(R"({"geometry":5,"columns":{"a":[0],"b":[50,60]}})").columnWidths,
               (QMap<QString, QList<int>>{{QStringLiteral("b"), {50, 60}}}));
+}
+
+TEST_F(WindowMemoryTest, OrdersThatMakeNoSenseAreNone) {
+    for (const char* order :
+         {"5", "[]", R"({"columns":5})", R"({"columns":[5]})", R"({"columns":[""]})",
+          R"({"columns":["a name of more than sixteen letters"]})", R"({"sort":[["COL1"]]})",
+          R"({"sort":{"COL1":true}})",
+          R"({"sort":["1","2","3","4","5","6","7","8","9","a","b","c","d","e","f","g","h"]})"}) {
+        EXPECT_EQ(loadFrom(QByteArray(R"({"orders":{"a":)") + order + "}}"), WindowPlacement{})
+            << order;
+    }
+    EXPECT_EQ(loadFrom(R"({"orders":{"a":{"columns":[0],"sort":["COL1"]}}})").orders,
+              (QMap<QString, TableOrder>{{QStringLiteral("a"), {{}, {QStringLiteral("COL1")}}}}));
 }
 
 TEST_F(WindowMemoryTest, IsTheUsersAloneWhateverTheUmask) {

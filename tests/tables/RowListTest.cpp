@@ -68,5 +68,36 @@ TEST(RowList, TruncatingABatchInItsOwnOrderKeepsItsFirstRows) {
     EXPECT_EQ(file(rows, 2), u"1"_s);
 }
 
+TEST(RowList, UnsortedItsRowsStandAsTheyCame) {
+    RowList rows(numberedRows(3, u"a"_s));
+    rows.prepend(numberedRows(1, u"b"_s));
+    rows.prepend(numberedRows(2, u"c"_s));
+    const auto texts = [&rows] {
+        QStringList all;
+        for (std::size_t row = 0; row < rows.size(); ++row) {
+            all << file(rows, row);
+        }
+        return all.join(u' ');
+    };
+    EXPECT_EQ(texts(), u"c0 c1 b0 a0 a1 a2"_s);
+    rows.sort({{RowKey::File, false}});
+    EXPECT_EQ(texts(), u"c1 c0 b0 a2 a1 a0"_s);
+    rows.sort({{RowKey::File, true}});
+    rows.truncate(4); // without c0 and c1, whose batch goes
+    rows.prepend(numberedRows(1, u"d"_s));
+    rows.sort({{RowKey::File, true}});
+    rows.unsort();
+    EXPECT_EQ(texts(), u"d0 b0 a0 a1 a2"_s);
+}
+
+TEST(RowList, ASortOfOneLeavesItsCopyAsItIs) {
+    RowList rows(numberedRows(2, u"a"_s));
+    rows.sort({{RowKey::File, false}});
+    const RowList copy = rows;
+    rows.sort({{RowKey::File, true}});
+    EXPECT_EQ(file(copy, 0), u"a1"_s);
+    EXPECT_EQ(file(rows, 0), u"a0"_s);
+}
+
 } // namespace
 } // namespace korvale
