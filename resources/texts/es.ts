@@ -342,7 +342,7 @@
         <translation>¿Qué significa esto?</translation>
     </message>
     <message id="HPS_WhyAgentAway">
-        <translation>El agente de protección no está en ejecución</translation>
+        <translation>El agente de protección no está activo</translation>
     </message>
     <message id="HPS_WhyConnectionUnknown">
         <translation>El agente funciona; no se ha encontrado nada nuevo</translation>

@@ -26,11 +26,6 @@ class ExportCase(WindowCase):
         self.open_window()
         self.go_to("HPS_Threats", 3)
 
-    def windows(self):
-        """All that the program has on the screen, menus too."""
-        return set(self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.details.pid)],
-                                    check=False).split())
-
     def choose(self, entry):
         """An entry of the menu that Control+S opens, by keyboard."""
         before = self.windows()

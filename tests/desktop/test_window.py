@@ -115,6 +115,42 @@ class Window(WindowCase):
         geometry = self.desktop.run(["xdotool", "getwindowgeometry", window])
         self.assertIn("1000x610", geometry)
 
+    def left_of_title(self, key):
+        return json.loads(self.read(f"place:{text(key)}"))[0]
+
+    def choose_of_title(self, key, *keys):
+        """Opens the menu of a title and plays keys in it."""
+        x, y = json.loads(self.read(f"place:{text(key)}"))
+        before = self.windows()
+        self.desktop.run(["xdotool", "mousemove", str(x), str(y), "click", "3"])
+        wait_until(lambda: self.windows() - before, "the menu")
+        self.press(*keys)
+
+    def is_arranged(self, first, second, *names):
+        return self.left_of_title(first) < self.left_of_title(second) and \
+            [row[0] for row in self.cells()] == list(names)
+
+    def test_order_of_columns_and_rows_is_remembered_until_it_is_reset(self):
+        self.publish("threat /tmp/c.exe 1 id-1", "threat /tmp/a.exe 1 id-2", "threat /tmp/b.exe 1 id-3")
+        self.open_window()
+        self.go_to("HPS_Threats", 3)
+        x, y = json.loads(self.read(f"place:{text('HPS_ColFile')}"))
+        self.desktop.run(["xdotool", "mousemove", str(x), str(y), "click", "1"])
+        self.choose_of_title("HPS_ColCategory", "Down", "Return")  # to the left
+        arranged = ("HPS_ColCategory", "HPS_ColFile", "a.exe", "b.exe", "c.exe")
+        wait_until(lambda: self.is_arranged(*arranged), "the order")
+        self.restarted()
+        self.open_window()
+        self.go_to("HPS_Threats", 3)
+        self.assertTrue(self.is_arranged(*arranged))
+        self.choose_of_title("HPS_ColCategory", "Up", "Return")  # the last entry
+        at_first = ("HPS_ColFile", "HPS_ColCategory", "c.exe", "a.exe", "b.exe")
+        wait_until(lambda: self.is_arranged(*at_first), "the first order")
+        self.restarted()
+        self.open_window()
+        self.go_to("HPS_Threats", 3)
+        self.assertTrue(self.is_arranged(*at_first))
+
     def test_dragging_the_logo_moves_the_window(self):
         window = self.open_window()
 

@@ -77,6 +77,11 @@ class WindowCase(DesktopCase):
     def window(self):
         return window_of(self.desktop, self.details)
 
+    def windows(self):
+        """All that the program has on the screen, menus too."""
+        return set(self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.details.pid)],
+                                    check=False).split())
+
     def open_window(self):
         self.status_item.activate()
         window = wait_until(self.window, "the window")

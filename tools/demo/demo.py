@@ -75,6 +75,7 @@ class Headless:
         self.connect_agent()
         self.find_a_threat(folder, notified)
         self.open_the_window(folder)
+        self.export_the_rows(folder)
         self.show_what_bubbles_said()
         self.choose_a_folder()
         self.end()
@@ -127,6 +128,32 @@ class Headless:
                     self.session.run(["xdotool", "key", "--window", window, "ctrl+Next"])
                 wait_until(lambda key=key: self.tab_shows_rows(key), "rows in the tab")
             self.shot(f"window-{name}")
+
+    def export_the_rows(self, folder):
+        target = folder.parent / "threats.csv"
+        self.session.play("key", "ctrl+Next")
+        with self.steps.step("Ctrl+S offers to write the rows to a file"):
+            wait_until(lambda: self.tab_shows_rows("HPS_Threats"), "the first tab")
+            before = self.windows()
+            self.session.play("key", "ctrl+s")
+            wait_until(lambda: self.windows() - before, "the menu")
+        self.shot("export-menu")
+        with self.steps.step("they are in the file that was chosen, and a line says so"):
+            self.session.play("key", "Return")
+            dialog = wait_until(lambda: self.windows(text("HPS_ExportTitle")), "the dialog").pop()
+            self.session.run(["xdotool", "windowactivate", "--sync", dialog])
+            self.session.play("key", "ctrl+a")
+            self.session.play("type", str(target))
+            self.session.play("key", "Return")
+            wait_until(lambda: str(target) in self.read("tree"), "the line")
+            if not target.read_text().startswith("file,category,"):
+                raise SessionError("no list in the file")
+        self.shot("export-done")
+
+    def windows(self, name=""):
+        """All that the program has on the screen, menus too."""
+        return set(self.session.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.program.pid), "--name",
+                                     name], check=False).split())
 
     def show_what_bubbles_said(self):
         self.agent.tell('consumer-notification "Please restart this device tonight." https://korvale.example/restart')
