@@ -2,6 +2,9 @@
 
 #include "platform/SmallFile.h"
 
+#include <QByteArray>
+#include <QList>
+
 #include <algorithm>
 #include <cstdlib>
 #include <malloc.h>
