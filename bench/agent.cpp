@@ -3,6 +3,8 @@
 //   korvale-bench-agent scan CLAMD_CONFIGURATION CACHE TREE   one scan; a line of figures
 //   korvale-bench-agent remember CACHE COUNT                   as many clean files in the cache
 //   korvale-bench-agent recall CACHE COUNT                     asks for all of them; KiB of memory
+//   korvale-bench-agent starts PROGRAM OTHER COUNT             starts both in turn; nanoseconds,
+//   two medians
 
 #include "agent/base/Log.h"
 #include "agent/engine/BuiltInEngine.h"
@@ -11,11 +13,17 @@
 #include "agent/scan/ScanJob.h"
 #include "agent/store/VerdictCache.h"
 
+#include <algorithm>
+#include <array>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <future>
+#include <spawn.h>
 #include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 using namespace korvale::agent;
@@ -110,6 +118,35 @@ int recall(const std::string& cacheFile, std::uint64_t number) {
     return 0;
 }
 
+/// From asking for the program until it has ended.
+std::int64_t startOnce(const char* program) {
+    std::array<char*, 2> arguments{const_cast<char*>(program), nullptr};
+    const auto begin = std::chrono::steady_clock::now();
+    pid_t pid = 0;
+    int status = -1;
+    if (::posix_spawn(&pid, program, nullptr, nullptr, arguments.data(), environ) != 0 ||
+        ::waitpid(pid, &status, 0) != pid || status != 0) {
+        std::fprintf(stderr, "%s does not run\n", program);
+        std::exit(1);
+    }
+    return std::chrono::nanoseconds(std::chrono::steady_clock::now() - begin).count();
+}
+
+int starts(const char* program, const char* other, std::uint64_t number) {
+    std::array<std::vector<std::int64_t>, 2> taken;
+    for (std::uint64_t i = 0; i < number; ++i) {
+        taken[0].push_back(startOnce(program));
+        taken[1].push_back(startOnce(other));
+    }
+    for (auto& times : taken) {
+        std::nth_element(times.begin(),
+                         times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2),
+                         times.end());
+        std::printf("%lld\n", static_cast<long long>(times[times.size() / 2]));
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -123,6 +160,9 @@ int main(int argc, char** argv) {
     }
     if (arguments.size() == 3 && arguments[0] == "recall") {
         return recall(arguments[1], std::strtoull(arguments[2].c_str(), nullptr, 10));
+    }
+    if (arguments.size() == 4 && arguments[0] == "starts") {
+        return starts(argv[2], argv[3], std::strtoull(argv[4], nullptr, 10));
     }
     std::fputs("see the head of bench/agent.cpp\n", stderr);
     return 2;

@@ -43,17 +43,19 @@ def wait_until(condition, what, timeout=120, pause=0.02):
 class Clamd:
     """The engine with a small database of its own; started anew it has forgotten all it saw."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, user="root", further=""):
         self.folder = folder
         self.configuration = folder / "clamd.conf"
         self.process = None
-        signatures = folder / "signatures"
+        signatures, temporary = folder / "signatures", folder / "temporary"
         signatures.mkdir()
+        temporary.mkdir()
+        shutil.chown(temporary, user)  # without it the engine calls everything clean
         (signatures / "bench.ndb").write_text("Korvale.Bench.Bad:0:*:" + b"korvale bench bad content".hex() + "\n")
         # Enough threads for both cores, and the limits of Debian's configuration.
         self.configuration.write_text(
-            f"LocalSocket {self.socket}\nDatabaseDirectory {signatures}\nForeground yes\nUser root\n"
-            "MaxThreads 4\nMaxFileSize 25M\nMaxScanSize 100M\n")
+            f"LocalSocket {self.socket}\nDatabaseDirectory {signatures}\nForeground yes\nUser {user}\n"
+            f"TemporaryDirectory {temporary}\nMaxThreads 4\nMaxFileSize 25M\nMaxScanSize 100M\n" + further)
 
     @property
     def socket(self):
@@ -172,14 +174,14 @@ def private_bus(folder):
 class Agent:
     """The service itself, with a service manager that expects a sign of life every five seconds."""
 
-    def __init__(self, binaries, folder, address, clamd):
+    def __init__(self, binaries, folder, address, clamd, further=""):
         self.state = folder / "state"
         self.state.mkdir()
         configuration = folder / "agent.toml"
         configuration.write_text(
             f'[folders]\nhost_cache = "{folder}/HostCache"\nupdater_status = "{folder}/status"\n'
             f'state = "{self.state}"\nquarantine = "{folder}/quarantine"\n'
-            f'[engine]\nconfiguration = "{clamd.configuration}"\nunits = []\n')
+            f'[engine]\nconfiguration = "{clamd.configuration}"\nunits = []\n{further}')
         self.notify = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
         self.notify.bind(str(folder / "notify"))
         self.ready = threading.Event()

@@ -45,10 +45,12 @@ def on_desktop(names, binaries, folder, quick, take):
 
 def measure_agent(options, binaries, folder, take):
     import agent_measures
+    import watch_measures
 
-    reason = agent_measures.missing()
+    reason = agent_measures.missing() or watch_measures.missing()
     if not reason:
         take(agent_measures.agent(binaries, folder, options.quick))
+        take(watch_measures.watch(binaries, folder, options.quick))
     elif options.only:
         sys.exit(f"bench: {reason}.")
     else:

@@ -92,6 +92,7 @@ private:
     QTimer m_tooLate; ///< for a new guard to be ready
     bool m_ending = false;
     std::uint64_t m_ping = 0;
+    bool m_asksGuard = false; ///< a ping is out since the last look at the guard
     // The threads, in the order in which they need each other.
     std::unique_ptr<Starts> m_starts;
     std::unique_ptr<WrittenFiles> m_files;
