@@ -37,6 +37,21 @@ public:
         return ScratchMount(folder, made);
     }
 
+    /// `below` is an empty folder on a file system that can carry one.
+    static ScratchMount overlay(const std::string& folder, const std::string& below) {
+        for (const char* const part : {"/lower", "/upper", "/work"}) {
+            std::filesystem::create_directory(below + part);
+        }
+        const std::string options =
+            "lowerdir=" + below + "/lower,upperdir=" + below + "/upper,workdir=" + below + "/work";
+        const int mounted = ::mount("scratch", folder.c_str(), "overlay", 0, options.c_str());
+        return ScratchMount(folder, mounted == 0);
+    }
+    /// A program serves it, out of the folder `below`.
+    static ScratchMount fuse(const std::string& folder, const std::string& below) {
+        return ScratchMount(folder, run("bindfs '" + below + "' '" + folder + "' >/dev/null 2>&1"));
+    }
+
     ScratchMount(ScratchMount&& other) noexcept
         : m_folder(std::move(other.m_folder)), m_mounted(std::exchange(other.m_mounted, false)) {}
     ScratchMount& operator=(ScratchMount&&) = delete;

@@ -56,8 +56,10 @@ protected:
 
     void start() {
         m_ear->heard.clear();
-        m_process.start(QStringLiteral(KORVALE_AGENT),
-                        {QStringLiteral("--config"), m_folder.path(QStringLiteral("agent.toml"))});
+        QStringList command = m_wrapper;
+        command += {QStringLiteral(KORVALE_AGENT), QStringLiteral("--config"),
+                    m_folder.path(QStringLiteral("agent.toml"))};
+        m_process.start(command.takeFirst(), command);
         ASSERT_TRUE(m_process.waitForStarted());
         ASSERT_TRUE(heard("com.korvale.agent.running"));
     }
@@ -122,6 +124,7 @@ protected:
     }
 
     QByteArray m_units = "[]"; ///< of the engine, as the configuration has them
+    QStringList m_wrapper;     ///< runs the agent, in the same process
     TestFolder m_folder;
     PrivateBus m_bus;
     std::unique_ptr<sim::BusEar> m_ear;
