@@ -7,6 +7,8 @@
 #include "shell/WindowActivation.h"
 #include "tables/WindowLook.h"
 
+#include <QDir>
+
 namespace korvale {
 
 FolderScanChooser::FolderScanChooser(const Resources& resources, AgentCommands& commands,
@@ -30,6 +32,8 @@ void FolderScanChooser::scanSpecificFolder(const QString& activationToken) {
         // Deletes itself when closed; until then this object owns it.
         m_dialog = new QFileDialog(nullptr, localizedText("ChooseFolderTitle"));
         m_dialog->setAttribute(Qt::WA_DeleteOnClose);
+        m_dialog->setWindowIcon(m_resources.getImage(image::appIcon));
+        m_dialog->setDirectory(QDir::homePath()); // whoever started the program may be anywhere
         m_dialog->setFileMode(QFileDialog::Directory);
         m_dialog->setOption(QFileDialog::ShowDirsOnly);
         m_dialog->setSupportedSchemes({QStringLiteral("file")}); // the agent scans this machine

@@ -91,7 +91,8 @@ std::optional<NotificationRecords> notificationRecords(const QByteArray& json) {
         return std::nullopt;
     }
     NotificationRecords records;
-    for (const QJsonValue& value : document.array()) {
+    const QJsonArray array = document.array();
+    for (const QJsonValueConstRef value : array) {
         if (const auto record = recordFrom(value)) {
             records.append(*record);
         } else {

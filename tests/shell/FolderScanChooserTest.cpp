@@ -46,6 +46,7 @@ TEST_F(FolderScanChooserTest, LetsOneFolderBeChosenWithoutHoldingUpAnything) {
     EXPECT_EQ(dialog.fileMode(), QFileDialog::Directory);
     EXPECT_TRUE(dialog.testOption(QFileDialog::ShowDirsOnly));
     EXPECT_FALSE(dialog.isModal());
+    EXPECT_EQ(dialog.directory(), QDir::home());
     EXPECT_TRUE(forwarded.isEmpty());
 }
 

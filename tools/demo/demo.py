@@ -161,6 +161,8 @@ class Headless:
             self.session.run(["xdotool", "key", "ctrl+n"])
             wait_until(lambda: "invoice_2026.pdf.exe" in self.read("tree")
                        and text("NotificationActionOpenLink") in self.read("tree"), "what they said")
+            window = self.session.run(["xdotool", "getactivewindow"]).strip()
+            self.session.run(["xdotool", "windowmove", "--sync", window, "400", "330"])
         self.shot("notifications")
         self.session.run(["xdotool", "key", "Escape"])
 
