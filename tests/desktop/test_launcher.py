@@ -22,7 +22,7 @@ class Launcher(DesktopCase):
         super().setUpClass()
         service = (PROJECT / "packaging" / f"{NAME}.service.in").read_text()
         (cls.desktop.folder / "services" / f"{NAME}.service").write_text(
-            service.replace("@CMAKE_INSTALL_FULL_BINDIR@", str(BINARIES)))
+            service.replace("@KORVALE_BINDIR@", str(BINARIES)))
 
     def setUp(self):
         super().setUp()

@@ -69,6 +69,10 @@ class InstalledFiles(unittest.TestCase):
         self.assertRegex(info["CFBundleShortVersionString"], r"^\d+\.\d+\.\d+$")
         self.assertNotIn("@", json.dumps(info))
 
+    def test_the_bus_starts_the_installed_program(self):
+        service = (self.root / "usr/share/dbus-1/services/com.korvale.ui.service").read_text()
+        self.assertIn("\nExec=/usr/bin/korvale-ui\n", service)
+
     def test_the_installed_program_finds_its_own_share_folder(self):
         done = subprocess.run([self.root / "usr/bin/korvale-ui", "--version"], check=True,
                               capture_output=True, text=True, timeout=20)
