@@ -53,7 +53,7 @@ class WithoutPortal(ExportCase):
         self.desktop.run(["xdotool", "windowactivate", "--sync", dialog])
         wait_until(lambda: "threats.csv" in self.read("texts"), "the offered name")
         self.press("ctrl+a")
-        self.desktop.run(["xdotool", "type", str(folder / "mine.csv")])
+        self.desktop.run(["xdotool", "type", "mine.csv"])  # in the home folder
         self.press("Return")
         self.wait_sentence("HPS_ExportDone", str(folder / "mine.csv"), "2")
         rows = self.rows(folder / "mine.csv")

@@ -142,8 +142,7 @@ class Headless:
             self.session.play("key", "Return")
             dialog = wait_until(lambda: self.windows(text("HPS_ExportTitle")), "the dialog").pop()
             self.session.run(["xdotool", "windowactivate", "--sync", dialog])
-            self.session.play("key", "ctrl+a")
-            self.session.play("type", str(target))
+            wait_until(lambda: target.name in self.read("texts"), "the offered name")
             self.session.play("key", "Return")
             wait_until(lambda: str(target) in self.read("tree"), "the line")
             if not target.read_text().startswith("file,category,"):
