@@ -179,6 +179,9 @@
     <message id="HPS_Find">
         <translation>Suchen</translation>
     </message>
+    <message id="HPS_FindClear">
+        <translation>Alle Zeilen zeigen</translation>
+    </message>
     <message id="HPS_FindCount">
         <translation>%@ von %@</translation>
     </message>

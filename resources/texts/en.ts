@@ -179,6 +179,9 @@
     <message id="HPS_Find">
         <translation>Find</translation>
     </message>
+    <message id="HPS_FindClear">
+        <translation>Show all rows</translation>
+    </message>
     <message id="HPS_FindCount">
         <translation>%@ of %@</translation>
     </message>

@@ -179,6 +179,9 @@
     <message id="HPS_Find">
         <translation>Buscar</translation>
     </message>
+    <message id="HPS_FindClear">
+        <translation>Mostrar todas las filas</translation>
+    </message>
     <message id="HPS_FindCount">
         <translation>%@ de %@</translation>
     </message>

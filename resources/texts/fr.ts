@@ -179,6 +179,9 @@
     <message id="HPS_Find">
         <translation>Rechercher</translation>
     </message>
+    <message id="HPS_FindClear">
+        <translation>Afficher toutes les lignes</translation>
+    </message>
     <message id="HPS_FindCount">
         <translation>%@ sur %@</translation>
     </message>

@@ -179,6 +179,9 @@
     <message id="HPS_Find">
         <translation>検索</translation>
     </message>
+    <message id="HPS_FindClear">
+        <translation>すべての行を表示</translation>
+    </message>
     <message id="HPS_FindCount">
         <translation>%@ / %@</translation>
     </message>

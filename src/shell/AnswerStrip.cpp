@@ -7,6 +7,7 @@
 #include "shell/ToolTipReach.h"
 #include "tables/WindowLook.h"
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -80,6 +81,9 @@ void AnswerStrip::makeFind() {
     m_find->setAccessibleName(localizedText("HPS_Find"));
     setPlainToolTip(*m_find, localizedText("HPS_FindHint"));
     m_find->setClearButtonEnabled(true);
+    if (auto* clearButton = m_find->findChild<QAbstractButton*>()) {
+        clearButton->setAccessibleName(localizedText("HPS_FindClear"));
+    }
     m_find->setMaxLength(look::findLength);
     const int character = m_find->fontMetrics().averageCharWidth();
     m_find->setMinimumWidth(character * look::fewestFindCharacters);

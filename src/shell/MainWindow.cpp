@@ -218,6 +218,9 @@ void MainWindow::setStatusMessage(const QString& text, const QString& toolTip) {
     // A label's name is its text; while there is none it is still a control with a name.
     label.setAccessibleName(text.isEmpty() ? localizedText("HPS_StatusLine") : QString());
     setPlainToolTip(label, toolTip);
+    if (text.isEmpty()) {
+        label.setAccessibleDescription({}); // the tooltip that stays tells of what was
+    }
 }
 
 void MainWindow::setDeviceName(const QString& name) {

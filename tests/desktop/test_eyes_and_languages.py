@@ -1,8 +1,11 @@
 """The whole program in other languages, in the other direction, and on sharp screens."""
 import json
 import os
+import subprocess
 
 from at_home import PICTURES
+from desktop_case import DesktopCase
+from desktop_session import BINARIES
 from window_case import READER, WindowCase, text, wait_until, window_of
 
 TABS = ("HPS_Threats", "HPS_Exploits", "HPS_Events", "HPS_ExternalDevices")
@@ -71,25 +74,88 @@ class Languages(SpokenCase):
 
 
 class Scales(SpokenCase):
-    """With twice and one and a half times the pixels."""
+    """With twice and one and a half times the pixels. The toolkit tells screen readers positions before its scaling
+    (ToolkitPositions below), so all of them are to be multiplied."""
 
     def check(self, factor):
+        self.factor = float(factor)
         self.opened(QT_SCALE_FACTOR=factor, QT_SCALE_FACTOR_ROUNDING_POLICY="PassThrough")
         self.picture(f"window-{factor}")
         wait_until(lambda: self.current_tab()[1] == 1, "the row")
+        self.check_keys()
+        self.check_focus()
+        self.check_positions()
+        nameless = {role for role, name, _ in self.tree() if not name} & {"push button", "page tab", "table", "image"}
+        self.assertEqual(nameless, set())
+        self.press("Escape", "Escape")
+        wait_until(lambda: window_of(self.desktop, self.details) is None, "the window to go")
+
+    def check_keys(self):
         self.press("ctrl+Next")
         self.wait_tab(text("HPS_Exploits") + " ", 0)
         self.press("ctrl+Prior")
         self.wait_tab(text("HPS_Threats") + " ", 1)
         self.press("Down")
         self.assertIn("見積書.xlsx", "\n".join(self.copied()))
-        nameless = {role for role, name, _ in self.tree() if not name} & {"push button", "page tab", "table", "image"}
-        self.assertEqual(nameless, set())
-        self.press("Escape")
-        wait_until(lambda: window_of(self.desktop, self.details) is None, "the window to go")
 
-    def test_the_window_is_worked_by_keyboard_at_twice_the_size(self):
+    def check_focus(self):
+        """Tab reaches everything that can have the keyboard, the tab bar standing for its tabs."""
+        reached = set()
+        begin = focus = self.read("focus")
+        while True:
+            self.press("Tab")
+            wait_until(lambda before=focus: self.read("focus") != before, "the focus to go on")
+            focus = self.read("focus")
+            reached |= {name for _, name in json.loads(focus)}
+            if focus == begin:
+                break
+        wanted = {name for role, name in json.loads(self.read("focusable")) if role != "page tab"}
+        self.assertLessEqual(wanted, reached)
+
+    def click_at(self, place):
+        x, y = (round(value * self.factor) for value in json.loads(place))
+        self.desktop.play("mousemove", x, y, "click", 1)
+
+    def check_positions(self):
+        """What stands where it is said to be gets the click."""
+        for key in (*TABS[1:], TABS[0]):
+            name = next(name for role, name, _ in self.tree() if role == "page tab" and name.startswith(text(key)))
+            self.click_at(self.read(f"place:{name}"))
+            wait_until(lambda key=key: self.current_tab()[0].startswith(text(key)), f"the tab {key}")
+        self.click_at(self.read("cell:0"))
+        self.assertIn("見積書.xlsx", "\n".join(self.copied()))
+        self.click_at(self.read(f"place:{text('HPS_Find')}"))
+        self.desktop.play("type", "nowhere")
+        wait_until(lambda: self.current_tab()[1] == 0, "the rows to be left out")
+
+    def test_the_window_is_worked_by_keyboard_and_by_reported_places_at_twice_the_size(self):
         self.check("2")
 
-    def test_the_window_is_worked_by_keyboard_at_one_and_a_half_times_the_size(self):
+    def test_the_window_is_worked_by_keyboard_and_by_reported_places_at_one_and_a_half_times_the_size(self):
         self.check("1.5")
+
+
+class ToolkitPositions(DesktopCase):
+    """A program of ten lines, without any of ours. When this fails, the toolkit has been mended."""
+    parts = {"accessibility": True, "panel": False}
+
+    def test_are_those_before_scaling(self):
+        said = {factor: self.middle(factor) for factor in ("1", "2")}
+        self.assertEqual(said["1"], [200, 150])
+        self.assertEqual(said["2"], said["1"])
+
+    def middle(self, factor):
+        """Where the button's middle is said to be, once its X window has the scaled size."""
+        environment = {**self.desktop.env, "QT_SCALE_FACTOR": factor}
+        with subprocess.Popen([BINARIES.parent / "tests" / "toolkit_positions"], env=environment) as probe:
+            self.addCleanup(probe.kill)
+            size = f"{200 * int(factor)}x{100 * int(factor)}"
+            wait_until(lambda: size in self.geometry(probe.pid), "the button")
+            place = wait_until(lambda: self.desktop.run(["/usr/bin/python3", READER, str(probe.pid), "place:probe"],
+                                                        check=False), "the accessible button")
+            probe.kill()
+            return json.loads(place)
+
+    def geometry(self, pid):
+        found = self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid", str(pid)], check=False).split()
+        return self.desktop.run(["xdotool", "getwindowgeometry", found[0]], check=False) if found else ""

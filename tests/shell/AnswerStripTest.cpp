@@ -6,6 +6,7 @@
 #include "tables/ThreatsTableView.h"
 #include "tables/WindowLook.h"
 
+#include <QAbstractButton>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -133,6 +134,13 @@ TEST_F(FindFieldTest, ControlFTakesTheFocusThereAndEscapeClearsBeforeItCloses) {
     EXPECT_TRUE(window.isVisible());
     QTest::keyClick(tabView().currentWidget(), Qt::Key_Escape);
     EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(FindFieldTest, TheButtonThatEmptiesItHasAName) {
+    shownWindow();
+    const auto* button = field().findChild<QAbstractButton*>();
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(button->accessibleName(), u"HPS_FindClear");
 }
 
 TEST_F(FindFieldTest, ABatchLosesNeitherTheTextNorTheFocus) {

@@ -273,6 +273,15 @@ struct Described {
 };
 
 /// Parts that are only looked at, and what their tooltips say.
+TEST_F(MainWindowTest, WhatTheStatusLineNoLongerSaysIsNotReadAloud) {
+    MainWindow& window = shownWindow();
+    window.setStatusMessage(QStringLiteral("away"), QStringLiteral("away"));
+    window.setStatusMessage({}, QStringLiteral("away"));
+    const QLabel& line = part<QLabel>("bottomStatusLbl");
+    EXPECT_EQ(line.accessibleDescription(), QString());
+    EXPECT_TRUE(line.toolTip().contains(u"away")) << "the tooltip stays";
+}
+
 class ToolTipReachTest : public MainWindowTest {
 protected:
     void SetUp() override {

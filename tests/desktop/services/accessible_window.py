@@ -6,6 +6,7 @@ tree: every accessible on screen as one JSON line: depth, role, name, descriptio
 texts: what stands in the text fields, as a JSON list.
 cells: the current table's cells as a JSON list of rows; tips: their descriptions.
 titles: the current table's column titles as a JSON list.
+focus: role and name of what has the keyboard, as JSON; focusable: the same of all that can have it.
 place:NAME: the middle of the first thing of that name on the screen, as JSON.
 cell:N: the middle of the first cell of the current table's row N on the screen, as JSON.
 """
@@ -78,6 +79,17 @@ def named(node, name):
     return next(filter(None, (named(child, name) for child in children(node))), None)
 
 
+def with_state(node, state):
+    """Role and name of everything on screen in that state, but for tables' cells."""
+    states = node.get_state_set()
+    if not states.contains(Atspi.StateType.SHOWING) and node.get_role() != Atspi.Role.APPLICATION:
+        return []
+    own = [[node.get_role_name(), node.get_name()]] if states.contains(state) else []
+    if node.get_role() == Atspi.Role.TABLE:
+        return own
+    return own + [found for child in children(node) for found in with_state(child, state)]
+
+
 def field_texts(node):
     if node.get_role() == Atspi.Role.TEXT:
         return [Atspi.Text.get_text(node, 0, Atspi.Text.get_character_count(node))]
@@ -92,6 +104,10 @@ def main():
         return
     if what == "texts":
         print(json.dumps(field_texts(app)))
+        return
+    if what in ("focus", "focusable"):
+        state = Atspi.StateType.FOCUSED if what == "focus" else Atspi.StateType.FOCUSABLE
+        print(json.dumps(with_state(app, state)))
         return
     if what.startswith("place:"):
         print(json.dumps(middle(named(app, what.partition(":")[2]))))
