@@ -45,9 +45,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
 endif()
 
-# Lists of a million rows are read, folded, sorted and searched in these rooms; the others run a few times
-# a second at most and are built for size.
-set(KORVALE_FAST_ROOMS model tables)
+# The lower rooms and the tables read, fold, sort and search lists of a million rows, and all menu entries
+# at the start; what the others do, they do a few times a second at most: they are built for size.
+set(KORVALE_SMALL_ROOMS agent_link shell core)
 
 # korvale_room(NAME SOURCES... LINK...): one library per folder of src/, named after it.
 function(korvale_room name)
@@ -58,10 +58,10 @@ function(korvale_room name)
     korvale_${name}
     PUBLIC ${ROOM_LINK}
     PRIVATE korvale_flags ${ROOM_PRIVATE_LINK})
-  if(name IN_LIST KORVALE_FAST_ROOMS)
-    target_precompile_headers(korvale_${name} REUSE_FROM korvale_room_headers)
-  else()
+  if(name IN_LIST KORVALE_SMALL_ROOMS)
     target_compile_options(korvale_${name} PRIVATE $<$<CONFIG:Release>:-Os>)
     target_precompile_headers(korvale_${name} REUSE_FROM korvale_small_room_headers)
+  else()
+    target_precompile_headers(korvale_${name} REUSE_FROM korvale_room_headers)
   endif()
 endfunction()

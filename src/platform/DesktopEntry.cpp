@@ -1,21 +1,40 @@
 #include "platform/DesktopEntry.h"
 
-#include <QByteArrayView>
 #include <QList>
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 namespace korvale {
 namespace {
 
+QByteArray bytes(std::string_view text) {
+    return {text.data(), static_cast<qsizetype>(text.size())};
+}
+
+bool isBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+/// Without the blanks at both ends.
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
 /// Undoes the escapes that every text value may have.
-QByteArray unescaped(QByteArrayView value) {
-    if (!value.contains('\\')) { // nearly always
-        return value.toByteArray();
+QByteArray unescaped(std::string_view value) {
+    if (value.find('\\') == std::string_view::npos) { // nearly always
+        return bytes(value);
     }
     QByteArray result;
-    for (qsizetype i = 0; i < value.size(); ++i) {
+    for (std::size_t i = 0; i < value.size(); ++i) {
         if (value[i] != '\\' || i + 1 == value.size()) {
             result += value[i];
             continue;
@@ -59,29 +78,26 @@ QByteArray firstWord(const QByteArray& commandLine) {
 }
 
 /// How much "Name[language]" is wanted: 0 most; one past the last is the plain "Name".
-std::size_t languageRank(QByteArrayView key, const std::vector<QByteArray>& languages) {
+std::size_t languageRank(std::string_view key, const std::vector<QByteArray>& languages) {
     const auto found =
-        std::find_if(languages.begin(), languages.end(),
-                     [key](const QByteArray& language) { return QByteArrayView(language) == key; });
+        std::find_if(languages.begin(), languages.end(), [key](const QByteArray& language) {
+            return std::string_view(language.constData(),
+                                    static_cast<std::size_t>(language.size())) == key;
+        });
     return static_cast<std::size_t>(std::distance(languages.begin(), found));
 }
 
-/// Whether a line may hold a key that is read here. Most are translations of other keys, and all
-/// entries of the desktop are read at every start.
-bool mayMatter(QByteArrayView line) {
-    switch (line.isEmpty() ? '\n' : line.front()) {
+/// Whether a line that begins so may hold a key that is read here. Most are translations of other
+/// keys, and all entries of the desktop are read at every start.
+bool mayMatter(char first) {
+    switch (first) {
     case 'E': // Exec
     case 'H': // Hidden
     case 'N': // Name, NoDisplay
     case 'T': // Type
-    case ' ':
-    case '\t':
-    case '\v':
-    case '\f':
-    case '\r':
         return true;
     default:
-        return false;
+        return isBlank(first);
     }
 }
 
@@ -91,13 +107,13 @@ public:
     explicit Reader(const std::vector<QByteArray>& languages)
         : m_languages(languages), m_rank(languages.size() + 1) {}
 
-    void read(QByteArrayView line) {
-        const qsizetype equals = line.indexOf('=');
-        if (equals <= 0) {
+    void read(std::string_view line) {
+        const std::size_t equals = line.find('=');
+        if (equals == std::string_view::npos) {
             return;
         }
-        const QByteArrayView key = line.first(equals).trimmed();
-        const QByteArrayView value = line.sliced(equals + 1).trimmed();
+        const std::string_view key = trimmed(line.substr(0, equals));
+        const std::string_view value = trimmed(line.substr(equals + 1));
         if (key == "Exec") {
             m_entry.program = firstWord(unescaped(value));
         } else if (key == "Type") {
@@ -108,8 +124,8 @@ public:
             m_entry.isShown = value != "true";
         } else if (key == "Name") {
             takeName(m_languages.size(), value);
-        } else if (key.startsWith("Name[") && key.endsWith(']')) {
-            const std::size_t rank = languageRank(key.sliced(5).chopped(1), m_languages);
+        } else if (key.starts_with("Name[") && key.ends_with(']')) {
+            const std::size_t rank = languageRank(key.substr(5, key.size() - 6), m_languages);
             if (rank < m_languages.size()) {
                 takeName(rank, value);
             }
@@ -123,7 +139,7 @@ public:
     }
 
 private:
-    void takeName(std::size_t rank, QByteArrayView value) {
+    void takeName(std::size_t rank, std::string_view value) {
         if (rank < m_rank) {
             m_rank = rank;
             m_entry.name = QString::fromUtf8(unescaped(value));
@@ -143,17 +159,19 @@ std::optional<DesktopEntry> parseDesktopEntry(const QByteArray& content,
                                               const std::vector<QByteArray>& languages) {
     Reader reader(languages);
     bool inMainGroup = false;
-    std::string_view rest(content.constData(), static_cast<std::size_t>(content.size()));
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find('\n'), rest.size());
-        const QByteArrayView line(rest.data(), static_cast<qsizetype>(end));
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-        if (line.startsWith('[')) {
+    const char* const end = content.constData() + content.size();
+    for (const char* next = content.constData(); next < end;) {
+        const auto* feed =
+            static_cast<const char*>(std::memchr(next, '\n', static_cast<std::size_t>(end - next)));
+        const std::string_view line(next, static_cast<std::size_t>((feed ? feed : end) - next));
+        next += line.size() + 1;
+        const char first = line.empty() ? '#' : line.front();
+        if (first == '[') {
             if (inMainGroup) {
                 break;
             }
-            inMainGroup = line.trimmed() == "[Desktop Entry]";
-        } else if (inMainGroup && mayMatter(line)) {
+            inMainGroup = trimmed(line) == "[Desktop Entry]";
+        } else if (inMainGroup && mayMatter(first)) {
             reader.read(line);
         }
     }

@@ -14,11 +14,21 @@ QSize sizeOf(const PictureRaster& raster) {
     return {raster.width, raster.height};
 }
 
-/// Refers to the compiled-in pixels without copying them.
 QImage imageOf(const PictureRaster& raster) {
-    const void* pixels = raster.pixels;
-    return {static_cast<const uchar*>(pixels), raster.width, raster.height,
-            QImage::Format_ARGB32_Premultiplied};
+    QImage image(sizeOf(raster), QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull()) { // no memory
+        return image;
+    }
+    void* pixels = image.bits(); // without anything between the rows: each pixel is a word
+    auto* to = static_cast<std::uint32_t*>(pixels);
+    const std::uint32_t* const end = to + std::ptrdiff_t{raster.width} * raster.height;
+    for (const std::uint32_t* from = raster.runs; to != end;) {
+        const std::uint32_t count = *from >> 1;
+        const bool isOneForAll = (*from++ & 1) != 0;
+        to = isOneForAll ? std::fill_n(to, count, *from) : std::copy_n(from, count, to);
+        from += isOneForAll ? 1 : count;
+    }
+    return image;
 }
 
 } // namespace

@@ -7,7 +7,7 @@
 
 namespace korvale {
 
-/// Draws a compiled-in picture: at its ready sizes without any decoding, at others from its
+/// Draws a compiled-in picture: at its ready sizes from their runs of pixels, at others from its
 /// drawing, for which Qt's SVG reader is loaded at the first need. Keeps the picture's proportions.
 class PictureEngine final : public QIconEngine {
 public:

@@ -8,15 +8,17 @@
 
 namespace korvale {
 
-/// One picture at one size, drawn by the build: premultiplied 32-bit ARGB in the machine's order.
+/// One picture at one size, drawn by the build: premultiplied 32-bit ARGB in the machine's order,
+/// row by row, in runs. A run is a word with twice the number of its pixels, and the pixels; or
+/// that number plus one, and one pixel that stands for all of them.
 struct PictureRaster {
     int width;
     int height;
-    const std::uint32_t* pixels; ///< width * height of them, never freed
+    const std::uint32_t* runs; ///< of width * height pixels together, never freed
 };
 
 /// A picture that is compiled in: ready pixels at the sizes that trays and tool bars ask for, so
-/// that showing one costs no decoding at start, and its drawing for every other size.
+/// that showing one needs no drawing at start, and its drawing for every other size.
 struct Picture {
     std::string_view name;
     std::span<const PictureRaster> rasters; ///< by ascending size, never empty

@@ -10,10 +10,11 @@
 #include <QSvgRenderer>
 #include <QTextStream>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <vector>
 
 namespace {
 
@@ -37,16 +38,46 @@ QImage draw(QSvgRenderer& renderer, int height) {
     return image;
 }
 
-void writePixels(QTextStream& out, const QImage& image) {
-    int column = 0;
+std::vector<quint32> pixelsOf(const QImage& image) {
+    std::vector<quint32> pixels;
     for (int y = 0; y < image.height(); ++y) {
-        const uchar* line = image.constScanLine(y);
-        for (int x = 0; x < image.width(); ++x) {
-            quint32 pixel = 0;
-            std::memcpy(&pixel, line + sizeof pixel * static_cast<std::size_t>(x), sizeof pixel);
-            out << (pixel == 0 ? QStringLiteral("0") : QStringLiteral("0x%1u").arg(pixel, 0, 16))
-                << (++column % 16 == 0 ? ",\n" : ",");
+        const void* line = image.constScanLine(y);
+        const auto* first = static_cast<const quint32*>(line);
+        pixels.insert(pixels.end(), first, first + image.width());
+    }
+    return pixels;
+}
+
+/// As korvale::PictureRaster has them.
+std::vector<quint32> runsOf(const std::vector<quint32>& pixels) {
+    constexpr std::ptrdiff_t shortest = 3; // what is worth a run of its own
+    std::vector<quint32> runs;
+    auto taken = pixels.begin();
+    const auto flush = [&](auto until) {
+        if (until != taken) {
+            runs.push_back(static_cast<quint32>(until - taken) * 2);
+            runs.insert(runs.end(), taken, until);
         }
+    };
+    for (auto same = pixels.begin(); same != pixels.end();) {
+        const auto other =
+            std::find_if(same, pixels.end(), [same](quint32 pixel) { return pixel != *same; });
+        if (other - same >= shortest) {
+            flush(same);
+            runs.push_back(static_cast<quint32>(other - same) * 2 + 1);
+            runs.push_back(*same);
+            taken = other;
+        }
+        same = other;
+    }
+    flush(pixels.end());
+    return runs;
+}
+
+void writeWords(QTextStream& out, const std::vector<quint32>& words) {
+    int column = 0;
+    for (const quint32 word : words) {
+        out << QStringLiteral("0x%1u").arg(word, 0, 16) << (++column % 16 == 0 ? ",\n" : ",");
     }
 }
 
@@ -68,9 +99,9 @@ QString writePicture(QTextStream& out, int number, int tallest, const QString& n
             break;
         }
         const QImage image = draw(renderer, height);
-        const auto array = QStringLiteral("pixels_%1_%2").arg(number).arg(height);
+        const auto array = QStringLiteral("runs_%1_%2").arg(number).arg(height);
         out << "constexpr std::uint32_t " << array << "[] = {\n";
-        writePixels(out, image);
+        writeWords(out, runsOf(pixelsOf(image)));
         out << "};\n";
         rasters +=
             QStringLiteral("{%1, %2, %3}, ").arg(image.width()).arg(image.height()).arg(array);
