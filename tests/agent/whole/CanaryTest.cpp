@@ -1,6 +1,10 @@
 #include "WatchedRun.h"
+#include "agent/base/UniqueFd.h"
 
+#include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 
 namespace korvale::agent {
@@ -104,6 +108,37 @@ TEST_F(StarvedTest, ANotifySocketThatNobodyReadsHoldsNobodyUp) {
     EXPECT_EQ(canary.failures(), 0);
     EXPECT_LT(canary.longest(), std::chrono::milliseconds(8000));
     ::close(notify);
+}
+
+TEST_F(StarvedTest, ALogThatNobodyReadsHoldsNobodyUp) {
+    KORVALE_NEEDS_CLAMD();
+    // As full as a journal's socket while the journal is stopped.
+    const std::string log = m_folder.path(QStringLiteral("log")).toStdString();
+    ASSERT_EQ(::mkfifo(log.c_str(), 0600), 0);
+    const UniqueFd reader(::open(log.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK));
+    ASSERT_GT(::fcntl(reader.get(), F_SETPIPE_SZ, 4096), 0);
+    m_process.setStandardErrorFile(QString::fromStdString(log));
+    RealClamd clamd;
+    watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
+    ASSERT_TRUE(watchedBy("execute"));
+    makeProgram(file("evil"), RealClamd::badMarker);
+    makeProgram(file("canary"));
+    Canary canary(file("canary"));
+    // Each refusal is a line of the log, until the agent's main thread waits for a reader.
+    const auto isFull = [&] {
+        int waiting = 0;
+        return ::ioctl(reader.get(), FIONREAD, &waiting) == 0 && waiting > 4096 - 80;
+    };
+    for (int count = 0; count < 500 && !isFull(); ++count) {
+        runProgram(file("evil"));
+    }
+    ASSERT_TRUE(isFull());
+    const int before = canary.songs();
+    EXPECT_TRUE(waitUntil([&] { return canary.songs() >= before + 100; }));
+    canary.end();
+    EXPECT_EQ(canary.failures(), 0);
+    EXPECT_LT(canary.longest(), std::chrono::milliseconds(8000));
+    EXPECT_EQ(runProgram(file("evil")), -EPERM) << "and what is bad is still refused";
 }
 
 } // namespace
