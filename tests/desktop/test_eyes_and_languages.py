@@ -134,6 +134,19 @@ class Scales(SpokenCase):
     def test_the_window_is_worked_by_keyboard_and_by_reported_places_at_one_and_a_half_times_the_size(self):
         self.check("1.5")
 
+    def test_larger_text_of_an_x_server_enlarges_everything(self):
+        """As the desktops' settings for large text make it: by the resolution of fonts."""
+        resources = ("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER")
+        self.desktop.run([*resources, "Xft.dpi:\t144\n"])
+        self.addCleanup(self.desktop.run, [*resources, ""])
+        self.factor = 1.5
+        window = self.opened()
+        self.picture("window-large-text")
+        hints = self.desktop.run(["xprop", "-id", window, "WM_NORMAL_HINTS"])
+        self.assertIn(f"minimum size: {560 * 3 // 2} by {320 * 3 // 2}", hints)
+        wait_until(lambda: self.current_tab()[1] == 1, "the row")
+        self.check_positions()
+
 
 class ToolkitPositions(DesktopCase):
     """A program of ten lines, without any of ours. When this fails, the toolkit has been mended."""
