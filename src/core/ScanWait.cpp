@@ -23,7 +23,11 @@ constexpr std::size_t mostShown = 100;
 } // namespace
 
 ScanWait::ScanWait(For what, QString folder, TerminalOutput& output)
-    : m_for(what), m_folder(std::move(folder)), m_output(output), m_analysedBefore(analysed()) {}
+    : m_for(what), m_folder(std::move(folder)), m_output(output), m_analysedBefore(analysed()) {
+    if (m_for == For::Findings) {
+        m_threats.emplace(m_hostCache);
+    }
+}
 
 void ScanWait::accepted() {
     m_watch.accepted(now());
@@ -91,7 +95,7 @@ void ScanWait::sayFindings() {
     if (count > 0) {
         m_output.say(localizedText("Analyzed") + u' ' + countText(count));
     }
-    const std::vector<FoundThreat> found = m_threats.below(m_folder);
+    const std::vector<FoundThreat> found = m_threats->below(m_folder);
     if (found.empty()) {
         m_output.say(localizedText("HPS_TermNothing"));
         end(TerminalStatus::good);

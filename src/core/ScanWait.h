@@ -45,7 +45,7 @@ private:
     TerminalOutput& m_output;
     IniUserDefaults m_defaults;
     HostCache m_hostCache{m_defaults};
-    FoundThreats m_threats{m_hostCache};
+    std::optional<FoundThreats> m_threats; ///< where they are wanted: the lists may be long
     std::optional<std::int64_t> m_analysedBefore;
     ScanWatch m_watch;
 };
