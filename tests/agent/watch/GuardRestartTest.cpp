@@ -99,10 +99,12 @@ TEST_F(GuardRestartTest, AnAnswerToTheOneBeforeIsNone) {
     std::atomic<bool> go = false;
     std::atomic<bool> asked = false;
     std::atomic<bool> judged = false;
+    std::atomic<bool> evilAsked = false;
     m_engine.onJudge([&](const std::string& content, std::stop_token stop) {
         const bool bad = content.ends_with("evil");
         const bool slow = content.ends_with("slow");
         asked = asked || slow;
+        evilAsked = evilAsked || bad;
         while ((slow && !go) || (bad && !judged && !stop.stop_requested())) {
             ::usleep(1000);
         }
@@ -119,6 +121,7 @@ TEST_F(GuardRestartTest, AnAnswerToTheOneBeforeIsNone) {
     ASSERT_TRUE(isLost());
     ASSERT_TRUE(checks());
     std::thread evil([this] { EXPECT_EQ(runEvil(), -EPERM); });
+    EXPECT_TRUE(waitUntil([&] { return evilAsked.load(); }));
     go = true;
     evil.join();
 }
