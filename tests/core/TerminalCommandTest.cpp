@@ -96,7 +96,7 @@ TEST_F(TerminalCommand, AnAgentThatHangsIsGivenFifteenSecondsAndEndsItWithFour) 
     timer.start();
     EXPECT_EQ(command({QStringLiteral("--scan"), m_toScan, m_more}),
               (Ending{4, {}, QStringLiteral("korvale-ui: The agent does not answer.\n")}));
-    EXPECT_GE(timer.elapsed(), 14'500);
+    EXPECT_GE(timer.elapsed(), 14'000); // the toolkit's timers may come a twentieth too early
 }
 
 TEST_F(TerminalCommand, AReplyThatIsNoneEndsItWithFour) {

@@ -472,7 +472,9 @@ TEST_F(UserNotificationsTest, AServiceThatLagsBehindGetsTheRestWhenItCatchesUp) 
     EXPECT_TRUE(own.send(QDBusMessage::createMethodCall(notificationsName(), notificationsPath(),
                                                         notificationsName(), behindThem)));
     ASSERT_TRUE(waitUntil([&] { return !server.service.callsOf(behindThem).empty(); }));
-    ASSERT_EQ(server.shown().size(), 51U);
+    ASSERT_LE(server.shown().size(), 51U);
+    ASSERT_TRUE(waitUntil([this] { return server.shown().size() == 51; }))
+        << "the first one's answer makes room for one more";
     server.service.answer = answer;
     server.service.reply(answer(server.shown().at(1)));
     EXPECT_EQ(shownArguments(200).at(4), QVariant(QStringLiteral("199")));
