@@ -97,6 +97,15 @@ QString singleLineText(const QString& text) {
     return text.size() > longestLine ? shown + ellipsis : shown;
 }
 
+QString wholeLineText(const QString& text, bool& isCut) {
+    const QString shown = visible(start(text, longestShownText), {});
+    if (text.size() <= longestShownText) {
+        return shown;
+    }
+    isCut = true;
+    return shown + ellipsis;
+}
+
 QString severalLinesText(const QString& text) {
     QString shown = start(text, longestShownText).toString();
     shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));

@@ -17,6 +17,10 @@ inline constexpr qsizetype longestShownText = 4096;
 /// `text` as it may be drawn on one line.
 [[nodiscard]] QString singleLineText(const QString& text);
 
+/// `text` on one line that may be as long as any path that can be opened; `isCut` tells of longer
+/// ones.
+[[nodiscard]] QString wholeLineText(const QString& text, bool& isCut);
+
 /// `text` where several lines have room: line feeds and tabs stay.
 [[nodiscard]] QString severalLinesText(const QString& text);
 

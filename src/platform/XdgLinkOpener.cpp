@@ -27,13 +27,22 @@ XdgLinkOpener::XdgLinkOpener(const QProcessEnvironment& environment) : m_environ
 }
 
 void XdgLinkOpener::openLink(const QString& link, const QString& activationToken) {
-    if (!isOpenableLink(link)) {
-        return;
+    if (isOpenableLink(link)) {
+        open(QUrl(link, QUrl::StrictMode).toEncoded(), activationToken);
     }
+}
+
+bool XdgLinkOpener::openFolder(const QString& path) {
+    // The slash at its end leads nowhere but into a folder.
+    const QByteArray address = QUrl::fromLocalFile(path).toEncoded();
+    return open(address.endsWith('/') ? address : address + '/', {});
+}
+
+bool XdgLinkOpener::open(const QByteArray& address, const QString& activationToken) {
     QProcess opener;
     opener.setProgram(QStringLiteral("xdg-open"));
     // The encoded form starts with its scheme, so it is never taken for an option.
-    opener.setArguments({QString::fromLatin1(QUrl(link, QUrl::StrictMode).toEncoded())});
+    opener.setArguments({QString::fromLatin1(address)});
     QProcessEnvironment environment = m_environment;
     if (!activationToken.isEmpty() && activationToken.size() <= longestToken) {
         for (const QString& variable : tokenVariables()) {
@@ -44,10 +53,12 @@ void XdgLinkOpener::openLink(const QString& link, const QString& activationToken
     opener.setStandardInputFile(QProcess::nullDevice());
     opener.setStandardOutputFile(QProcess::nullDevice());
     opener.setStandardErrorFile(QProcess::nullDevice());
-    if (!opener.startDetached()) {
-        logLine(LogLevel::Warn, "xdg-open cannot start, the link stays closed: %@",
-                opener.errorString());
+    if (opener.startDetached()) {
+        return true;
     }
+    logLine(LogLevel::Warn, "xdg-open cannot start, the link stays closed: %@",
+            opener.errorString());
+    return false;
 }
 
 } // namespace korvale

@@ -6,8 +6,8 @@
 
 namespace korvale {
 
-/// Hands links to xdg-open, detached. A desktop without xdg-open opens nothing, and the log says
-/// so.
+/// Hands links and folders to xdg-open, detached. A desktop without xdg-open opens nothing, and the
+/// log says so.
 class XdgLinkOpener final : public LinkOpener {
 public:
     /// `environment` is what the program was started with: what it has changed for itself since
@@ -15,8 +15,11 @@ public:
     explicit XdgLinkOpener(const QProcessEnvironment& environment);
 
     void openLink(const QString& link, const QString& activationToken) override;
+    bool openFolder(const QString& path) override;
 
 private:
+    bool open(const QByteArray& address, const QString& activationToken);
+
     QProcessEnvironment m_environment;
 };
 

@@ -16,6 +16,13 @@ public:
         }
     }
 
+    bool openFolder(const QString& path) override {
+        folders.append(path);
+        return canOpen;
+    }
+
+    bool canOpen = true; ///< folders
+    QStringList folders;
     QStringList opened;
     QStringList tokens; ///< one for each
 };

@@ -121,6 +121,17 @@ TEST_F(XdgLinkOpenerTest, ATokenTooLargeForAnEnvironmentKeepsNoLinkClosed) {
     EXPECT_FALSE(written().contains("xxxx"));
 }
 
+TEST_F(XdgLinkOpenerTest, AFolderIsOpenedByAnAddressThatOnlyAFolderCanHave) {
+    install("printf '%s\\n' \"$#\" \"$@\"");
+    XdgLinkOpener opener(QProcessEnvironment::systemEnvironment());
+    EXPECT_TRUE(opener.openFolder(QStringLiteral("/home/me/-a b;$(x)\u00e9")));
+    EXPECT_EQ(written(), "1\nfile:///home/me/-a%20b;$(x)%C3%A9/\n");
+    EXPECT_TRUE(opener.openFolder(QStringLiteral("/")));
+    EXPECT_EQ(written(), "1\nfile:///\n");
+    qputenv("PATH", "/nonexistent");
+    EXPECT_FALSE(opener.openFolder(QStringLiteral("/home")));
+}
+
 TEST_F(XdgLinkOpenerTest, WithoutXdgOpenALineInTheLogSaysSo) {
     const RecordingLogSink log;
     qputenv("PATH", "/nonexistent");
