@@ -273,7 +273,7 @@
         <translation>KorvaleUI läuft nicht</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Strg+C kopiert die ausgewählten Zeilen. Umschalt+F1 sagt mehr über eine Zelle.</translation>
+        <translation>Die Eingabetaste zeigt die Details einer Zeile. Strg+C kopiert die ausgewählten Zeilen. Umschalt+F1 sagt mehr über eine Zelle.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Funde</translation>
@@ -599,6 +599,120 @@
     </message>
     <message id="HPS_ResetOrder">
         <translation>Ursprüngliche Reihenfolge von Spalten und Zeilen</translation>
+    </message>
+</context>
+<context>
+    <!-- DetailsPane -->
+    <message id="HPS_ColScore">
+        <translation>Bewertung</translation>
+    </message>
+    <message id="HPS_DoAbnormal">
+        <translation>Öffnen Sie sie nur, wenn Sie wissen, woher sie stammt. Ihr Administrator kann sie in Quarantäne nehmen oder, bei einem Fehlalarm, zulassen.</translation>
+    </message>
+    <message id="HPS_DoAlert">
+        <translation>Schließen Sie das Programm, aktualisieren Sie es, und informieren Sie Ihren Administrator, der auch einen Fehlalarm erkennen kann.</translation>
+    </message>
+    <message id="HPS_DoDeviceAllowed">
+        <translation>Es ist nichts zu tun. Gehört das Gerät nicht Ihnen, ziehen Sie es ab und informieren Sie Ihren Administrator.</translation>
+    </message>
+    <message id="HPS_DoDeviceBlocked">
+        <translation>Wenn Sie es brauchen, bitten Sie Ihren Administrator, es zuzulassen, und geben Sie die Angaben von hier weiter.</translation>
+    </message>
+    <message id="HPS_DoEvent">
+        <translation>Suchen Sie die Datei im Reiter „Bedrohungen“: Dort steht, was aus ihr geworden und was zu tun ist. Steht sie nicht mehr dort, ist nichts zu tun.</translation>
+    </message>
+    <message id="HPS_DoQuarantined">
+        <translation>Es ist nichts zu tun. Bei einem Fehlalarm kann Ihr Administrator die Datei zurückholen und zulassen.</translation>
+    </message>
+    <message id="HPS_DoStopped">
+        <translation>Aktualisieren Sie das Programm. Funktioniert es deswegen nicht mehr, informieren Sie Ihren Administrator: Es kann ein Fehlalarm sein.</translation>
+    </message>
+    <message id="HPS_DoUnknown">
+        <translation>Aktualisieren Sie KorvaleUI, oder fragen Sie Ihren Administrator nach der Bedeutung.</translation>
+    </message>
+    <message id="HPS_DoUnsafe">
+        <translation>Öffnen Sie sie nicht. Informieren Sie Ihren Administrator: Er kann sie in Quarantäne nehmen oder, bei einem Fehlalarm, zulassen.</translation>
+    </message>
+    <message id="HPS_DoWaived">
+        <translation>Es ist nichts zu tun. Hat das niemand entschieden, den Sie kennen, informieren Sie Ihren Administrator.</translation>
+    </message>
+    <message id="HPS_MeansAbnormal">
+        <translation>Diese Datei ähnelt schädlichen Dateien, ist aber nicht als solche bekannt. Sie liegt noch dort, wo sie gefunden wurde.</translation>
+    </message>
+    <message id="HPS_MeansAlert">
+        <translation>Der Agent hat gesehen, dass dieses Programm angegriffen wird, und hat es weiterlaufen lassen.</translation>
+    </message>
+    <message id="HPS_MeansBlocked">
+        <translation>Der Agent hat einen Angriff auf dieses Programm abgewehrt. Das Programm läuft weiter.</translation>
+    </message>
+    <message id="HPS_MeansChanged">
+        <translation>Der Agent beurteilt diese Datei anders als zuvor.</translation>
+    </message>
+    <message id="HPS_MeansDetected">
+        <translation>Der Agent hat diese Datei zu dieser Zeit gefunden und als Bedrohung eingestuft.</translation>
+    </message>
+    <message id="HPS_MeansDeviceAllowed">
+        <translation>Die Richtlinie lässt dieses Gerät zu: Es kann hier verwendet werden.</translation>
+    </message>
+    <message id="HPS_MeansDeviceBlocked">
+        <translation>Die Richtlinie lässt dieses Gerät nicht zu: Es kann hier nicht verwendet werden.</translation>
+    </message>
+    <message id="HPS_MeansIgnored">
+        <translation>Der Agent hat hier etwas gesehen, das er ignorieren soll.</translation>
+    </message>
+    <message id="HPS_MeansQuarantined">
+        <translation>Der Agent hat diese Datei weggenommen und verwahrt sie dort, wo sie nicht schaden kann.</translation>
+    </message>
+    <message id="HPS_MeansRemoved">
+        <translation>Diese Datei ist vom Gerät entfernt worden.</translation>
+    </message>
+    <message id="HPS_MeansTerminated">
+        <translation>Der Agent hat dieses Programm beendet, weil es angegriffen wurde.</translation>
+    </message>
+    <message id="HPS_MeansUnknown">
+        <translation>Der Agent meldet einen Zustand, den diese Version von KorvaleUI nicht kennt.</translation>
+    </message>
+    <message id="HPS_MeansUnsafe">
+        <translation>Der Agent hält diese Datei für schädlich. Sie liegt noch dort, wo sie gefunden wurde.</translation>
+    </message>
+    <message id="HPS_MeansWaived">
+        <translation>Jemand hat entschieden, dass diese Datei bleiben darf; der Agent lässt sie in Ruhe.</translation>
+    </message>
+    <message id="HPS_PaneClose">
+        <translation>Details schließen</translation>
+    </message>
+    <message id="HPS_PaneCopy">
+        <translation>Kopieren</translation>
+    </message>
+    <message id="HPS_PaneCopyPath">
+        <translation>Pfad kopieren</translation>
+    </message>
+    <message id="HPS_PaneCut">
+        <translation>Sehr lange Texte sind hier gekürzt; „Kopieren“ nimmt sie ganz.</translation>
+    </message>
+    <message id="HPS_PaneDo">
+        <translation>Was zu tun ist</translation>
+    </message>
+    <message id="HPS_PaneGone">
+        <translation>Diese Zeile ist nicht mehr in der Tabelle. Unten steht, was sie zuletzt sagte.</translation>
+    </message>
+    <message id="HPS_PaneMeans">
+        <translation>Bedeutung</translation>
+    </message>
+    <message id="HPS_PaneMore">
+        <translation>… und %@ weitere; „Pfad kopieren“ kopiert alle.</translation>
+    </message>
+    <message id="HPS_PaneNoManager">
+        <translation>Es konnte kein Dateimanager geöffnet werden.</translation>
+    </message>
+    <message id="HPS_PanePath">
+        <translation>Pfad</translation>
+    </message>
+    <message id="HPS_PaneSelectAll">
+        <translation>Alles auswählen</translation>
+    </message>
+    <message id="HPS_PaneShow">
+        <translation>Im Dateimanager zeigen</translation>
     </message>
 </context>
 </TS>

@@ -273,7 +273,7 @@
         <translation>KorvaleUI is not running</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C copies the selected rows. Shift+F1 tells more about a cell.</translation>
+        <translation>Enter shows the details of a row. Ctrl+C copies the selected rows. Shift+F1 tells more about a cell.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Findings</translation>
@@ -599,6 +599,120 @@
     </message>
     <message id="HPS_ResetOrder">
         <translation>Original Order of Columns and Rows</translation>
+    </message>
+</context>
+<context>
+    <!-- DetailsPane -->
+    <message id="HPS_ColScore">
+        <translation>Score</translation>
+    </message>
+    <message id="HPS_DoAbnormal">
+        <translation>Do not open it unless you know where it comes from. Your administrator can quarantine it, or waive it if it is a false alarm.</translation>
+    </message>
+    <message id="HPS_DoAlert">
+        <translation>Close the program, bring it up to date and tell your administrator, who can also judge whether it is a false alarm.</translation>
+    </message>
+    <message id="HPS_DoDeviceAllowed">
+        <translation>Nothing has to be done. If the device is not yours, unplug it and tell your administrator.</translation>
+    </message>
+    <message id="HPS_DoDeviceBlocked">
+        <translation>If you need it, ask your administrator to allow it and pass on what stands here.</translation>
+    </message>
+    <message id="HPS_DoEvent">
+        <translation>Look for the file in the Threats tab: it says what has become of it, and what to do. If it is no longer there, nothing has to be done.</translation>
+    </message>
+    <message id="HPS_DoQuarantined">
+        <translation>Nothing has to be done. If it is a false alarm, your administrator can put the file back and waive it.</translation>
+    </message>
+    <message id="HPS_DoStopped">
+        <translation>Bring the program up to date. If it no longer works because of this, tell your administrator: it may be a false alarm.</translation>
+    </message>
+    <message id="HPS_DoUnknown">
+        <translation>Bring KorvaleUI up to date, or ask your administrator what it means.</translation>
+    </message>
+    <message id="HPS_DoUnsafe">
+        <translation>Do not open it. Tell your administrator, who can quarantine it, or waive it if it is a false alarm.</translation>
+    </message>
+    <message id="HPS_DoWaived">
+        <translation>Nothing has to be done. If nobody you know has decided that, tell your administrator.</translation>
+    </message>
+    <message id="HPS_MeansAbnormal">
+        <translation>This file looks like harmful ones, but is not known to be one. It is still where it was found.</translation>
+    </message>
+    <message id="HPS_MeansAlert">
+        <translation>The agent has seen that this program is being attacked, and has let it run on.</translation>
+    </message>
+    <message id="HPS_MeansBlocked">
+        <translation>The agent has stopped an attack on this program, which runs on.</translation>
+    </message>
+    <message id="HPS_MeansChanged">
+        <translation>The agent judges this file otherwise than before.</translation>
+    </message>
+    <message id="HPS_MeansDetected">
+        <translation>The agent found this file at that time and judged it to be a threat.</translation>
+    </message>
+    <message id="HPS_MeansDeviceAllowed">
+        <translation>The policy allows this device: it can be used here.</translation>
+    </message>
+    <message id="HPS_MeansDeviceBlocked">
+        <translation>The policy does not allow this device: it cannot be used here.</translation>
+    </message>
+    <message id="HPS_MeansIgnored">
+        <translation>The agent has seen something here that it was told to ignore.</translation>
+    </message>
+    <message id="HPS_MeansQuarantined">
+        <translation>The agent has taken this file away and keeps it where it can do no harm.</translation>
+    </message>
+    <message id="HPS_MeansRemoved">
+        <translation>This file has been removed from the device.</translation>
+    </message>
+    <message id="HPS_MeansTerminated">
+        <translation>The agent has ended this program because it was being attacked.</translation>
+    </message>
+    <message id="HPS_MeansUnknown">
+        <translation>The agent reports a state that this version of KorvaleUI does not know.</translation>
+    </message>
+    <message id="HPS_MeansUnsafe">
+        <translation>The agent judges this file to be harmful. It is still where it was found.</translation>
+    </message>
+    <message id="HPS_MeansWaived">
+        <translation>Somebody has decided that this file may stay, so the agent leaves it alone.</translation>
+    </message>
+    <message id="HPS_PaneClose">
+        <translation>Close the details</translation>
+    </message>
+    <message id="HPS_PaneCopy">
+        <translation>Copy</translation>
+    </message>
+    <message id="HPS_PaneCopyPath">
+        <translation>Copy path</translation>
+    </message>
+    <message id="HPS_PaneCut">
+        <translation>Very long texts are shortened here; “Copy” has them whole.</translation>
+    </message>
+    <message id="HPS_PaneDo">
+        <translation>What to do</translation>
+    </message>
+    <message id="HPS_PaneGone">
+        <translation>This row is no longer in the table. Below is what it said last.</translation>
+    </message>
+    <message id="HPS_PaneMeans">
+        <translation>Meaning</translation>
+    </message>
+    <message id="HPS_PaneMore">
+        <translation>… and %@ more; “Copy path” copies them all.</translation>
+    </message>
+    <message id="HPS_PaneNoManager">
+        <translation>No file manager could be opened.</translation>
+    </message>
+    <message id="HPS_PanePath">
+        <translation>Path</translation>
+    </message>
+    <message id="HPS_PaneSelectAll">
+        <translation>Select all</translation>
+    </message>
+    <message id="HPS_PaneShow">
+        <translation>Show in file manager</translation>
     </message>
 </context>
 </TS>

@@ -273,7 +273,7 @@
         <translation>KorvaleUI no está en ejecución</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C copia las filas seleccionadas. Mayús+F1 da más información sobre una celda.</translation>
+        <translation>Intro muestra los detalles de una fila. Ctrl+C copia las filas seleccionadas. Mayús+F1 da más información sobre una celda.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Hallazgos</translation>
@@ -599,6 +599,120 @@
     </message>
     <message id="HPS_ResetOrder">
         <translation>Orden original de columnas y filas</translation>
+    </message>
+</context>
+<context>
+    <!-- DetailsPane -->
+    <message id="HPS_ColScore">
+        <translation>Puntuación</translation>
+    </message>
+    <message id="HPS_DoAbnormal">
+        <translation>No lo abra si no sabe de dónde procede. Su administrador puede ponerlo en cuarentena, o autorizarlo si es una falsa alarma.</translation>
+    </message>
+    <message id="HPS_DoAlert">
+        <translation>Cierre el programa, actualícelo y avise a su administrador, que también puede juzgar si es una falsa alarma.</translation>
+    </message>
+    <message id="HPS_DoDeviceAllowed">
+        <translation>No hay que hacer nada. Si el dispositivo no es suyo, desconéctelo y avise a su administrador.</translation>
+    </message>
+    <message id="HPS_DoDeviceBlocked">
+        <translation>Si lo necesita, pida a su administrador que lo autorice y facilítele los datos que figuran aquí.</translation>
+    </message>
+    <message id="HPS_DoEvent">
+        <translation>Busque el archivo en la pestaña de amenazas: dice qué ha sido de él y qué hay que hacer. Si ya no está allí, no hay que hacer nada.</translation>
+    </message>
+    <message id="HPS_DoQuarantined">
+        <translation>No hay que hacer nada. Si es una falsa alarma, su administrador puede restaurar el archivo y autorizarlo.</translation>
+    </message>
+    <message id="HPS_DoStopped">
+        <translation>Actualice el programa. Si por esto deja de funcionar, avise a su administrador: puede ser una falsa alarma.</translation>
+    </message>
+    <message id="HPS_DoUnknown">
+        <translation>Actualice KorvaleUI o pregunte a su administrador qué significa.</translation>
+    </message>
+    <message id="HPS_DoUnsafe">
+        <translation>No lo abra. Avise a su administrador, que puede ponerlo en cuarentena, o autorizarlo si es una falsa alarma.</translation>
+    </message>
+    <message id="HPS_DoWaived">
+        <translation>No hay que hacer nada. Si no sabe quién lo ha decidido, avise a su administrador.</translation>
+    </message>
+    <message id="HPS_MeansAbnormal">
+        <translation>Este archivo se parece a otros dañinos, pero no se sabe si lo es. Sigue donde se encontró.</translation>
+    </message>
+    <message id="HPS_MeansAlert">
+        <translation>El agente ha visto que este programa está siendo atacado y lo ha dejado seguir.</translation>
+    </message>
+    <message id="HPS_MeansBlocked">
+        <translation>El agente ha detenido un ataque a este programa, que sigue en marcha.</translation>
+    </message>
+    <message id="HPS_MeansChanged">
+        <translation>El agente juzga este archivo de otra manera que antes.</translation>
+    </message>
+    <message id="HPS_MeansDetected">
+        <translation>El agente encontró este archivo en ese momento y lo consideró una amenaza.</translation>
+    </message>
+    <message id="HPS_MeansDeviceAllowed">
+        <translation>La directiva permite este dispositivo: se puede usar aquí.</translation>
+    </message>
+    <message id="HPS_MeansDeviceBlocked">
+        <translation>La directiva no permite este dispositivo: no se puede usar aquí.</translation>
+    </message>
+    <message id="HPS_MeansIgnored">
+        <translation>El agente ha visto aquí algo que se le ha indicado que ignore.</translation>
+    </message>
+    <message id="HPS_MeansQuarantined">
+        <translation>El agente ha retirado este archivo y lo guarda donde no puede hacer daño.</translation>
+    </message>
+    <message id="HPS_MeansRemoved">
+        <translation>Este archivo se ha eliminado del dispositivo.</translation>
+    </message>
+    <message id="HPS_MeansTerminated">
+        <translation>El agente ha cerrado este programa porque estaba siendo atacado.</translation>
+    </message>
+    <message id="HPS_MeansUnknown">
+        <translation>El agente comunica un estado que esta versión de KorvaleUI no conoce.</translation>
+    </message>
+    <message id="HPS_MeansUnsafe">
+        <translation>El agente considera dañino este archivo. Sigue donde se encontró.</translation>
+    </message>
+    <message id="HPS_MeansWaived">
+        <translation>Alguien ha decidido que este archivo puede quedarse, así que el agente no lo toca.</translation>
+    </message>
+    <message id="HPS_PaneClose">
+        <translation>Cerrar los detalles</translation>
+    </message>
+    <message id="HPS_PaneCopy">
+        <translation>Copiar</translation>
+    </message>
+    <message id="HPS_PaneCopyPath">
+        <translation>Copiar ruta</translation>
+    </message>
+    <message id="HPS_PaneCut">
+        <translation>Los textos muy largos se acortan aquí; «Copiar» los copia enteros.</translation>
+    </message>
+    <message id="HPS_PaneDo">
+        <translation>Qué hacer</translation>
+    </message>
+    <message id="HPS_PaneGone">
+        <translation>Esta fila ya no está en la tabla. Debajo figura lo último que decía.</translation>
+    </message>
+    <message id="HPS_PaneMeans">
+        <translation>Significado</translation>
+    </message>
+    <message id="HPS_PaneMore">
+        <translation>… y %@ más; «Copiar ruta» las copia todas.</translation>
+    </message>
+    <message id="HPS_PaneNoManager">
+        <translation>No se pudo abrir ningún gestor de archivos.</translation>
+    </message>
+    <message id="HPS_PanePath">
+        <translation>Ruta</translation>
+    </message>
+    <message id="HPS_PaneSelectAll">
+        <translation>Seleccionar todo</translation>
+    </message>
+    <message id="HPS_PaneShow">
+        <translation>Mostrar en el gestor de archivos</translation>
     </message>
 </context>
 </TS>

@@ -273,7 +273,7 @@
         <translation>KorvaleUI n’est pas en cours d’exécution</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C copie les lignes sélectionnées. Maj+F1 en dit plus sur une cellule.</translation>
+        <translation>Entrée affiche les détails d’une ligne. Ctrl+C copie les lignes sélectionnées. Maj+F1 en dit plus sur une cellule.</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>Résultats</translation>
@@ -599,6 +599,120 @@
     </message>
     <message id="HPS_ResetOrder">
         <translation>Ordre initial des colonnes et des lignes</translation>
+    </message>
+</context>
+<context>
+    <!-- DetailsPane -->
+    <message id="HPS_ColScore">
+        <translation>Score</translation>
+    </message>
+    <message id="HPS_DoAbnormal">
+        <translation>Ne l’ouvrez que si vous savez d’où il vient. Votre administrateur peut le mettre en quarantaine, ou l’autoriser si c’est une fausse alerte.</translation>
+    </message>
+    <message id="HPS_DoAlert">
+        <translation>Fermez le programme, mettez-le à jour et prévenez votre administrateur, qui peut aussi juger s’il s’agit d’une fausse alerte.</translation>
+    </message>
+    <message id="HPS_DoDeviceAllowed">
+        <translation>Il n’y a rien à faire. Si le périphérique n’est pas à vous, débranchez-le et prévenez votre administrateur.</translation>
+    </message>
+    <message id="HPS_DoDeviceBlocked">
+        <translation>Si vous en avez besoin, demandez à votre administrateur de l’autoriser et transmettez-lui les données d’ici.</translation>
+    </message>
+    <message id="HPS_DoEvent">
+        <translation>Cherchez le fichier dans l’onglet des menaces : il indique ce qu’il est devenu et ce qu’il faut faire. S’il n’y est plus, il n’y a rien à faire.</translation>
+    </message>
+    <message id="HPS_DoQuarantined">
+        <translation>Il n’y a rien à faire. Si c’est une fausse alerte, votre administrateur peut restaurer le fichier et l’autoriser.</translation>
+    </message>
+    <message id="HPS_DoStopped">
+        <translation>Mettez le programme à jour. S’il ne fonctionne plus à cause de cela, prévenez votre administrateur : c’est peut-être une fausse alerte.</translation>
+    </message>
+    <message id="HPS_DoUnknown">
+        <translation>Mettez KorvaleUI à jour, ou demandez à votre administrateur ce que cela signifie.</translation>
+    </message>
+    <message id="HPS_DoUnsafe">
+        <translation>Ne l’ouvrez pas. Prévenez votre administrateur, qui peut le mettre en quarantaine, ou l’autoriser si c’est une fausse alerte.</translation>
+    </message>
+    <message id="HPS_DoWaived">
+        <translation>Il n’y a rien à faire. Si vous ne savez pas qui en a décidé ainsi, prévenez votre administrateur.</translation>
+    </message>
+    <message id="HPS_MeansAbnormal">
+        <translation>Ce fichier ressemble à des fichiers nuisibles, sans être connu comme tel. Il est toujours là où il a été trouvé.</translation>
+    </message>
+    <message id="HPS_MeansAlert">
+        <translation>L’agent a vu que ce programme est attaqué et l’a laissé continuer.</translation>
+    </message>
+    <message id="HPS_MeansBlocked">
+        <translation>L’agent a arrêté une attaque contre ce programme, qui continue de fonctionner.</translation>
+    </message>
+    <message id="HPS_MeansChanged">
+        <translation>L’agent juge ce fichier autrement qu’auparavant.</translation>
+    </message>
+    <message id="HPS_MeansDetected">
+        <translation>L’agent a trouvé ce fichier à ce moment-là et l’a jugé menaçant.</translation>
+    </message>
+    <message id="HPS_MeansDeviceAllowed">
+        <translation>La stratégie autorise ce périphérique : il peut être utilisé ici.</translation>
+    </message>
+    <message id="HPS_MeansDeviceBlocked">
+        <translation>La stratégie n’autorise pas ce périphérique : il ne peut pas être utilisé ici.</translation>
+    </message>
+    <message id="HPS_MeansIgnored">
+        <translation>L’agent a vu ici quelque chose qu’il doit ignorer.</translation>
+    </message>
+    <message id="HPS_MeansQuarantined">
+        <translation>L’agent a retiré ce fichier et le garde là où il ne peut pas nuire.</translation>
+    </message>
+    <message id="HPS_MeansRemoved">
+        <translation>Ce fichier a été supprimé de l’appareil.</translation>
+    </message>
+    <message id="HPS_MeansTerminated">
+        <translation>L’agent a arrêté ce programme parce qu’il était attaqué.</translation>
+    </message>
+    <message id="HPS_MeansUnknown">
+        <translation>L’agent signale un état que cette version de KorvaleUI ne connaît pas.</translation>
+    </message>
+    <message id="HPS_MeansUnsafe">
+        <translation>L’agent juge ce fichier nuisible. Il est toujours là où il a été trouvé.</translation>
+    </message>
+    <message id="HPS_MeansWaived">
+        <translation>Quelqu’un a décidé que ce fichier peut rester ; l’agent le laisse tranquille.</translation>
+    </message>
+    <message id="HPS_PaneClose">
+        <translation>Fermer les détails</translation>
+    </message>
+    <message id="HPS_PaneCopy">
+        <translation>Copier</translation>
+    </message>
+    <message id="HPS_PaneCopyPath">
+        <translation>Copier le chemin</translation>
+    </message>
+    <message id="HPS_PaneCut">
+        <translation>Les textes très longs sont raccourcis ici ; « Copier » les copie en entier.</translation>
+    </message>
+    <message id="HPS_PaneDo">
+        <translation>Que faire</translation>
+    </message>
+    <message id="HPS_PaneGone">
+        <translation>Cette ligne n’est plus dans le tableau. Voici ce qu’elle indiquait en dernier.</translation>
+    </message>
+    <message id="HPS_PaneMeans">
+        <translation>Signification</translation>
+    </message>
+    <message id="HPS_PaneMore">
+        <translation>… et %@ autres ; « Copier le chemin » les copie tous.</translation>
+    </message>
+    <message id="HPS_PaneNoManager">
+        <translation>Aucun gestionnaire de fichiers n’a pu être ouvert.</translation>
+    </message>
+    <message id="HPS_PanePath">
+        <translation>Chemin</translation>
+    </message>
+    <message id="HPS_PaneSelectAll">
+        <translation>Tout sélectionner</translation>
+    </message>
+    <message id="HPS_PaneShow">
+        <translation>Afficher dans le gestionnaire de fichiers</translation>
     </message>
 </context>
 </TS>

@@ -273,7 +273,7 @@
         <translation>KorvaleUI は実行されていません</translation>
     </message>
     <message id="HPS_TableHint">
-        <translation>Ctrl+C で選択した行をコピーします。Shift+F1 でセルの詳細を表示します。</translation>
+        <translation>Enter で行の詳細を表示します。Ctrl+C で選択した行をコピーします。Shift+F1 でセルの詳細を表示します。</translation>
     </message>
     <message id="HPS_Tabs">
         <translation>検出結果</translation>
@@ -599,6 +599,120 @@
     </message>
     <message id="HPS_ResetOrder">
         <translation>列と行を元の順序に戻す</translation>
+    </message>
+</context>
+<context>
+    <!-- DetailsPane -->
+    <message id="HPS_ColScore">
+        <translation>スコア</translation>
+    </message>
+    <message id="HPS_DoAbnormal">
+        <translation>入手元が分からない場合は開かないでください。管理者は、このファイルを隔離することも、誤検知であれば許可することもできます。</translation>
+    </message>
+    <message id="HPS_DoAlert">
+        <translation>プログラムを終了し、更新して、管理者に連絡してください。誤検知かどうかも管理者が判断できます。</translation>
+    </message>
+    <message id="HPS_DoDeviceAllowed">
+        <translation>何もする必要はありません。自分のデバイスでない場合は取り外し、管理者に連絡してください。</translation>
+    </message>
+    <message id="HPS_DoDeviceBlocked">
+        <translation>必要な場合は、ここに表示されている内容を管理者に伝え、許可を依頼してください。</translation>
+    </message>
+    <message id="HPS_DoEvent">
+        <translation>「脅威」タブでこのファイルを探すと、現在の状態と対処方法が分かります。そこにない場合は、何もする必要はありません。</translation>
+    </message>
+    <message id="HPS_DoQuarantined">
+        <translation>何もする必要はありません。誤検知の場合、管理者はファイルを元に戻して許可できます。</translation>
+    </message>
+    <message id="HPS_DoStopped">
+        <translation>プログラムを更新してください。このために動作しなくなった場合は、誤検知の可能性があるため管理者に連絡してください。</translation>
+    </message>
+    <message id="HPS_DoUnknown">
+        <translation>KorvaleUI を更新するか、意味を管理者に確認してください。</translation>
+    </message>
+    <message id="HPS_DoUnsafe">
+        <translation>開かないでください。管理者に連絡してください。管理者は、このファイルを隔離することも、誤検知であれば許可することもできます。</translation>
+    </message>
+    <message id="HPS_DoWaived">
+        <translation>何もする必要はありません。誰が決めたのか分からない場合は、管理者に連絡してください。</translation>
+    </message>
+    <message id="HPS_MeansAbnormal">
+        <translation>有害なファイルに似ていますが、有害とは確認されていません。見つかった場所にまだあります。</translation>
+    </message>
+    <message id="HPS_MeansAlert">
+        <translation>このプログラムが攻撃されていることをエージェントが検出しましたが、実行は続けさせています。</translation>
+    </message>
+    <message id="HPS_MeansBlocked">
+        <translation>このプログラムへの攻撃をエージェントが阻止しました。プログラムは動作を続けています。</translation>
+    </message>
+    <message id="HPS_MeansChanged">
+        <translation>このファイルに対するエージェントの判定が変わりました。</translation>
+    </message>
+    <message id="HPS_MeansDetected">
+        <translation>この時刻にエージェントがこのファイルを検出し、脅威と判定しました。</translation>
+    </message>
+    <message id="HPS_MeansDeviceAllowed">
+        <translation>このデバイスはポリシーで許可されており、使用できます。</translation>
+    </message>
+    <message id="HPS_MeansDeviceBlocked">
+        <translation>このデバイスはポリシーで許可されていないため、使用できません。</translation>
+    </message>
+    <message id="HPS_MeansIgnored">
+        <translation>無視するよう設定されている動作をエージェントが検出しました。</translation>
+    </message>
+    <message id="HPS_MeansQuarantined">
+        <translation>エージェントがこのファイルを移動し、害を及ぼさない場所に保管しています。</translation>
+    </message>
+    <message id="HPS_MeansRemoved">
+        <translation>このファイルはデバイスから削除されました。</translation>
+    </message>
+    <message id="HPS_MeansTerminated">
+        <translation>攻撃されていたため、エージェントがこのプログラムを終了しました。</translation>
+    </message>
+    <message id="HPS_MeansUnknown">
+        <translation>このバージョンの KorvaleUI が認識できない状態をエージェントが報告しています。</translation>
+    </message>
+    <message id="HPS_MeansUnsafe">
+        <translation>エージェントはこのファイルを有害と判定しました。見つかった場所にまだあります。</translation>
+    </message>
+    <message id="HPS_MeansWaived">
+        <translation>このファイルは残してよいと判断されているため、エージェントは何もしません。</translation>
+    </message>
+    <message id="HPS_PaneClose">
+        <translation>詳細を閉じる</translation>
+    </message>
+    <message id="HPS_PaneCopy">
+        <translation>コピー</translation>
+    </message>
+    <message id="HPS_PaneCopyPath">
+        <translation>パスをコピー</translation>
+    </message>
+    <message id="HPS_PaneCut">
+        <translation>非常に長いテキストは短く表示されています。「コピー」では全体がコピーされます。</translation>
+    </message>
+    <message id="HPS_PaneDo">
+        <translation>対処方法</translation>
+    </message>
+    <message id="HPS_PaneGone">
+        <translation>この行は表からなくなりました。以下は最後に表示されていた内容です。</translation>
+    </message>
+    <message id="HPS_PaneMeans">
+        <translation>意味</translation>
+    </message>
+    <message id="HPS_PaneMore">
+        <translation>… ほか %@ 件。「パスをコピー」ではすべてコピーされます。</translation>
+    </message>
+    <message id="HPS_PaneNoManager">
+        <translation>ファイルマネージャーを開けませんでした。</translation>
+    </message>
+    <message id="HPS_PanePath">
+        <translation>パス</translation>
+    </message>
+    <message id="HPS_PaneSelectAll">
+        <translation>すべて選択</translation>
+    </message>
+    <message id="HPS_PaneShow">
+        <translation>ファイルマネージャーで表示</translation>
     </message>
 </context>
 </TS>

@@ -15,26 +15,36 @@ namespace korvale {
 namespace {
 
 constexpr std::array deviceColumns{RowKey::DeviceType, RowKey::When,         RowKey::VendorId,
-                                   RowKey::ProductId,  RowKey::SerialNumber, RowKey::Action};
+                                   RowKey::ProductId,  RowKey::SerialNumber, RowKey::Action,
+                                   RowKey::Meaning};
 
 struct DeviceAction {
     std::string_view action;
     const char* key;
+    const char* meaning;
 };
 
 constexpr std::array deviceActions{
-    DeviceAction{"Block", "Blocked"},
-    DeviceAction{"FullAccess", "FullAccess"},
+    DeviceAction{"Block", "Blocked", "DeviceBlocked"},
+    DeviceAction{"FullAccess", "FullAccess", "DeviceAllowed"},
 };
 
-/// No value for an action that the program does not know.
-std::optional<QString> actionText(const JsonValue& action) {
+/// nullptr for an action that the program does not know.
+const DeviceAction* knownAction(const JsonValue& action) {
     if (!action.isText()) {
-        return std::nullopt;
+        return nullptr;
     }
     const auto* const known =
         std::ranges::find(deviceActions, action.utf8(), &DeviceAction::action);
-    return known != deviceActions.end() ? std::optional(localizedText(known->key)) : std::nullopt;
+    return known != deviceActions.end() ? &*known : nullptr;
+}
+
+std::optional<QString> actionText(const DeviceAction* action) {
+    return action != nullptr ? std::optional(localizedText(action->key)) : std::nullopt;
+}
+
+QString actionMeaning(const DeviceAction* action) {
+    return QString::fromLatin1(action != nullptr ? action->meaning : "Unknown");
 }
 
 void trace(const JsonValue& list) {
@@ -60,9 +70,11 @@ RowBatchPtr deviceRows(const JsonValue& list) {
         if (!record.value.isObject()) {
             continue;
         }
+        const DeviceAction* action = knownAction(record.value["Action"]);
         rows->add({cellText(record.value["Device Type"]), cellText(record.value["When"]),
                    cellText(record.value["Vendor ID"]), cellText(record.value["Product ID"]),
-                   cellText(record.value["Serial Number"]), actionText(record.value["Action"])});
+                   cellText(record.value["Serial Number"]), actionText(action),
+                   actionMeaning(action)});
     }
     return rows;
 }

@@ -16,7 +16,13 @@
 namespace korvale {
 namespace {
 
-constexpr std::array eventColumns{RowKey::When, RowKey::Category, RowKey::Event, RowKey::Details};
+constexpr std::array eventColumns{RowKey::When,    RowKey::Category, RowKey::Event,
+                                  RowKey::Details, RowKey::Path,     RowKey::Meaning};
+
+/// A record's key is the file's path as a rule.
+std::optional<QString> pathOnly(const QString& text) {
+    return text.startsWith(u'/') ? std::optional(text) : std::nullopt;
+}
 
 /// A text of the row that is part of the event's identity too.
 struct EventText {
@@ -90,25 +96,28 @@ public:
 private:
     void addThreat(const JsonMember& record) {
         const std::uint32_t fileState = unsigned32Value(record.value["State"]);
-        const EventText& event = m_texts.threat(unsigned32Value(record.value["Event"]),
-                                                fileState & ~FileStateBit::unsafe);
+        const std::uint32_t bits = unsigned32Value(record.value["Event"]);
+        const EventText& event = m_texts.threat(bits, fileState & ~FileStateBit::unsafe);
         if (isNew({"Threat-", event.utf8, "-", bytesOf(record.name)})) {
-            m_rows->add({cellText(record.value["When"]), QStringLiteral("Threat"), event.text,
-                         valueText(record.name)});
+            const QString name = valueText(record.name);
+            m_rows->add({cellText(record.value["When"]), QStringLiteral("Threat"), event.text, name,
+                         pathOnly(name), QString::fromLatin1(eventKeyFromValue(bits))});
         }
     }
 
     void addExploit(const JsonMember& record) {
-        const EventText& event = m_texts.exploit(unsigned32Value(record.value["Event"]));
+        const std::uint32_t state = unsigned32Value(record.value["Event"]);
+        const EventText& event = m_texts.exploit(state);
         const QString type =
             memdefTypeString(textOnly(record.value["ItemType"]).value_or(QString()))
                 .value_or(QString());
         const std::optional<QString> path = textOnly(record.value["Path"]);
-        const QString details = m_texts.exploitDetails(type, valueText(record.value["PID"]),
-                                                       path ? *path : valueText(record.name));
+        const QString file = path ? *path : valueText(record.name);
+        const QString details = m_texts.exploitDetails(type, valueText(record.value["PID"]), file);
         if (isNew({"Exploit-", event.utf8, "-", details.toUtf8()})) {
-            m_rows->add(
-                {cellText(record.value["When"]), QStringLiteral("Exploit"), event.text, details});
+            m_rows->add({cellText(record.value["When"]), QStringLiteral("Exploit"), event.text,
+                         details, pathOnly(file),
+                         QString::fromLatin1(procStateKeyFromValue(state))});
         }
     }
 

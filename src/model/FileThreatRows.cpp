@@ -39,6 +39,10 @@ std::optional<QString> FileThreatRows::text(std::size_t index, RowKey key) const
         return valueOf(row.id);
     case RowKey::Score:
         return valueOf(row.score);
+    case RowKey::Path:
+        return pathText(row.firstPath);
+    case RowKey::Meaning:
+        return QString::fromLatin1(stateKeyFromValue(row.state));
     default:
         return std::nullopt;
     }
@@ -46,6 +50,56 @@ std::optional<QString> FileThreatRows::text(std::size_t index, RowKey key) const
 
 std::unique_ptr<RowFolder> FileThreatRows::folder() const {
     return std::make_unique<FileThreatFolder>(*this);
+}
+
+void FileThreatRows::visitPaths(std::size_t index, const PathVisitor& visit) const {
+    std::uint32_t path = m_storage.rows[index].firstPath;
+    while (path != none && visit(pathText(path))) {
+        path = m_storage.paths[path].next;
+    }
+}
+
+std::size_t FileThreatRows::pathCount(std::size_t index) const {
+    return m_storage.rows[index].count;
+}
+
+std::optional<RowIdentity> FileThreatRows::identity(std::size_t index) const {
+    const Row& row = m_storage.rows[index];
+    const QByteArray name = bytesOf(row.id);
+    return RowIdentity{row.state, QByteArray(name.constData(), name.size()),
+                       pathBytes(row.firstPath).toByteArray()};
+}
+
+std::optional<std::size_t> FileThreatRows::find(const RowIdentity& identity) const {
+    std::optional<std::size_t> inAnotherState;
+    for (std::size_t index = 0; index < m_storage.rows.size(); ++index) {
+        const Row& row = m_storage.rows[index];
+        if (bytesOf(row.id) != identity.name) {
+            continue;
+        }
+        if (row.state == identity.state) {
+            return index;
+        }
+        if (!inAnotherState && pathBytes(row.firstPath) == identity.path) {
+            inAnotherState = index;
+        }
+    }
+    return inAnotherState;
+}
+
+QByteArray FileThreatRows::bytesOf(JsonNode node) const {
+    if (node.kind == JsonKind::Null) {
+        return {};
+    }
+    if (node.isContainer()) {
+        return m_storage.texts[node.offset].toUtf8();
+    }
+    return QByteArray::fromRawData(m_storage.bytes.get() + node.offset, node.extent);
+}
+
+QByteArrayView FileThreatRows::pathBytes(std::uint32_t path) const {
+    const Path& place = m_storage.paths[path];
+    return {m_storage.bytes.get() + place.offset, static_cast<qsizetype>(place.length)};
 }
 
 QString FileThreatRows::pathText(std::uint32_t path) const {

@@ -40,6 +40,10 @@ public:
 
     [[nodiscard]] std::size_t size() const override { return m_storage.rows.size(); }
     [[nodiscard]] std::optional<QString> text(std::size_t index, RowKey key) const override;
+    void visitPaths(std::size_t index, const PathVisitor& visit) const override;
+    [[nodiscard]] std::size_t pathCount(std::size_t index) const override;
+    [[nodiscard]] std::optional<RowIdentity> identity(std::size_t index) const override;
+    [[nodiscard]] std::optional<std::size_t> find(const RowIdentity& identity) const override;
     [[nodiscard]] std::unique_ptr<RowFolder> folder() const override;
     [[nodiscard]] const Storage& storage() const { return m_storage; }
 
@@ -50,6 +54,9 @@ private:
     [[nodiscard]] QString everyPath(const Row& row) const;
     [[nodiscard]] QString exactPaths(const Row& row) const;
     [[nodiscard]] std::optional<QString> valueOf(JsonNode node) const;
+    // Of the value, not copied where it stands in the file.
+    [[nodiscard]] QByteArray bytesOf(JsonNode node) const;
+    [[nodiscard]] QByteArrayView pathBytes(std::uint32_t path) const;
 
     Storage m_storage;
 };

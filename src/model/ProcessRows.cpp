@@ -6,6 +6,8 @@
 #include "platform/SafeText.h"
 #include "platform/Texts.h"
 
+#include <algorithm>
+
 namespace korvale {
 
 void ProcessRows::add(const JsonValue& record) {
@@ -43,9 +45,32 @@ std::optional<QString> ProcessRows::text(std::size_t index, RowKey key) const {
     case RowKey::Pid:
     case RowKey::PidToolTip:
         return cellText(record["PID"]);
+    case RowKey::Path:
+        return textOnly(record["Path"]);
+    case RowKey::Meaning:
+        return QString::fromLatin1(procStateKeyFromValue(unsigned32Value(record["State"])));
     default:
         return std::nullopt;
     }
+}
+
+std::string_view ProcessRows::nameOf(std::uint32_t record) const {
+    return m_document->view(m_document->nodes[record - 1]); // a member's name is before its value
+}
+
+std::optional<RowIdentity> ProcessRows::identity(std::size_t index) const {
+    const std::string_view name = nameOf(m_records[index]);
+    return RowIdentity{0, QByteArray(name.data(), static_cast<qsizetype>(name.size())), {}};
+}
+
+std::optional<std::size_t> ProcessRows::find(const RowIdentity& identity) const {
+    const std::string_view wanted(identity.name.constData(),
+                                  static_cast<std::size_t>(identity.name.size()));
+    const auto found = std::ranges::find_if(
+        m_records, [&](std::uint32_t record) { return nameOf(record) == wanted; });
+    return found == m_records.end()
+               ? std::nullopt
+               : std::optional(static_cast<std::size_t>(found - m_records.begin()));
 }
 
 } // namespace korvale

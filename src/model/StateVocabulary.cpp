@@ -88,14 +88,27 @@ QString stateChangeText(std::uint32_t fileState) {
 
 } // namespace
 
-QString stateStringFromValue(std::uint32_t fileState) {
+const char* stateKeyFromValue(std::uint32_t fileState) {
     const char* key = firstKey(fileStateWords, fileState);
-    return localizedText(key != nullptr ? key : "Unknown");
+    return key != nullptr ? key : "Unknown";
+}
+
+QString stateStringFromValue(std::uint32_t fileState) {
+    return localizedText(stateKeyFromValue(fileState));
+}
+
+const char* procStateKeyFromValue(std::uint32_t processState) {
+    const auto* const word = std::ranges::find(processStateWords, processState, &Word::value);
+    return word != processStateWords.end() ? word->key : "Unknown";
 }
 
 QString procStateStringFromValue(std::uint32_t processState) {
-    const auto* const word = std::ranges::find(processStateWords, processState, &Word::value);
-    return localizedText(word != processStateWords.end() ? word->key : "Unknown");
+    return localizedText(procStateKeyFromValue(processState));
+}
+
+const char* eventKeyFromValue(std::uint32_t event) {
+    const char* key = (event & EventBit::stateChange) == 0 ? firstKey(eventWords, event) : nullptr;
+    return key != nullptr ? key : "EventThreatStringFromValueStateChange";
 }
 
 QString eventThreatStringFromValue(std::uint32_t event, std::uint32_t fileState) {

@@ -35,10 +35,14 @@ inline constexpr std::uint32_t blocked = 2;
 inline constexpr std::uint32_t terminated = 3;
 } // namespace ProcessState
 
+/// The word's key, which is the same in every language.
+[[nodiscard]] const char* stateKeyFromValue(std::uint32_t fileState);
 [[nodiscard]] QString stateStringFromValue(std::uint32_t fileState);
 
+[[nodiscard]] const char* procStateKeyFromValue(std::uint32_t processState);
 [[nodiscard]] QString procStateStringFromValue(std::uint32_t processState);
 
+[[nodiscard]] const char* eventKeyFromValue(std::uint32_t event);
 /// What an event did to a file. The words of a state change each end in a blank, the last one too.
 [[nodiscard]] QString eventThreatStringFromValue(std::uint32_t event, std::uint32_t fileState);
 

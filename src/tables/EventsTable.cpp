@@ -27,6 +27,8 @@ constexpr TableDescription eventsDescription{
     .exportName = "events",
     .exportFields = exportFields,
     .copyModifiers = CopyModifiers::CommandAlone,
+    .explained = RowKey::Event,
+    .hiddenFields = {},
     .selection = &RememberedSelections::selectedEventRows,
 };
 

@@ -34,6 +34,8 @@ constexpr TableDescription externalDevicesDescription{
     .exportName = "external-devices",
     .exportFields = exportFields,
     .copyModifiers = CopyModifiers::CommandAlone,
+    .explained = RowKey::Action,
+    .hiddenFields = {},
     .selection = &RememberedSelections::selectedEventRows,
 };
 

@@ -23,6 +23,8 @@ constexpr ExportField exportFields[] = {{"file", RowKey::File},   {"category", R
                                         {"score", RowKey::Score}, {"found", RowKey::Found},
                                         {"id", RowKey::Id},       {"paths", RowKey::ExactPaths}};
 
+constexpr DetailField hiddenFields[] = {{"HPS_ColScore", RowKey::Score}};
+
 constexpr TableDescription fileThreatsDescription{
     .nameKey = "HPS_Threats",
     .emptyKey = "HPS_EmptyThreats",
@@ -33,6 +35,8 @@ constexpr TableDescription fileThreatsDescription{
     .exportName = "threats",
     .exportFields = exportFields,
     .copyModifiers = CopyModifiers::CommandHeld,
+    .explained = RowKey::Category,
+    .hiddenFields = hiddenFields,
     .selection = &RememberedSelections::selectedRows,
 };
 

@@ -40,6 +40,10 @@ bool isToolTipKey(const QKeyEvent& event) {
            (event.modifiers() == Qt::ShiftModifier || event.modifiers() == Qt::ControlModifier);
 }
 
+bool isContextMenuKey(const QKeyEvent& event) {
+    return event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier;
+}
+
 QString characters(const QKeyEvent& event, const QString& platform) {
     const int key = event.key();
     if (!event.modifiers().testFlag(Qt::ControlModifier)) {

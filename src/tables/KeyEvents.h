@@ -29,6 +29,9 @@ modifierFlags(const QKeyEvent& event, const QString& platform = QGuiApplication:
 /// some window managers keep the second for themselves.
 [[nodiscard]] bool isToolTipKey(const QKeyEvent& event);
 
+/// Shift+F10: the Menu key, which the toolkit knows by itself, is not on every keyboard.
+[[nodiscard]] bool isContextMenuKey(const QKeyEvent& event);
+
 /// What the key types with Control left out.
 [[nodiscard]] QString characters(const QKeyEvent& event,
                                  const QString& platform = QGuiApplication::platformName());

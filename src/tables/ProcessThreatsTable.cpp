@@ -32,6 +32,8 @@ constexpr TableDescription processThreatsDescription{
     .exportName = "exploits",
     .exportFields = exportFields,
     .copyModifiers = CopyModifiers::CommandAlone,
+    .explained = RowKey::Category,
+    .hiddenFields = {},
     .selection = &RememberedSelections::selectedProcessRows,
 };
 

@@ -7,30 +7,30 @@
 namespace korvale {
 namespace {
 
-QString fieldsOf(const RowList& rows, std::size_t row, std::span<const RowKey> keys) {
+QString fieldsOf(const RowBatch& batch, std::size_t index, std::span<const RowKey> keys) {
     QString fields;
     for (const RowKey key : keys) {
         if (key != keys.front()) {
             fields += u',';
         }
-        fields += unbrokenText(rows.text(row, key).value_or(QStringLiteral("(null)")));
+        fields += unbrokenText(batch.text(index, key).value_or(QStringLiteral("(null)")));
     }
     return fields;
 }
 
-std::optional<QString> pathsOf(const RowList& rows, std::size_t row, RowKey shown) {
-    const std::optional<QString> every = rows.text(row, RowKey::EveryPath);
-    return every ? every : rows.text(row, shown);
+std::optional<QString> pathsOf(const RowBatch& batch, std::size_t index, RowKey shown) {
+    const std::optional<QString> every = batch.text(index, RowKey::EveryPath);
+    return every ? every : batch.text(index, shown);
 }
 
-void appendLines(const RowList& rows, std::size_t row, const TableDescription& description,
+void appendLines(const RowBatch& batch, std::size_t index, const TableDescription& description,
                  QString& text) {
-    const QString fields = fieldsOf(rows, row, description.copyFields);
+    const QString fields = fieldsOf(batch, index, description.copyFields);
     if (!description.copyPaths) {
         text.append(fields).append(u'\n');
         return;
     }
-    const std::optional<QString> paths = pathsOf(rows, row, *description.copyPaths);
+    const std::optional<QString> paths = pathsOf(batch, index, *description.copyPaths);
     if (!paths) {
         return;
     }
@@ -52,9 +52,26 @@ std::optional<QString> copiedText(const RowList& rows, const TableDescription& d
     }
     for (const RowIndexes::Range& range : selection->ranges()) {
         for (int row = range.first; row <= range.last; ++row) {
-            appendLines(rows, static_cast<std::size_t>(row), description, text);
+            const RowRef ref = rows.at(static_cast<std::size_t>(row));
+            appendLines(*rows.batches()[ref.batch], ref.index, description, text);
         }
     }
+    return text;
+}
+
+QString copiedRow(const RowBatch& batch, std::size_t index, const TableDescription& description) {
+    QString text = description.copyHeader.toString();
+    appendLines(batch, index, description, text);
+    return text;
+}
+
+QString copiedPaths(const RowBatch& batch, std::size_t index) {
+    QString text;
+    batch.visitPaths(index, [&text](const QString& path) {
+        text.append(unbrokenText(path)).append(u'\n');
+        return true;
+    });
+    text.chop(1); // a single path can be pasted as it is
     return text;
 }
 

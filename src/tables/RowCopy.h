@@ -16,4 +16,11 @@ namespace korvale {
                                                 const TableDescription& description,
                                                 const std::optional<RowIndexes>& selection);
 
+/// The same of one row.
+[[nodiscard]] QString copiedRow(const RowBatch& batch, std::size_t index,
+                                const TableDescription& description);
+
+/// A row's paths, one a line, whole: what would break a line or steer a terminal is visible.
+[[nodiscard]] QString copiedPaths(const RowBatch& batch, std::size_t index);
+
 } // namespace korvale

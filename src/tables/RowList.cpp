@@ -18,6 +18,21 @@ RowRef RowList::at(std::size_t row) const {
                            : m_order[static_cast<qsizetype>(row)];
 }
 
+std::optional<std::size_t> RowList::find(const RowBatch* batch, std::size_t index) const {
+    const auto held = std::ranges::find(m_batches, batch, &RowBatchPtr::get);
+    if (held == m_batches.end()) {
+        return std::nullopt;
+    }
+    if (m_order.empty()) {
+        return index < m_size ? std::optional(index) : std::nullopt;
+    }
+    const auto number = static_cast<std::uint32_t>(held - m_batches.begin());
+    const auto row = std::ranges::find_if(
+        m_order, [&](RowRef ref) { return ref.batch == number && ref.index == index; });
+    return row == m_order.end() ? std::nullopt
+                                : std::optional(static_cast<std::size_t>(row - m_order.begin()));
+}
+
 std::optional<QString> RowList::text(std::size_t row, RowKey key) const {
     if (row >= m_size) {
         return std::nullopt;

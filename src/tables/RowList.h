@@ -34,6 +34,8 @@ public:
 
     /// Where row `row` (< size()) is.
     [[nodiscard]] RowRef at(std::size_t row) const;
+    /// Where row `index` of `batch` stands; no value when the list does not hold it.
+    [[nodiscard]] std::optional<std::size_t> find(const RowBatch* batch, std::size_t index) const;
     [[nodiscard]] const std::vector<RowBatchPtr>& batches() const { return m_batches; }
 
     /// Puts all rows of `batch` (not null) in front.

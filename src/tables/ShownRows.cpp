@@ -1,5 +1,7 @@
 #include "tables/ShownRows.h"
 
+#include <algorithm>
+
 namespace korvale {
 
 bool ShownRows::setText(const QString& text, const RowList& rows) {
@@ -47,6 +49,16 @@ std::optional<RowIndexes> ShownRows::places(const RowIndexes& shownRows,
         }
     }
     return RowIndexes(std::move(ranges));
+}
+
+std::optional<std::size_t> ShownRows::shownRow(std::size_t place) const {
+    if (!isFiltered()) {
+        return place;
+    }
+    const auto found = std::ranges::lower_bound(m_found, place);
+    return found != m_found.end() && *found == place
+               ? std::optional(static_cast<std::size_t>(found - m_found.begin()))
+               : std::nullopt;
 }
 
 } // namespace korvale

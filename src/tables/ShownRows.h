@@ -33,6 +33,8 @@ public:
     /// The same for many; no value when one lies beyond the last.
     [[nodiscard]] std::optional<RowIndexes> places(const RowIndexes& shownRows,
                                                    const RowList& rows) const;
+    /// The other way round; no value for a row that is left out.
+    [[nodiscard]] std::optional<std::size_t> shownRow(std::size_t place) const;
 
 private:
     std::span<const TableColumn> m_columns;

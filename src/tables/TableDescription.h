@@ -26,6 +26,12 @@ struct ExportField {
     RowKey key;       ///< ExactPaths makes a list of them
 };
 
+/// A value beyond those of the columns.
+struct DetailField {
+    const char* labelKey;
+    RowKey text;
+};
+
 /// Which modifiers let "c" copy.
 enum class CopyModifiers : std::uint8_t {
     CommandHeld,  ///< Command, whatever else is held
@@ -43,6 +49,8 @@ struct TableDescription {
     const char* exportName;             ///< of a file that is offered, without its suffix
     std::span<const ExportField> exportFields;
     CopyModifiers copyModifiers;
+    RowKey explained; ///< the column behind which the details say what the row's category means
+    std::span<const DetailField> hiddenFields; ///< what no column shows and the details do
     std::optional<RowIndexes> RememberedSelections::*selection;
 };
 

@@ -207,9 +207,17 @@ QColor ThreatsTableController::textColor(const TableColumn& /*column*/,
 }
 
 std::optional<QString> ThreatsTableController::value(int row, RowKey key) const {
-    const auto place =
-        row < 0 ? std::nullopt : m_shownRows.place(static_cast<std::size_t>(row), m_currentRows);
-    return place ? m_currentRows.text(*place, key) : std::nullopt;
+    const auto at = place(row);
+    return at ? m_currentRows.text(*at, key) : std::nullopt;
+}
+
+std::optional<std::size_t> ThreatsTableController::place(int row) const {
+    return row < 0 ? std::nullopt : m_shownRows.place(static_cast<std::size_t>(row), m_currentRows);
+}
+
+int ThreatsTableController::shownRow(std::size_t place) const {
+    const auto row = m_shownRows.shownRow(place);
+    return row ? static_cast<int>(*row) : -1;
 }
 
 const TableColumn* ThreatsTableController::column(QLatin1String identifier) const {
@@ -238,6 +246,10 @@ void ThreatsTableController::keyDown(QKeyEvent& event) {
         return;
     }
     event.accept();
+    copy();
+}
+
+void ThreatsTableController::copy() {
     std::optional<RowIndexes> rows = m_selections.*m_description.selection;
     if (rows) {
         rows = m_shownRows.places(*rows, m_currentRows);
@@ -248,6 +260,20 @@ void ThreatsTableController::keyDown(QKeyEvent& event) {
     if (const auto text = copiedText(m_currentRows, m_description, rows)) {
         QGuiApplication::clipboard()->setText(*text);
     }
+}
+
+void ThreatsTableController::copyPaths() const {
+    QStringList paths;
+    for (const RowIndexes::Range& range : m_tableView->selectedRowIndexes().ranges()) {
+        for (int row = range.first; row <= range.last; ++row) {
+            if (const auto at = place(row)) {
+                const RowRef ref = m_currentRows.at(*at);
+                paths.append(copiedPaths(*m_currentRows.batches()[ref.batch], ref.index));
+            }
+        }
+    }
+    paths.removeAll(QString());
+    QGuiApplication::clipboard()->setText(paths.join(u'\n'));
 }
 
 } // namespace korvale

@@ -55,6 +55,16 @@ public:
     /// The rows as they are now, to be written somewhere: all that are shown, or those of them that
     /// are selected.
     [[nodiscard]] RowSnapshot snapshot(bool selectedOnly) const;
+    /// What the copy key does: the remembered selection goes to the clipboard.
+    void copy();
+    /// The paths of the selected rows, one a line.
+    void copyPaths() const;
+    /// The row that the shown row `row` is; no value beyond the last.
+    [[nodiscard]] std::optional<std::size_t> place(int row) const;
+    /// Where that row of currentRows() is shown; -1 when it is left out.
+    [[nodiscard]] int shownRow(std::size_t place) const;
+    /// nullptr until the window is built.
+    [[nodiscard]] ThreatsTableView* tableView() const { return m_tableView; }
 
     [[nodiscard]] const RowList& currentRows() const { return m_currentRows; }
     /// Not used by any operation; part of the class's interface. Not owned.
@@ -83,7 +93,6 @@ protected:
     ThreatsTableController(const TableDescription& description, RememberedSelections& selections,
                            QObject* parent);
 
-    [[nodiscard]] ThreatsTableView* tableView() const { return m_tableView; }
     void setTableView(ThreatsTableView* view) { m_tableView = view; }
 
     /// Text, tooltip, colour and line-break mode of a cell; the text is black already.

@@ -142,11 +142,20 @@ void ThreatsTableView::currentChanged(const QModelIndex& current, const QModelIn
     }
     if (!current.isValid() || !previous.isValid()) {
         viewport()->update(); // the frame is around all of it
+        Q_EMIT currentRowChanged();
         return;
     }
     // The frame around the current row goes beyond the cell that Qt draws anew.
     viewport()->update(rowRect(current.row()));
     viewport()->update(rowRect(previous.row()));
+    if (current.row() != previous.row()) {
+        Q_EMIT currentRowChanged();
+    }
+}
+
+void ThreatsTableView::goToRow(int row) {
+    selectionModel()->setCurrentIndex(m_model->index(row, std::max(0, currentIndex().column())),
+                                      QItemSelectionModel::NoUpdate);
 }
 
 void ThreatsTableView::sortByColumn(int column) {
@@ -416,19 +425,59 @@ void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
         showCurrentToolTip();
         return;
     }
+    if (isContextMenuKey(*event)) {
+        showContextMenu(visualRect(currentIndex()).bottomLeft());
+        return;
+    }
     // An item view copies its current cell and searches for what Escape types; neither happens
     // here.
     const bool forResponder = event->matches(QKeySequence::Copy) || event->key() == Qt::Key_Escape;
     event->setAccepted(!forResponder);
     if (!forResponder) {
         QTableView::keyPressEvent(event);
+        if (openByKey(*event)) {
+            event->accept();
+        }
     }
     if (!event->isAccepted() && m_nextResponder != nullptr) {
         m_nextResponder->keyDown(*event);
     }
 }
 
+/// Space has selected the row before, as it does in item views.
+bool ThreatsTableView::openByKey(const QKeyEvent& event) {
+    const bool isOpening = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
+                           event.key() == Qt::Key_Space;
+    const Qt::KeyboardModifiers held = event.modifiers() & ~Qt::KeypadModifier;
+    if (!isOpening || held != Qt::NoModifier || !currentIndex().isValid()) {
+        return false;
+    }
+    Q_EMIT rowOpened(true);
+    return true;
+}
+
 // Events
+
+void ThreatsTableView::mouseDoubleClickEvent(QMouseEvent* event) {
+    QTableView::mouseDoubleClickEvent(event);
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && index.isValid() && index == currentIndex()) {
+        Q_EMIT rowOpened(false);
+    }
+}
+
+void ThreatsTableView::contextMenuEvent(QContextMenuEvent* event) {
+    showContextMenu(event->reason() == QContextMenuEvent::Keyboard
+                        ? visualRect(currentIndex()).bottomLeft()
+                        : event->pos());
+}
+
+void ThreatsTableView::showContextMenu(const QPoint& place) {
+    const QRect area = viewport()->rect(); // the current row may be out of sight
+    Q_EMIT contextMenuWanted(
+        viewport()->mapToGlobal(QPoint(std::clamp(place.x(), area.left(), area.right()),
+                                       std::clamp(place.y(), area.top(), area.bottom()))));
+}
 
 void ThreatsTableView::focusInEvent(QFocusEvent* event) {
     m_focus.focusCame(event->reason());

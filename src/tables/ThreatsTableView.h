@@ -81,7 +81,19 @@ public:
     void keyboardSearch(const QString& /*search*/) override {}
     void doItemsLayout() override;
 
+    /// Makes a row the current one, in sight, without selecting it.
+    void goToRow(int row);
+
+Q_SIGNALS:
+    /// Enter, Space or a double click on the current row; by a key or by the mouse.
+    void rowOpened(bool byKey);
+    /// Another row is the current one; not when a reload moves what stands in it.
+    void currentRowChanged();
+    void contextMenuWanted(const QPoint& globalPosition);
+
 protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -112,6 +124,8 @@ private:
     void paintPlaceholder(QPainter& painter);
     void scrollToColumn(int column);
     void updateFocus();
+    bool openByKey(const QKeyEvent& event);
+    void showContextMenu(const QPoint& place);
     void showToolTip(const QModelIndex& index, const QPoint& globalPosition);
     bool gestureEvent(QGestureEvent& event);
 
