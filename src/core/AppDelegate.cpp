@@ -141,6 +141,7 @@ MainWindowContext AppDelegate::windowContext() {
                        m_externalDevicesTableCtrl},
             .linkOpener = m_linkOpener,
             .notifications = m_notificationHistory,
+            .fileManager = m_fileManager,
             .statusMenu = m_menu.menu(),
             .displayName = QGuiApplication::applicationDisplayName(),
             .shortVersion =
@@ -214,6 +215,7 @@ void AppDelegate::startStatusUpdates() {
 void AppDelegate::useSessionBus(const QDBusConnection& sessionBus) {
     m_sessionBus = sessionBus;
     m_statusPublisher.useSessionBus(sessionBus);
+    m_fileManager.useSessionBus(sessionBus);
     m_appearance.start(sessionBus);
     m_legibility.start(sessionBus);
     m_notifications.start(sessionBus);

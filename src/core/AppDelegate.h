@@ -12,6 +12,7 @@
 #include "model/HostCache.h"
 #include "model/RememberedLists.h"
 #include "model/StatusWatch.h"
+#include "platform/BusFileManager.h"
 #include "platform/Clock.h"
 #include "platform/IniUserDefaults.h"
 #include "platform/NameOwner.h"
@@ -105,6 +106,7 @@ private:
     SystemClock m_clock;
     IniUserDefaults m_userDefaults;
     XdgLinkOpener m_linkOpener;
+    BusFileManager m_fileManager{m_linkOpener};
     std::optional<QDBusConnection> m_sessionBus; ///< none while it is not known to answer
     bool m_isMenuBuilt = false;
     bool m_isUpdateCheckWanted = false; ///< once launched

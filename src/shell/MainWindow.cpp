@@ -147,15 +147,7 @@ void MainWindow::setupKeys() {
     const auto onKey = [this](const QKeySequence& key, auto action) {
         connect(new QShortcut(key, this), &QShortcut::activated, this, action);
     };
-    onKey(Qt::Key_Escape, [this] {
-        // First what it was typed for goes: rows that are left out must not be forgotten.
-        if (m_answerStrip->findText().isEmpty()) {
-            close();
-        } else {
-            m_answerStrip->clearFind();
-            m_ui->tabView->currentWidget()->setFocus();
-        }
-    });
+    onKey(Qt::Key_Escape, [this] { escape(); });
     onKey(Qt::CTRL | Qt::Key_S, [this] { m_answerStrip->exportButton().click(); });
     onKey(Qt::CTRL | Qt::Key_F, [this] { m_answerStrip->focusFind(); });
     connect(m_answerStrip, &AnswerStrip::findDone, this,
@@ -172,6 +164,46 @@ void MainWindow::setupKeys() {
         onKey(previous, [this] { selectNextTab(-1); });
     }
     onKey(Qt::Key_F10, [this] { m_ui->KvToolbar->showMenu(); });
+}
+
+/// The pane goes first, unless somebody is typing; then what was typed to find, as rows that are
+/// left out must not be forgotten; then the window.
+void MainWindow::escape() {
+    const bool isFinding = !m_answerStrip->findText().isEmpty();
+    const bool isTyping = m_answerStrip->isAncestorOf(focusWidget());
+    if (isPaneShown() && !(isFinding && isTyping)) {
+        Q_EMIT paneCloseWanted();
+    } else if (isFinding) {
+        m_answerStrip->clearFind();
+        m_ui->tabView->currentWidget()->setFocus();
+    } else {
+        close();
+    }
+}
+
+void MainWindow::setPane(QWidget& pane) {
+    m_pane = &pane;
+    m_pane->hide();
+    m_ui->split->addWidget(m_pane);
+    m_ui->split->setSizes({m_ui->split->height() - look::detailsHeight, look::detailsHeight});
+}
+
+void MainWindow::setPaneShown(bool isShown) {
+    if (m_pane == nullptr) {
+        return;
+    }
+    if (!isShown && m_pane->isAncestorOf(focusWidget())) {
+        m_ui->tabView->currentWidget()->setFocus();
+    }
+    // Whatever else stands around the table, one row stays in sight.
+    const auto* table = static_cast<ThreatsTableView*>(m_ui->tabView->currentWidget());
+    const int around = m_ui->tabView->height() - table->viewport()->height();
+    m_ui->tabView->setMinimumHeight(isShown ? around + table->heightOfRows() : 0);
+    m_pane->setVisible(isShown);
+}
+
+bool MainWindow::isPaneShown() const {
+    return m_pane != nullptr && !m_pane->isHidden();
 }
 
 void MainWindow::setupFonts() {

@@ -51,6 +51,12 @@ public:
     /// The menu behind the toolbar's button; nullptr: no button. Not owned.
     void setStatusMenu(QMenu* menu);
 
+    /// The pane below the tables, hidden at first; the window owns it. Once.
+    void setPane(QWidget& pane);
+    /// A pane that closes hands its focus on to the table.
+    void setPaneShown(bool isShown);
+    [[nodiscard]] bool isPaneShown() const;
+
     /// True while the window is shown, not minimised, and drawn: the last is how a desktop tells
     /// that hides a window without a word.
     [[nodiscard]] bool isOnScreen() const { return isVisible() && !isMinimized() && m_isDrawn; }
@@ -59,6 +65,8 @@ Q_SIGNALS:
     void tabSelected(korvale::TabIdentifier tab);
     void logoClicked();
     void notificationsWanted();
+    /// Escape, while the pane is shown.
+    void paneCloseWanted();
     /// The window that has the focus is in sight again.
     void drawnAgain();
 
@@ -80,6 +88,7 @@ private:
     void customizeTitleBarWithToolBar();
     void setupToolbar();
     void setupKeys();
+    void escape();
     void setupFonts();
     void selectNextTab(int step);
     void restorePlacement();
@@ -89,6 +98,7 @@ private:
     std::unique_ptr<Ui::MainWindow> m_ui;
     WindowMemory& m_memory;
     AnswerStrip* m_answerStrip = nullptr;
+    QWidget* m_pane = nullptr; ///< none until it is first wanted
     TabBarStyle* m_tabBarStyle = nullptr;
     WindowColors m_colors;
     bool m_isDrawn = true; ///< as the desktop said last

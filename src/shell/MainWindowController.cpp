@@ -9,6 +9,7 @@
 #include "shell/AboutPanel.h"
 #include "shell/AnswerStrip.h"
 #include "shell/CounterLine.h"
+#include "shell/DetailsControl.h"
 #include "shell/LinkButton.h"
 #include "shell/MainWindow.h"
 #include "shell/NotificationsWindow.h"
@@ -83,6 +84,7 @@ void MainWindowController::buildWindow() {
     showStatusMenu();
     showAppearance();
     applyFind(); // another window, another field
+    new DetailsControl(*m_window, m_context.tables, m_context.fileManager); // the window's
 
     connect(&m_window->answerStrip(), &AnswerStrip::findTextChanged, this,
             &MainWindowController::applyFind);

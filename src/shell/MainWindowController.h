@@ -20,6 +20,7 @@ QT_END_NAMESPACE
 namespace korvale {
 
 class AboutPanel;
+class FileManager;
 class LinkOpener;
 class MainWindow;
 class NotificationHistory;
@@ -43,6 +44,7 @@ struct MainWindowContext {
     TableControllers tables;
     LinkOpener& linkOpener;
     NotificationHistory& notifications;
+    FileManager& fileManager;
     QMenu* statusMenu = nullptr; ///< offered by the window where no tray is
     QString displayName;         ///< of the program, for titles
     QString shortVersion;

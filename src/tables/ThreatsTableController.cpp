@@ -264,7 +264,8 @@ void ThreatsTableController::copy() {
 
 void ThreatsTableController::copyPaths() const {
     QStringList paths;
-    for (const RowIndexes::Range& range : m_tableView->selectedRowIndexes().ranges()) {
+    const RowIndexes selected = m_tableView->selectedRowIndexes();
+    for (const RowIndexes::Range& range : selected.ranges()) {
         for (int row = range.first; row <= range.last; ++row) {
             if (const auto at = place(row)) {
                 const RowRef ref = m_currentRows.at(*at);

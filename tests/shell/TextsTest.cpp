@@ -156,14 +156,14 @@ TEST(Texts, EveryLanguageHasTheKeysOfEnglishWithTheSamePlaceholders) {
 
 /// Keys beside those of notifications whose texts take one value.
 const std::set<QString> oneValueKeys{
-    QStringLiteral("AboutVersion"),       QStringLiteral("HPS_LastScan"),
-    QStringLiteral("HPS_WhyThreats"),     QStringLiteral("HPS_WhyThreatsOffline"),
-    QStringLiteral("HPS_WhyExploits"),    QStringLiteral("HPS_TermNotUtf8"),
-    QStringLiteral("HPS_TermFound"),      QStringLiteral("HPS_TermMore"),
-    QStringLiteral("HPS_TermRefused"),    QStringLiteral("HPS_TermSays"),
-    QStringLiteral("HPS_TermScan"),       QStringLiteral("HPS_ExportNoFile"),
-    QStringLiteral("HPS_ExportNoRoom"),   QStringLiteral("HPS_ExportRuns"),
-    QStringLiteral("HPS_ExportCancelled")};
+    QStringLiteral("AboutVersion"),        QStringLiteral("HPS_LastScan"),
+    QStringLiteral("HPS_WhyThreats"),      QStringLiteral("HPS_WhyThreatsOffline"),
+    QStringLiteral("HPS_WhyExploits"),     QStringLiteral("HPS_TermNotUtf8"),
+    QStringLiteral("HPS_TermFound"),       QStringLiteral("HPS_TermMore"),
+    QStringLiteral("HPS_TermRefused"),     QStringLiteral("HPS_TermSays"),
+    QStringLiteral("HPS_TermScan"),        QStringLiteral("HPS_ExportNoFile"),
+    QStringLiteral("HPS_ExportNoRoom"),    QStringLiteral("HPS_ExportRuns"),
+    QStringLiteral("HPS_ExportCancelled"), QStringLiteral("HPS_PaneMore")};
 /// And those that take two.
 const std::set<QString> twoValueKeys{
     QStringLiteral("HPS_FindCount"),      QStringLiteral("HPS_TermNoFolder"),

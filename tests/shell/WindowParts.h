@@ -2,6 +2,7 @@
 
 #include "core/base/AppState.h"
 #include "fakes/FakeAppearance.h"
+#include "fakes/RecordingFileManager.h"
 #include "fakes/RecordingLinkOpener.h"
 #include "model/StatusWatch.h"
 #include "platform/Clock.h"
@@ -39,6 +40,7 @@ struct WindowParts {
     fakes::RecordingLinkOpener links;
     QTemporaryDir stateFolder;
     NotificationHistory notifications{stateFolder.filePath(QStringLiteral("told.json")), clock};
+    fakes::RecordingFileManager files;
 
     [[nodiscard]] MainWindowContext context(const QString& placementFile) {
         return {.state = state,
@@ -50,6 +52,7 @@ struct WindowParts {
                 .tables = {fileThreats, processThreats, events, externalDevices},
                 .linkOpener = links,
                 .notifications = notifications,
+                .fileManager = files,
                 .statusMenu = &statusMenu,
                 .displayName = QStringLiteral("KorvaleUI"),
                 .shortVersion = QStringLiteral("1.0.0"),

@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QKeyEvent>
 #include <QTabWidget>
 #include <QTemporaryDir>
 
@@ -67,7 +68,10 @@ std::optional<QString> rowText(std::size_t row, RowKey key) {
         return row % 2 == 0 ? QStringLiteral("Threat: Detected")
                             : QStringLiteral("Exploit attempt");
     case RowKey::Details:
+    case RowKey::Path:
         return path;
+    case RowKey::Score:
+        return QString::number(40 + row * 3);
     case RowKey::DeviceType:
         return row % 3 == 0 ? QStringLiteral("USB Mass Storage") : QStringLiteral("Camera");
     case RowKey::VendorId:
@@ -86,7 +90,7 @@ std::optional<QString> rowText(std::size_t row, RowKey key) {
 RowBatchPtr rows(std::size_t count, bool processes = false) {
     return std::make_shared<RecordingRowBatch>(
         count, [processes](std::size_t row, RowKey key) -> std::optional<QString> {
-            if (key == RowKey::Category) {
+            if (key == RowKey::Category || key == RowKey::Meaning) {
                 return processes ? pick(processStates, row) : pick(categories, row);
             }
             return rowText(row, key);
@@ -114,12 +118,14 @@ public:
             drawTabs(look + u"-empty"_qs);
             fill(14);
             drawTabs(look + u"-typical"_qs);
+            drawDetails(look + u"-details"_qs);
             fill(1000);
             statusItem.setTrayAvailable(false);
             drawTabs(look + u"-thousand-notray"_qs);
             statusItem.setTrayAvailable(true);
             m_controller.window()->resize(560, 340);
             drawTabs(look + u"-small"_qs);
+            drawDetails(look + u"-small-details"_qs);
             m_controller.window()->resize(920, 560);
             drawAbout(look + u"-about"_qs);
             drawNotifications(look + u"-notifications"_qs);
@@ -171,6 +177,22 @@ private:
             tabs->setCurrentIndex(tab);
             draw(*m_controller.window(), name + u'-' + QString::number(tab));
         }
+    }
+
+    /// Of the third row, by keyboard.
+    void drawDetails(const QString& name) {
+        auto* tabs = m_controller.window()->findChild<QTabWidget*>();
+        for (int tab = tabs->count() - 1; tab >= 0; --tab) {
+            tabs->setCurrentIndex(tab);
+            QWidget* table = tabs->currentWidget();
+            table->setFocus();
+            for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}) {
+                QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+                QApplication::sendEvent(table, &press);
+            }
+            draw(*m_controller.window(), name + u'-' + QString::number(tab));
+        }
+        tabs->setCurrentIndex(1); // which closes the pane
     }
 
     void drawAbout(const QString& name) {
