@@ -4,6 +4,7 @@
 rows: the current tab's label, a tab, and how many rows its table has.
 tree: every accessible on screen as one JSON line: depth, role, name, description.
 texts: what stands in the text fields, as a JSON list.
+sensitive: the names of the buttons and menu items that can be pressed, as a JSON list.
 cells: the current table's cells as a JSON list of rows; tips: their descriptions.
 titles: the current table's column titles as a JSON list.
 focus: role and name of what has the keyboard, as JSON; focusable: the same of all that can have it.
@@ -96,6 +97,17 @@ def field_texts(node):
     return [text for child in children(node) for text in field_texts(child)]
 
 
+def sensitive(node):
+    states = node.get_state_set()
+    if not states.contains(Atspi.StateType.SHOWING) and node.get_role() != Atspi.Role.APPLICATION:
+        return []
+    if node.get_role() == Atspi.Role.TABLE:
+        return []
+    is_pressed = node.get_role() in (Atspi.Role.PUSH_BUTTON, Atspi.Role.MENU_ITEM)
+    own = [node.get_name()] if is_pressed and states.contains(Atspi.StateType.SENSITIVE) else []
+    return own + [name for child in children(node) for name in sensitive(child)]
+
+
 def main():
     app = application(int(sys.argv[1]))
     what = sys.argv[2]
@@ -108,6 +120,9 @@ def main():
     if what in ("focus", "focusable"):
         state = Atspi.StateType.FOCUSED if what == "focus" else Atspi.StateType.FOCUSABLE
         print(json.dumps(with_state(app, state)))
+        return
+    if what == "sensitive":
+        print(json.dumps(sensitive(app)))
         return
     if what.startswith("place:"):
         print(json.dumps(middle(named(app, what.partition(":")[2]))))
