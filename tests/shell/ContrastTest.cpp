@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTabBar>
+#include <QTextEdit>
 
 #include <cmath>
 
@@ -195,6 +196,19 @@ TEST_P(ContrastTest, RowsCanBeReadSelectedOrNotWithAndWithoutTheFocus) {
         tabView().tabBar()->setFocus();
         expectLegibleTable(*table, QStringLiteral("selected without the focus"));
     }
+}
+
+TEST_P(ContrastTest, TheDetailsOfARowCanBeRead) {
+    QWidget& window = shownWindow();
+    fill();
+    auto* table = tables().front();
+    table->setCurrentIndex(table->model()->index(0, 0));
+    QTest::keyClick(table, Qt::Key_Return);
+    expectLegible(window);
+    auto& details = part<QTextEdit>("detailsText");
+    details.selectAll();
+    QApplication::processEvents();
+    expectLegible(window.grab().toImage(), areaOf(details, details.rect()), details.toPlainText());
 }
 
 TEST_P(ContrastTest, TheAboutPanelCanBeRead) {

@@ -146,6 +146,23 @@ TEST_P(LabelRoomTest, InTheNotificationsWindow) {
     EXPECT_EQ(windows, 1);
 }
 
+TEST_P(LabelRoomTest, OfTheButtonsOfADetailedRowInEveryWindow) {
+    MainWindow& window = shownWindow();
+    fileThreats.loadData(numberedRows(3));
+    fileThreats.updateView();
+    auto& table = part<ThreatsTableView>("fileThreatsTable");
+    table.setCurrentIndex(table.model()->index(0, 0));
+    QTest::keyClick(&table, Qt::Key_Return);
+    auto& pane = part<QWidget>("detailsPane");
+    ASSERT_TRUE(pane.isVisible());
+    expectRoom(pane);
+    window.resize(window.minimumSize());
+    expectRoom(pane);
+    for (const auto* button : pane.findChildren<QAbstractButton*>()) {
+        EXPECT_TRUE(pane.rect().contains(button->geometry())) << button->text().toStdString();
+    }
+}
+
 TEST_P(LabelRoomTest, InTheAboutPanel) {
     controller().aboutApp();
     int panels = 0;
