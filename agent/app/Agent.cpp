@@ -238,7 +238,10 @@ void Agent::engineAnswered(const EngineState& state) {
     m_engineWatch.answered(state, std::chrono::steady_clock::now());
     const bool fresh = isFresh(state, now);
     QString problem;
-    if (!state.reachable) {
+    if (!state.believed) {
+        problem = QStringLiteral("The scan engine is not believed: only the built-in one looks. ") +
+                  QString::fromStdString(state.trouble);
+    } else if (!state.reachable) {
         problem = QStringLiteral("The scan engine does not answer: only the built-in one looks. ") +
                   QString::fromStdString(state.trouble);
     } else if (!fresh) {

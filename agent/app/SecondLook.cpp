@@ -116,8 +116,8 @@ SecondLook::Outcome SecondLook::look(Engine& engine, FoundFile& file, const std:
         return Outcome::Written;
     }
     Judgement judgement = engine.judge(opened.get(), kDeadline, stop);
-    if (identify(opened.get()) != before || !isJudged(judgement.verdict)) {
-        return Outcome::Written; // or nobody to ask: later
+    if (identify(opened.get()) != before || !isJudged(judgement.verdict) || judgement.provisional) {
+        return Outcome::Written; // or nobody to ask, or to believe: later
     }
     if (!isBad(judgement.verdict)) {
         return Outcome::Harmless;

@@ -22,6 +22,22 @@ constexpr std::string_view kVeiledEicar =
     "\x5c\x43\x5c\x47\x40\x46\x38\x41\x50\x46\x41\x38\x53\x5c\x59\x50\x34\x31\x5d\x3e\x5d\x3f";
 static_assert(kVeiledEicar.size() == 68);
 
+// What "gzip -9n" makes of it, veiled likewise.
+constexpr std::string_view kVeiledPackedEicar(
+    "\x0a\x9e\x1d\x15\x15\x15\x15\x15\x17\x16\x9e\x25\xe0\x42\x19\x45\x60\x65\x19\x9d\x23\x9c\x1c"
+    "\x9d\x9f\x25\x20\xc4\x1d\x9d\xc6\x21\x62\x63\xc3\x21\xba\x40\x64\xe0\x61\x63\x19\xc7\x18\x1b"
+    "\x64\xe1\x66\x64\x19\x67\xc4\x60\xe1\x1e\xe4\x19\xe6\x19\x1f\x18\xc3\x18\x64\x18\x1b\xc4\x60"
+    "\xe6\xe1\x64\x40\x41\xe4\xc5\xe3\xc5\x17\x15\x29\xda\x44\x7d\x51\x15\x15\x15");
+static_assert(kVeiledPackedEicar.size() == 88);
+
+std::string unveiled(std::string_view veiled) {
+    std::string plain(veiled);
+    for (char& byte : plain) {
+        byte = static_cast<char>(static_cast<unsigned char>(byte) ^ kVeil);
+    }
+    return plain;
+}
+
 Judgement clean() {
     return {Verdict::Clean, {}, {}, {}};
 }
@@ -35,11 +51,11 @@ bool isEicar(int descriptor) {
 } // namespace
 
 std::string eicarTestContent() {
-    std::string plain(kVeiledEicar);
-    for (char& byte : plain) {
-        byte = static_cast<char>(static_cast<unsigned char>(byte) ^ kVeil);
-    }
-    return plain;
+    return unveiled(kVeiledEicar);
+}
+
+std::string packedEicarTestContent() {
+    return unveiled(kVeiledPackedEicar);
 }
 
 bool isEicarTestFile(std::string_view content) {

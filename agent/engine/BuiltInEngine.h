@@ -41,6 +41,8 @@ private:
 
 /// The 68 bytes themselves, to test another engine with.
 [[nodiscard]] std::string eicarTestContent();
+/// The same as a gzip file: to find them in it an engine must unpack it.
+[[nodiscard]] std::string packedEicarTestContent();
 
 /// Whether a content is the EICAR test file: its 68 bytes first, then at most 60 blanks.
 [[nodiscard]] bool isEicarTestFile(std::string_view content);

@@ -3,6 +3,7 @@
 #include "agent/base/SmallFile.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <limits>
 #include <optional>
@@ -41,6 +42,17 @@ std::optional<std::int64_t> parseSize(std::string_view text) {
     return value;
 }
 
+/// As clamd reads a switch, whatever the case of its letters.
+bool isNo(std::string_view value) {
+    constexpr std::string_view no = "no";
+    constexpr std::string_view wrong = "false";
+    const auto same = [](char left, char right) {
+        return std::tolower(static_cast<unsigned char>(left)) == right;
+    };
+    return value == "0" || std::equal(value.begin(), value.end(), no.begin(), no.end(), same) ||
+           std::equal(value.begin(), value.end(), wrong.begin(), wrong.end(), same);
+}
+
 void take(std::string_view option, std::string_view value, ClamdConfiguration& configuration) {
     if (option == "MaxFileSize") {
         configuration.maxFileSize = parseSize(value).value_or(configuration.maxFileSize);
@@ -50,6 +62,10 @@ void take(std::string_view option, std::string_view value, ClamdConfiguration& c
         configuration.localSocket = value;
     } else if (option == "DatabaseDirectory" && value.starts_with('/')) {
         configuration.databaseFolder = value;
+    } else if (option == "TemporaryDirectory" && value.starts_with('/')) {
+        configuration.temporaryFolder = value;
+    } else if (option == "ScanArchive") {
+        configuration.scanArchives = !isNo(value);
     }
 }
 

@@ -13,6 +13,8 @@ struct ClamdConfiguration {
     std::int64_t maxScanSize = std::int64_t{100} << 20; ///< bytes
     std::string localSocket = "/run/clamav/clamd.ctl";
     std::string databaseFolder = "/var/lib/clamav";
+    std::string temporaryFolder = "/tmp"; ///< in which clamd unpacks; without it, it scans nothing
+    bool scanArchives = true;
 
     /// clamd answers "OK" for larger files without having read them. Never above what clamd can
     /// read at all, whatever the file says.

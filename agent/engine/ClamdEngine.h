@@ -3,6 +3,7 @@
 #include "agent/engine/CircuitBreaker.h"
 #include "agent/engine/ClamdChannel.h"
 #include "agent/engine/ClamdConfiguration.h"
+#include "agent/engine/ControlSample.h"
 #include "agent/engine/Engine.h"
 #include "agent/engine/SoloGate.h"
 #include "agent/engine/SuspectFiles.h"
@@ -20,7 +21,8 @@ struct ReadableFile;
 
 /// clamd behind its local socket: two sessions with four files each. An answer counts only for a
 /// regular file that was readable, small enough for clamd's limits and the same before and after;
-/// one that changed is asked for again. See Engine for the threads.
+/// one that changed is asked for again. "OK" counts only while clamd finds a known bad file, too.
+/// See Engine for the threads.
 class ClamdEngine final : public Engine {
 public:
     static constexpr std::size_t sessions = 2;
@@ -31,9 +33,13 @@ public:
         std::string socket; ///< empty: as the configuration file says
         /// How long a PING may take until the engine counts as not reachable.
         std::chrono::milliseconds patience{2000};
-        /// A folder of the agent's own, from which a test file is passed whenever clamd has come
-        /// back: clamd may be confined to some folders, and then judges nothing. Empty: no test.
+        /// A folder of the agent's own, from which a known bad file is passed: at first and at each
+        /// refresh, and between two of them when files are judged. clamd may be confined to some
+        /// folders, and then judges nothing; or it may not scan at all, and says "OK". Empty: its
+        /// "OK" is believed untested.
         std::string testFolder = {};
+        /// How long clamd may take to load its signatures again.
+        std::chrono::milliseconds reloadTime{30'000};
     };
 
     explicit ClamdEngine(Settings settings);
@@ -55,14 +61,22 @@ private:
     Judgement askAmongOthers(const Question& question);
     Judgement askAlone(const Question& question);
     Judgement judgementFor(const ClamdChannel::Answer& answer);
+    Judgement believed(Judgement judgement, TimePoint deadline, const std::stop_token& stop);
+    ClamdChannel::Answer askForSample(TimePoint deadline, const std::stop_token& stop);
+    [[nodiscard]] std::string sampleTrouble(const EngineState& state, TimePoint deadline,
+                                            const std::stop_token& stop);
+    [[nodiscard]] std::string troubleOf(Verdict verdict, const EngineState& state, TimePoint began);
+    [[nodiscard]] std::string cureTrouble(ControlSample::Meaning meaning);
+    [[nodiscard]] std::string testFileTrouble(const EngineState& state);
+    void disbelieve();
     bool mayAsk(TimePoint deadline);
     ClamdChannel& freestChannel();
+    [[nodiscard]] ClamdConfiguration configuration() const;
     void publish(EngineState state);
     void lost(std::string why);
-    [[nodiscard]] std::string testFileTrouble();
 
     const Settings m_settings;
-    const ClamdConfiguration m_configuration; ///< for the socket; limits are read at each refresh
+    ClamdConfiguration m_configuration; ///< read at each refresh, but for the socket
     const std::string m_socket;
     CircuitBreaker m_breaker;
     SoloGate m_gate;
@@ -70,9 +84,13 @@ private:
     std::array<ClamdChannel, sessions> m_channels;
 
     std::function<void()> m_lost;
-    std::atomic<bool> m_tested = false; ///< clamd has read a test file since it came back
+    std::atomic<bool> m_tested = false; ///< clamd has judged the sample since it came back
+    std::atomic<bool> m_proven = false; ///< and found it; else it knows nothing of it
+    std::atomic<bool> m_believed = true;
+    std::mutex m_sampleMutex; ///< before m_stateMutex
+    ControlSample m_sample;
 
-    mutable std::mutex m_stateMutex;
+    mutable std::mutex m_stateMutex; ///< and for m_configuration
     EngineState m_state;
 };
 

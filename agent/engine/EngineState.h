@@ -24,6 +24,13 @@ struct EngineState {
     /// manager's when that listens for it; 0: none.
     std::int32_t listener = 0;
     std::string trouble; ///< why it is not reachable, for people; empty when it is
+    /// False: it answers, but calls clean what it cannot have scanned; it counts as not reachable.
+    bool believed = true;
+    /// How often it has found a known bad file that it was given to see whether it scans, and how
+    /// often it was caught not scanning. Provisional verdicts given before a proof hold; those
+    /// since the last proof do not when a doubt comes first. Both only grow.
+    std::uint64_t proofs = 0;
+    std::uint64_t doubts = 0;
 
     friend bool operator==(const EngineState&, const EngineState&) = default;
 };

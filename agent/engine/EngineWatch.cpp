@@ -41,7 +41,9 @@ void EngineWatch::tell(const EngineState& state) {
     if (state.reachable) {
         logInfo("the engine answers: " + state.version);
     } else {
-        logWarning("the engine does not answer: " + state.trouble);
+        logWarning(
+            (state.believed ? "the engine does not answer: " : "the engine is not believed: ") +
+            state.trouble);
     }
 }
 

@@ -1,28 +1,38 @@
 #include "agent/engine/TestFile.h"
 
-#include "agent/engine/BuiltInEngine.h"
-
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/mman.h>
 
 namespace korvale::agent {
+namespace {
 
-TestFile::TestFile(const std::string& folder) : m_path(folder + "/engine-test-XXXXXX") {
+UniqueFd filled(const UniqueFd& writer, const std::string& content, const std::string& path) {
+    const bool whole = writer && ::write(writer.get(), content.data(), content.size()) ==
+                                     static_cast<ssize_t>(content.size());
+    return UniqueFd(whole ? ::open(path.c_str(), O_RDONLY | O_CLOEXEC) : -1);
+}
+
+} // namespace
+
+TestFile::TestFile(const std::string& folder, const std::string& content)
+    : m_path(folder + "/engine-test-XXXXXX") {
     const UniqueFd writer(::mkostemp(m_path.data(), O_CLOEXEC));
-    const std::string content = eicarTestContent();
     if (!writer) {
         m_path.clear();
-        return;
     }
-    if (::write(writer.get(), content.data(), content.size()) ==
-        static_cast<ssize_t>(content.size())) {
-        m_file.reset(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    m_file = filled(writer, content, m_path);
+    if (!m_file) {
+        // A full disk must not keep anybody from finding out that the engine does not scan.
+        const UniqueFd memory(::memfd_create("engine-test", MFD_CLOEXEC));
+        m_file = filled(memory, content, "/proc/self/fd/" + std::to_string(memory.get()));
     }
 }
 
-TestFile::~TestFile() {
+void TestFile::hide() {
     if (!m_path.empty()) {
         ::unlink(m_path.c_str());
+        m_path.clear();
     }
 }
 

@@ -27,6 +27,9 @@ struct Judgement {
     std::string name;      ///< of what was found, valid UTF-8; empty unless isBad(verdict)
     std::string reason;    ///< why it was not judged, for people; empty when isJudged(verdict)
     std::string sha256hex; ///< of the content, 64 lower-case digits; empty when nobody needed it
+    /// Clean, but the engine has not shown since then that it scans at all: it may turn out (see
+    /// EngineState::doubts) that it did not.
+    bool provisional = false;
 
     friend bool operator==(const Judgement&, const Judgement&) = default;
 };

@@ -78,6 +78,10 @@ void ScanJob::scan(CallerFolder folder) {
         m_queue.waitUntilDone();
         askAgain();
         m_queue.waitUntilDone();
+        const OwnRights own;
+        const std::size_t doubted = takeDoubted().size();
+        const std::lock_guard lock(m_mutex);
+        m_summary.unanswered += doubted;
     } else {
         const std::lock_guard lock(m_mutex);
         m_summary.trouble = error;
@@ -120,7 +124,7 @@ void ScanJob::judge(WalkedFile& file) {
         return; // nobody's fault
     }
     if (judgement.verdict == Verdict::Clean) {
-        (void)m_memory->remember(file, begun);
+        (void)m_memory->remember(file, begun, judgement.provisional);
     }
     conclude(file, std::move(judgement));
 }
@@ -156,13 +160,26 @@ void ScanJob::unanswered(const std::string& path) {
     }
 }
 
+std::vector<std::string> ScanJob::takeDoubted() {
+    if (!m_memory->isOpen() || m_stop.stop_requested()) {
+        return {}; // what is open is not remembered
+    }
+    m_engine.refresh(); // which shows whether it has scanned
+    std::vector<std::string> doubted = m_memory->takeDoubted();
+    const std::lock_guard lock(m_mutex);
+    m_summary.analysed -= doubted.size();
+    return doubted;
+}
+
 void ScanJob::askAgain() {
     std::vector<std::string> retries;
     {
         const OwnRights own;
+        retries = takeDoubted();
         const std::lock_guard lock(m_mutex);
         m_lastTry = true;
-        retries.swap(m_retries);
+        retries.insert(retries.end(), m_retries.begin(), m_retries.end());
+        m_retries.clear();
         if (!retries.empty() && !m_engine.refresh().reachable) {
             m_summary.unanswered += retries.size();
             return;

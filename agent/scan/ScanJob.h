@@ -65,6 +65,7 @@ private:
     void conclude(WalkedFile& file, Judgement judgement);
     void unanswered(const std::string& path);
     void askAgain();
+    std::vector<std::string> takeDoubted();
     void count(const std::string& path);
     void report(const WalkedFile& file, Judgement judgement);
 

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <mutex>
 #include <string>
+#include <vector>
 
 namespace korvale::agent {
 
@@ -24,6 +25,7 @@ public:
         FileIdentity file;
         std::chrono::system_clock::time_point time;
         std::string key;
+        std::uint64_t doubts = 0; ///< see EngineState
     };
 
     /// `cache` may be null: nothing is known then. Both are borrowed.
@@ -35,18 +37,35 @@ public:
     [[nodiscard]] bool isKnownClean(const WalkedFile& file) const;
     [[nodiscard]] Begun begin(const WalkedFile& file);
     /// Remembers that the file is clean, if it still is the one that was begun with, and the
-    /// engine's signatures are the same, too. False: it may be another one unnoticed, and nothing
-    /// was remembered.
-    bool remember(const WalkedFile& file, const Begun& begun);
+    /// engine's signatures are the same, too; a provisional verdict only once it holds. False: it
+    /// may be another one unnoticed, or not hold, and nothing was remembered yet.
+    bool remember(const WalkedFile& file, const Begun& begun, bool provisional = false);
+    /// Whether provisional verdicts wait for the engine's next proof.
+    [[nodiscard]] bool isOpen();
+    /// Paths of files whose provisional verdicts do not hold: to be judged again. Each once.
+    [[nodiscard]] std::vector<std::string> takeDoubted();
     void flush();
 
 private:
-    std::string currentKey();
+    /// Few: the engine proves itself again soon after each.
+    struct Open {
+        FileIdentity file;
+        bool keeps; ///< it may be remembered
+        std::string path;
+    };
+    std::string currentKey() { return settle(m_engine.state()); }
+    std::string settle(const EngineState& state);
+    void settleLocked(const EngineState& state);
+    [[nodiscard]] bool mayKeep(const WalkedFile& file, const Begun& begun, const std::string& key);
 
     VerdictCache* m_cache;
     const Engine& m_engine;
     std::mutex m_mutex;
     std::string m_key;
+    std::vector<Open> m_open;
+    std::vector<std::string> m_doubted;
+    std::uint64_t m_proofs = 0;
+    std::uint64_t m_doubts = 0;
 };
 
 } // namespace korvale::agent

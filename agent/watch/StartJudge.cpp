@@ -261,7 +261,7 @@ GuardOrder StartJudge::orderFor(WalkedFile& file, const std::string& path, Guard
     }
     Judgement judgement = m_engine.judge(file.descriptor.get(), deadline, m_stop.get_token());
     if (judgement.verdict == Verdict::Clean) {
-        answer.remember = m_memory.remember(file, begun);
+        answer.remember = m_memory.remember(file, begun, judgement.provisional);
     } else if (judgement.verdict == Verdict::NoAnswer) {
         m_listener.unjudged(path);
     } else if (isBad(judgement.verdict)) {

@@ -97,6 +97,11 @@ void Watch::engineAnswered(const EngineState& state) {
             m_judge->forget();
         }
     }
+    m_files->doubt(m_memory.takeDoubted());
+    if (state.doubts != m_doubts && m_judge) {
+        m_judge->forget(); // programs that were allowed because of it
+    }
+    m_doubts = state.doubts;
     if (state.reachable && (!m_reachable || m_files->unanswered() > 0)) {
         m_files->askAgain();
     }

@@ -85,6 +85,7 @@ private:
     std::vector<WatchedSystem> m_systems;
     std::set<std::uint64_t> m_asked; ///< file systems whose programs the guard asks for
     std::string m_signatures;
+    std::uint64_t m_doubts = 0; ///< of the engine, as of its last answer
     bool m_reachable = false;
     bool m_guardLost = false; ///< it ended, and no other one has its place yet
     BackOff m_backOff;

@@ -79,6 +79,12 @@ void WrittenFiles::lookThroughAll() {
     }
 }
 
+void WrittenFiles::doubt(const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) {
+        noAnswer(path);
+    }
+}
+
 void WrittenFiles::askAgain() {
     std::unordered_set<std::string> paths;
     bool tooMany = false;
@@ -156,7 +162,7 @@ void WrittenFiles::judge(WalkedFile& file, const WatchOptions& options) {
         ++m_counts.notScanned;
         return;
     case Verdict::Clean:
-        (void)m_memory.remember(file, begun);
+        (void)m_memory.remember(file, begun, judgement.provisional);
         break;
     case Verdict::Abnormal:
     case Verdict::Unsafe: {

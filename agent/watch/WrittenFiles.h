@@ -15,8 +15,10 @@
 #include <memory>
 #include <mutex>
 #include <stop_token>
+#include <string>
 #include <thread>
 #include <unordered_set>
+#include <vector>
 
 namespace korvale::agent {
 
@@ -44,6 +46,9 @@ public:
     void add(const std::string& path, bool isTree);
     /// Events were lost: everything that is watched is looked through, what is known aside.
     void lookThroughAll();
+    /// What the engine said of these does not hold: they are asked again with those that it did not
+    /// judge.
+    void doubt(const std::vector<std::string>& paths);
     /// The engine answers (again): what it did not judge is asked again.
     void askAgain();
 

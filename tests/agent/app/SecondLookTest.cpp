@@ -49,6 +49,17 @@ protected:
     std::vector<std::int64_t> m_gone;
 };
 
+TEST_F(SecondLookTest, AFindingDoesNotEndByAVerdictThatMayNotHold) {
+    writeFile(m_folder / "a", "bad");
+    std::atomic<int> asked = 0;
+    m_engine.onJudge([&](const std::string& content, const std::stop_token&) {
+        return ++asked == 1 ? FakeEngine::provisional() : FakeEngine::byContent(content);
+    });
+    m_second.keep(found("a"), 7);
+    ASSERT_TRUE(waitUntil([this] { return !m_found.empty(); }));
+    EXPECT_TRUE(m_gone.empty());
+}
+
 TEST_F(SecondLookTest, FindsAFileAgainOnceNobodyWrites) {
     writeFile(m_folder / "a", "bad one");
     UniqueFd open = writer("a");

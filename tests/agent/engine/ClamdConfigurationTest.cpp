@@ -35,6 +35,15 @@ TEST(ClamdConfiguration, ThatIsNotUnderstoodKeepsTheCarefulDefaults) {
     EXPECT_EQ(defaults.largestFile(), 25 << 20);
 }
 
+TEST(ClamdConfiguration, KnowsWhereAndWhetherClamdUnpacks) {
+    for (const char* const no : {"no", "No", "false", "0"}) {
+        EXPECT_FALSE(parseClamdConfiguration(std::string("ScanArchive ") + no).scanArchives) << no;
+    }
+    EXPECT_TRUE(parseClamdConfiguration("ScanArchive yes").scanArchives);
+    EXPECT_EQ(parseClamdConfiguration("TemporaryDirectory /var/tmp").temporaryFolder, "/var/tmp");
+    EXPECT_EQ(parseClamdConfiguration("TemporaryDirectory tmp").temporaryFolder, "/tmp");
+}
+
 TEST(ClamdConfiguration, WithoutLimitsStillHasClamdsOwn) {
     const auto unlimited = parseClamdConfiguration("MaxFileSize 0\nMaxScanSize 0");
     EXPECT_EQ(unlimited.largestFile(), 0x7fffffff - 2);

@@ -1,7 +1,9 @@
 #include "agent/fakes/RealClamd.h"
 
+#include "agent/engine/BuiltInEngine.h"
 #include "agent/engine/ClamdEngine.h"
 #include "agent/fakes/EicarText.h"
+#include "agent/fakes/ScratchMount.h"
 
 #include <atomic>
 #include <csignal>
@@ -116,6 +118,119 @@ TEST(RealClamd, KilledAgainAndAgainNeverMakesABadFileClean) {
         engine.refresh();
     }
     ending = true;
+}
+
+/// A clamd whose temporary folder is a small file system of the test's own, as a user fills it.
+class BlindClamd : public testing::Test {
+protected:
+    static constexpr int kInodes = 400;
+
+    void fill(int leave) {
+        while (true) {
+            const std::string path = m_temporary / ("fill" + std::to_string(m_filled));
+            const UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+            if (!file) {
+                break;
+            }
+            ++m_filled;
+        }
+        for (int file = 0; file < leave; ++file) {
+            removeOne();
+        }
+    }
+    void empty() {
+        while (m_filled > 0) {
+            removeOne();
+        }
+    }
+    void removeOne() {
+        std::filesystem::remove(m_temporary / ("fill" + std::to_string(--m_filled)));
+    }
+    /// Unless it `seesFolder` the agent can tell by the sample only.
+    ClamdEngine::Settings settings(const RealClamd& clamd, bool seesFolder) const {
+        return {seesFolder ? clamd.configuration() : m_folder / "other.conf", clamd.socket(), 10s,
+                m_folder.path(), 500ms};
+    }
+    static void waitUntilBelieved(ClamdEngine& engine) {
+        const auto limit = std::chrono::steady_clock::now() + 60s;
+        while (!engine.refresh().reachable) {
+            ASSERT_LT(std::chrono::steady_clock::now(), limit) << engine.state().trouble;
+            std::this_thread::sleep_for(50ms);
+        }
+    }
+
+    ScratchFolder m_folder;
+    ScratchFolder m_temporary;
+    int m_filled = 0;
+};
+
+TEST_F(BlindClamd, IsNotBelievedWhileItsTemporaryFolderIsFull) {
+    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS_MOUNTS();
+    const ScratchMount mount =
+        ScratchMount::tmpfs(m_temporary.path(), "size=4m,nr_inodes=" + std::to_string(kInodes));
+    ASSERT_TRUE(mount.mounted());
+    const RealClamd clamd("TemporaryDirectory " + m_temporary.path() + "\n");
+    writeFile(m_folder / "bad", RealClamd::badMarker);
+    writeFile(m_folder / "other.conf", "DatabaseDirectory " + clamd.signatures() + "\n");
+    for (const bool seesFolder : {true, false}) {
+        ClamdEngine engine(settings(clamd, seesFolder));
+        ASSERT_TRUE(engine.refresh().reachable) << engine.state().trouble;
+        EXPECT_EQ(judge(engine, m_folder / "bad").verdict, Verdict::Unsafe);
+        fill(0);
+        std::this_thread::sleep_for(ControlSample::longestWindow); // the next OK asks for proof
+        EXPECT_EQ(judge(engine, m_folder / "bad").verdict, Verdict::NoAnswer);
+        EXPECT_FALSE(engine.refresh().reachable);
+        EXPECT_FALSE(engine.state().believed) << engine.state().trouble;
+        empty();
+        waitUntilBelieved(engine);
+        EXPECT_EQ(judge(engine, m_folder / "bad").verdict, Verdict::Unsafe);
+    }
+}
+
+TEST_F(BlindClamd, IsMadeToForgetWhatItCalledCleanWithRoomForOneFileOnly) {
+    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS_MOUNTS();
+    const ScratchMount mount =
+        ScratchMount::tmpfs(m_temporary.path(), "size=4m,nr_inodes=" + std::to_string(kInodes));
+    ASSERT_TRUE(mount.mounted());
+    const RealClamd clamd("TemporaryDirectory " + m_temporary.path() + "\n");
+    writeFile(m_folder / "packed", packedEicarTestContent());
+    writeFile(m_folder / "other.conf", "DatabaseDirectory " + clamd.signatures() + "\n");
+    ClamdEngine engine(settings(clamd, false));
+    ASSERT_TRUE(engine.refresh().reachable) << engine.state().trouble;
+    // Its folder takes the one inode, what it unpacks would need another. What it calls clean then
+    // it remembers, though there is room again.
+    fill(1);
+    EXPECT_FALSE(engine.refresh().reachable);
+    EXPECT_FALSE(engine.state().believed) << engine.state().trouble;
+    ClamdEngine gullible({clamd.configuration(), clamd.socket(), 10s, {}});
+    EXPECT_EQ(judge(gullible, m_folder / "packed").verdict, Verdict::Clean) << "no such danger";
+    empty();
+    EXPECT_EQ(judge(gullible, m_folder / "packed").verdict, Verdict::Clean) << "no such danger";
+    EXPECT_NE(judge(engine, m_folder / "packed").verdict, Verdict::Clean);
+    waitUntilBelieved(engine);
+    EXPECT_EQ(judge(engine, m_folder / "packed").verdict, Verdict::Unsafe);
+}
+
+TEST_F(BlindClamd, WithLittleRoomIsNotBelievedThoughItFindsTheSample) {
+    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS_MOUNTS();
+    const ScratchMount mount =
+        ScratchMount::tmpfs(m_temporary.path(), "size=4m,nr_inodes=" + std::to_string(kInodes));
+    ASSERT_TRUE(mount.mounted());
+    const RealClamd clamd("TemporaryDirectory " + m_temporary.path() + "\n");
+    writeFile(m_folder / "good", "harmless");
+    ClamdEngine engine(settings(clamd, true));
+    ASSERT_TRUE(engine.refresh().reachable) << engine.state().trouble;
+    EXPECT_EQ(judge(engine, m_folder / "good").verdict, Verdict::Clean);
+    fill(4); // enough for the sample; an archive in an archive needs more
+    EXPECT_EQ(judge(engine, m_folder / "good").verdict, Verdict::NoAnswer);
+    EXPECT_NE(engine.state().trouble.find("no room for further files"), std::string::npos)
+        << engine.state().trouble;
+    empty();
+    waitUntilBelieved(engine);
+    EXPECT_EQ(judge(engine, m_folder / "good").verdict, Verdict::Clean);
 }
 
 } // namespace

@@ -43,8 +43,21 @@ public:
     }
     EngineState refresh() override {
         ++refreshes;
+        if (onRefresh) {
+            onRefresh();
+        }
         return state();
     }
+    void prove() {
+        const std::lock_guard lock(m_mutex);
+        ++m_state.proofs;
+    }
+    void doubt() {
+        const std::lock_guard lock(m_mutex);
+        ++m_state.doubts;
+    }
+    /// Clean, as long as the engine has not proved itself again.
+    static Judgement provisional() { return {Verdict::Clean, {}, {}, {}, true}; }
 
     static Judgement byContent(const std::string& content) {
         if (content.starts_with("bad")) {
@@ -86,6 +99,7 @@ public:
     }
 
     std::atomic<int> refreshes = 0;
+    std::function<void()> onRefresh; ///< set before it is used
 
 private:
     mutable std::mutex m_mutex;

@@ -171,6 +171,10 @@ bool ScriptedClamd::command(Connection& connection, const std::string& name) {
         const std::lock_guard lock(m_mutex);
         return react(connection, {(name == "zPING" ? "PONG" : m_version) + '\0', true, false});
     }
+    if (name == "zRELOAD") {
+        ++m_reloads;
+        return react(connection, {std::string("RELOADING") + '\0', true, false});
+    }
     connection.fileFollows = name == "zFILDES";
     return connection.fileFollows;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agent/base/UniqueFd.h"
+#include "agent/engine/BuiltInEngine.h"
 
 #include <atomic>
 #include <cstdint>
@@ -19,6 +20,9 @@ public:
     struct Asked {
         std::uint32_t number; ///< in its session, from 1
         std::string content;  ///< of the passed file, its first kilobyte
+
+        /// The known bad file by which the agent sees whether clamd scans.
+        [[nodiscard]] bool isSample() const { return content == packedEicarTestContent(); }
     };
     struct Reaction {
         std::string bytes;  ///< sent as they are, NULs and all; none: nothing is sent
@@ -45,6 +49,7 @@ public:
 
     [[nodiscard]] int connections() const { return m_connections; } ///< ever accepted
     [[nodiscard]] int files() const { return m_files; }             ///< ever asked for
+    [[nodiscard]] int reloads() const { return m_reloads; }
 
 private:
     struct Connection;
@@ -66,6 +71,7 @@ private:
     std::atomic<bool> m_ending = false;
     std::atomic<int> m_connections = 0;
     std::atomic<int> m_files = 0;
+    std::atomic<int> m_reloads = 0;
 };
 
 } // namespace korvale::agent

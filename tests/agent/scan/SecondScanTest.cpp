@@ -160,6 +160,97 @@ TEST_F(SecondScanTest, RemembersNothingThatSeemsToBeFromTheFuture) {
     EXPECT_TRUE(memory.isKnownClean(file));
 }
 
+TEST_F(SecondScanTest, RemembersProvisionalVerdictsOnceTheEngineHasProvedItself) {
+    make("file", "good");
+    make("late", "good");
+    grow();
+    const WalkedFile file = walked("file");
+    const WalkedFile late = walked("late");
+    VerdictMemory memory(m_cache.get(), m_engine);
+    EXPECT_FALSE(memory.remember(file, memory.begin(file), true));
+    EXPECT_TRUE(memory.isOpen());
+    EXPECT_FALSE(memory.isKnownClean(file));
+    m_engine.prove();
+    EXPECT_FALSE(memory.remember(late, memory.begin(late), true)) << "after that proof";
+    EXPECT_TRUE(memory.isKnownClean(file));
+    EXPECT_FALSE(memory.isKnownClean(late));
+    EXPECT_TRUE(memory.takeDoubted().empty());
+    m_engine.prove();
+    EXPECT_TRUE(memory.takeDoubted().empty());
+    EXPECT_FALSE(memory.isOpen());
+    EXPECT_TRUE(memory.isKnownClean(late));
+}
+
+TEST_F(SecondScanTest, RemembersNoProvisionalVerdictThatADoubtFollows) {
+    make("file", "good");
+    make("late", "good");
+    grow();
+    const WalkedFile file = walked("file");
+    const WalkedFile late = walked("late");
+    VerdictMemory memory(m_cache.get(), m_engine);
+    const VerdictMemory::Begun begun = memory.begin(late);
+    EXPECT_FALSE(memory.remember(file, memory.begin(file), true));
+    m_engine.doubt();
+    m_engine.prove(); // it scans again, by now
+    EXPECT_FALSE(memory.remember(late, begun, true));
+    EXPECT_EQ(memory.takeDoubted(), (std::vector{file.path(), late.path()}));
+    EXPECT_TRUE(memory.takeDoubted().empty());
+    m_engine.prove();
+    EXPECT_TRUE(memory.takeDoubted().empty());
+    EXPECT_FALSE(memory.isKnownClean(file));
+    EXPECT_FALSE(memory.isKnownClean(late));
+}
+
+TEST_F(SecondScanTest, AsksAgainForWhatABlindEngineCalledClean) {
+    make("file", "bad");
+    grow();
+    std::atomic<bool> blind = true;
+    m_engine.onJudge([&](const std::string& content, const std::stop_token&) {
+        return blind ? FakeEngine::provisional() : FakeEngine::byContent(content);
+    });
+    m_engine.onRefresh = [&, first = true]() mutable {
+        if (std::exchange(first, false)) {
+            return; // at the beginning all was well
+        }
+        if (blind.exchange(false)) {
+            m_engine.doubt();
+        }
+    };
+    const ScanSummary summary = scan();
+    EXPECT_EQ(summary.found, 1U);
+    EXPECT_EQ(summary.analysed, 1U);
+    EXPECT_EQ(summary.unanswered, 0U);
+}
+
+TEST_F(SecondScanTest, CountsWhatABlindEngineCalledCleanAsNotScanned) {
+    make("file", "bad");
+    grow();
+    m_engine.onJudge(
+        [](const std::string&, const std::stop_token&) { return FakeEngine::provisional(); });
+    m_engine.onRefresh = [this, first = true]() mutable {
+        if (!std::exchange(first, false)) {
+            m_engine.doubt();
+            m_engine.setReachable(false);
+        }
+    };
+    const ScanSummary summary = scan();
+    EXPECT_EQ(summary.analysed, 0U);
+    EXPECT_EQ(summary.unanswered, 1U);
+    m_engine.onRefresh = {};
+    m_engine.onJudge({});
+    EXPECT_EQ(scan().known, 0U) << "it was remembered";
+}
+
+TEST_F(SecondScanTest, RemembersAtItsEndWhatTheEngineProvesThen) {
+    make("file", "good");
+    grow();
+    m_engine.onJudge(
+        [](const std::string&, const std::stop_token&) { return FakeEngine::provisional(); });
+    m_engine.onRefresh = [this] { m_engine.prove(); };
+    EXPECT_EQ(scan().analysed, 1U);
+    EXPECT_EQ(scan().known, 1U);
+}
+
 TEST_F(SecondScanTest, RemembersNothingThatChangedWhileItWasJudged) {
     make("file", "good");
     grow();

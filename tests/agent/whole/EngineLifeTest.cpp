@@ -43,7 +43,7 @@ protected:
     }
 
     static ScriptedClamd::Reaction answer(const ScriptedClamd::Asked& asked) {
-        const bool evil = asked.content.starts_with("evil");
+        const bool evil = asked.content.starts_with("evil") || asked.isSample();
         return ScriptedClamd::says(asked, evil ? "Test.Evil FOUND" : "OK");
     }
     [[nodiscard]] bool heardBoth(const char* state) {
@@ -142,6 +142,24 @@ TEST_F(EngineLifeTest, OneThatHangsInAScanIsAskedForTheRestWhenItIsBack) {
     const QJsonObject last = control("Status").value(QStringLiteral("last_scan")).toObject();
     EXPECT_EQ(last.value(QStringLiteral("analysed")).toInt(), kFiles);
     EXPECT_EQ(last.value(QStringLiteral("not_scanned")).toInt(), 0);
+}
+
+TEST_F(EngineLifeTest, OneThatCallsAKnownBadFileCleanIsNotBelieved) {
+    m_folder.write(QStringLiteral("files/a"), "evil");
+    start();
+    ASSERT_TRUE(heardBoth("connected"));
+    m_ear->heard.clear();
+    // What clamd does in a full temporary folder.
+    m_clamd->onFile(
+        [](const ScriptedClamd::Asked& asked) { return ScriptedClamd::says(asked, "OK"); });
+    ASSERT_EQ(scanFiles(), QStringLiteral("OK"));
+    ASSERT_TRUE(heardBoth("notconnected"));
+    EXPECT_TRUE(problems().contains(QStringLiteral("not believed"))) << problems().toStdString();
+    EXPECT_TRUE(problems().contains(QStringLiteral("known test file")));
+    ASSERT_TRUE(heard("com.korvale.consumer_notification"));
+    const QJsonObject last = control("Status").value(QStringLiteral("last_scan")).toObject();
+    EXPECT_EQ(last.value(QStringLiteral("analysed")).toInt(), 0);
+    EXPECT_EQ(last.value(QStringLiteral("not_scanned")).toInt(), 1);
 }
 
 TEST_F(EngineLifeTest, OneThatLiesOrAnswersHalfALineFindsNothingAndCleansNothing) {
