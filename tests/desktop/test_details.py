@@ -1,9 +1,13 @@
 """The details of a row: by keyboard and mouse, read over AT-SPI, and what can be done from there."""
 import contextlib
 import json
+import subprocess
 
+from desktop_session import HERE
+from drivers import LineReader
 from window_case import WindowCase, text, wait_until
 
+LISTENER = str(HERE / "services" / "accessible_events.py")
 BUTTONS = ("HPS_PaneCopy", "HPS_PaneCopyPath", "HPS_PaneSelectAll", "HPS_PaneShow")
 
 
@@ -164,6 +168,49 @@ class Actions(DetailsCase):
     def enabled(self):
         """Whether "Show in file manager" can be pressed."""
         return text("HPS_PaneShow") in json.loads(self.read("sensitive") or "[]")
+
+    def has_menu(self):
+        """Whether the program has a second window: menus are not in the window's tree."""
+        return len(self.desktop.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                     str(self.details.pid)], check=False).split()) > 1
+
+    def test_the_menu_key_offers_the_same_on_the_row(self):
+        self.open_details_of("/nonexistent/a.exe", "/nonexistent/b.exe")
+        lines = self.listen()
+        for key in ("Menu", "shift+F10"):
+            self.press(key)
+            wait_until(self.has_menu, "the menu")
+            for name in BUTTONS[:3]:  # the last is not offered, as there is no such file
+                self.press("Down")
+                lines.wait_for(json.dumps(["focus", "menu item", text(name)])[1:-1])
+            self.press("Escape")
+            wait_until(lambda: not self.has_menu(), "the menu to close")
+            self.assertIsNotNone(self.window())
+        path = self.copied_now(lambda: self.press("Menu", "Down", "Down", "Return"))
+        self.assertEqual(path, "/nonexistent/a.exe")
+
+    def listen(self):
+        """What screen readers are told from now on, line by line."""
+        listener = subprocess.Popen(["/usr/bin/python3", LISTENER, str(self.details.pid)],
+                                    env=self.desktop.env, text=True, stdout=subprocess.PIPE)
+        lines = LineReader(listener.stdout)
+
+        def end():
+            listener.kill()
+            listener.wait()
+            lines.join()
+            listener.stdout.close()
+        self.cleanup.callback(end)
+        lines.wait_for("^ready$")
+        return lines
+
+    def test_a_right_click_means_the_row_under_it(self):
+        self.open_details_of("/nonexistent/a.exe", "/nonexistent/b.exe")
+        x, y = self.middle_of_row(1)
+        self.desktop.run(["xdotool", "mousemove", str(x), str(y), "click", "3"])
+        wait_until(self.has_menu, "the menu")
+        path = self.copied_now(lambda: self.press("Down", "Down", "Return"))
+        self.assertEqual(path, "/nonexistent/b.exe")
 
     def test_the_buttons_are_reached_by_keyboard(self):
         self.open_details_of("/nonexistent/a.exe")

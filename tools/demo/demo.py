@@ -128,6 +128,17 @@ class Headless:
                     self.session.run(["xdotool", "key", "--window", window, "ctrl+Next"])
                 wait_until(lambda key=key: self.tab_shows_rows(key), "rows in the tab")
             self.shot(f"window-{name}")
+            if not index:
+                self.show_the_details()
+
+    def show_the_details(self):
+        with self.steps.step("Enter on a row shows what its category means and what to do"):
+            self.session.play("key", "Down", "Return")
+            wait_until(lambda: text("HPS_PaneMeans") in self.read("texts"), "the details")
+        self.shot("window-details")
+        with self.steps.step("Escape closes them and leads back to the row"):
+            self.session.play("key", "Escape")
+            wait_until(lambda: text("HPS_PaneCopyPath") not in self.read("tree"), "the table alone")
 
     def export_the_rows(self, folder):
         target = folder.parent / "threats.csv"
