@@ -98,7 +98,7 @@ QString singleLineText(const QString& text) {
 }
 
 QString wholeLineText(const QString& text, bool& isCut) {
-    const QString shown = visible(start(text, longestShownText), {});
+    QString shown = visible(start(text, longestShownText), {});
     if (text.size() <= longestShownText) {
         return shown;
     }

@@ -11,7 +11,7 @@ namespace korvale {
 
 /// So many paths of a row, or so many characters of them, are shown at most; copying takes all.
 inline constexpr std::size_t mostShownPaths = 1000;
-inline constexpr qsizetype longestShownPaths = 256 * 1024;
+inline constexpr qsizetype longestShownPaths = qsizetype{256} * 1024;
 
 /// Everything that is known of one row, and what its category means, line by line. The texts are
 /// such as may be shown.
