@@ -15,7 +15,8 @@ void fill(std::span<char> destination, const QString& text) {
     auto count = std::min(destination.size(), static_cast<std::size_t>(bytes.size()));
     if (count < static_cast<std::size_t>(bytes.size())) {
         // No part of a character is kept: the first byte that is left out must begin one.
-        while (count > 0 && (static_cast<unsigned char>(bytes[count]) & 0xC0U) == 0x80U) {
+        while (count > 0 && (static_cast<unsigned char>(bytes[static_cast<qsizetype>(count)]) &
+                             0xC0U) == 0x80U) {
             --count;
         }
     }

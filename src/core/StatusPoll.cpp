@@ -26,9 +26,10 @@ double secondsSince(std::optional<double> moment, double now) {
 
 } // namespace
 
-StatusPoll::StatusPoll(AppState& state, StatusPollParts parts, UpdaterStatusFolder updaterStatus)
+StatusPoll::StatusPoll(AppState& state, const StatusPollParts& parts,
+                       UpdaterStatusFolder updaterStatus)
     : m_state(state),
-      m_parts(std::move(parts)),
+      m_parts(parts),
       m_updaterStatus(std::move(updaterStatus)),
       m_shownDeviceName(state.customName) {}
 

@@ -34,7 +34,7 @@ struct StatusPollParts {
 /// waits.
 class StatusPoll {
 public:
-    StatusPoll(AppState& state, StatusPollParts parts,
+    StatusPoll(AppState& state, const StatusPollParts& parts,
                UpdaterStatusFolder updaterStatus = UpdaterStatusFolder());
 
     /// One tick.
