@@ -4,6 +4,10 @@
 #include "fakes/PrivateBus.h"
 #include "fakes/WaitUntil.h"
 
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+#include <QElapsedTimer>
+
 #include <memory>
 
 namespace korvale::agent {
@@ -27,9 +31,16 @@ protected:
         QDBusConnection::disconnectFromBus(QStringLiteral("caller side"));
     }
 
+    /// The bus has seen it go, too.
     void callerLeaves() {
+        const QString name = m_caller->baseService();
         m_caller.reset();
         QDBusConnection::disconnectFromBus(QStringLiteral("caller side"));
+        QElapsedTimer limit;
+        limit.start();
+        while (m_agent->interface()->isServiceRegistered(name)) {
+            ASSERT_LT(limit.elapsed(), 20'000);
+        }
     }
 
     PrivateBus m_bus;
