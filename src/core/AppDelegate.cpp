@@ -234,7 +234,7 @@ void AppDelegate::activate(const QString& activationToken, const QString& action
     }
     m_window.showDetails(activationToken);
     // Its status line tells what becomes of that.
-    m_isUpdateCheckWanted = action == checkUpdatesAction;
+    m_isUpdateCheckWanted = m_isUpdateCheckWanted || action == checkUpdatesAction;
     checkWantedUpdates();
 }
 

@@ -111,10 +111,13 @@ QJsonObject wholeObject(StatusAnswer answer, const QVariantMap& properties) {
     return object;
 }
 
-/// waybar takes texts for markup.
+QString escapedReasonOf(StatusAnswer answer, const QVariantMap& properties) {
+    return reasonOf(answer, properties).toHtmlEscaped(); // both bars take texts for Pango markup
+}
+
 QJsonObject waybarObject(StatusAnswer answer, const QVariantMap& properties) {
     const Grade grade = gradeOf(answer, properties);
-    return {{QStringLiteral("text"), reasonOf(answer, properties).toHtmlEscaped()},
+    return {{QStringLiteral("text"), escapedReasonOf(answer, properties)},
             {QStringLiteral("tooltip"), localizedText("ProductEP").toHtmlEscaped()},
             {QStringLiteral("alt"), QString::fromLatin1(grade.severity)},
             {QStringLiteral("class"), QString::fromLatin1(grade.severity)}};
@@ -122,7 +125,7 @@ QJsonObject waybarObject(StatusAnswer answer, const QVariantMap& properties) {
 
 QJsonObject i3StatusRsObject(StatusAnswer answer, const QVariantMap& properties) {
     const qlonglong news = countOf(properties, "NewThreats");
-    const QString reason = reasonOf(answer, properties);
+    const QString reason = escapedReasonOf(answer, properties);
     return {{QStringLiteral("text"), reason},
             {QStringLiteral("short_text"), news > 0 ? QString::number(news) : reason},
             {QStringLiteral("state"), QString::fromLatin1(gradeOf(answer, properties).blockState)}};

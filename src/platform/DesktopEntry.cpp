@@ -77,12 +77,14 @@ QByteArray firstWord(const QByteArray& commandLine) {
     return word;
 }
 
-/// How much "Name[language]" is wanted: 0 most; one past the last is the plain "Name".
+/// How much "Name[language]" is wanted: 0 most; one past the last is the plain "Name". `key` begins
+/// behind the bracket.
 std::size_t languageRank(std::string_view key, const std::vector<QByteArray>& languages) {
     const auto found =
         std::find_if(languages.begin(), languages.end(), [key](const QByteArray& language) {
-            return std::string_view(language.constData(),
-                                    static_cast<std::size_t>(language.size())) == key;
+            const auto length = static_cast<std::size_t>(language.size());
+            return key.size() > length && key[length] == ']' &&
+                   std::memcmp(key.data(), language.constData(), length) == 0;
         });
     return static_cast<std::size_t>(std::distance(languages.begin(), found));
 }
@@ -108,6 +110,15 @@ public:
         : m_languages(languages), m_rank(languages.size() + 1) {}
 
     void read(std::string_view line) {
+        static constexpr std::string_view translation = "Name[";
+        line = trimmed(line);
+        std::size_t rank = m_languages.size();
+        if (line.starts_with(translation)) { // most lines, and nearly all in others' languages
+            rank = languageRank(line.substr(translation.size()), m_languages);
+            if (rank == m_languages.size()) {
+                return;
+            }
+        }
         const std::size_t equals = line.find('=');
         if (equals == std::string_view::npos) {
             return;
@@ -122,13 +133,8 @@ public:
             m_isHidden = value == "true";
         } else if (key == "NoDisplay") {
             m_entry.isShown = value != "true";
-        } else if (key == "Name") {
-            takeName(m_languages.size(), value);
-        } else if (key.starts_with("Name[") && key.ends_with(']')) {
-            const std::size_t rank = languageRank(key.substr(5, key.size() - 6), m_languages);
-            if (rank < m_languages.size()) {
-                takeName(rank, value);
-            }
+        } else if (key == "Name" || (rank < m_languages.size() && key.ends_with(']'))) {
+            takeName(rank, value);
         }
     }
 

@@ -8,13 +8,13 @@
 #include <QList>
 
 #include <algorithm>
-#include <filesystem>
+#include <dirent.h>
+#include <memory>
+#include <string_view>
 #include <sys/stat.h>
 
 namespace korvale {
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr qint64 largestEntry = 1 << 20;
 
@@ -47,20 +47,35 @@ struct EntryFile {
     std::string path;
 };
 
+bool isFolder(const dirent& entry, const std::string& path) {
+    struct stat status {};
+    return entry.d_type == DT_DIR ||
+           (entry.d_type == DT_UNKNOWN && ::lstat(path.c_str(), &status) == 0 &&
+            S_ISDIR(status.st_mode));
+}
+
+/// Adds the entries in `folder`, whose path below the data folder's begins each id, and below it.
+/// Not by std::filesystem, which takes every path apart, at every start.
+void addEntryFiles(const std::string& folder, const std::string& idPrefix,
+                   std::vector<EntryFile>& files) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), ::closedir);
+    while (const dirent* entry = open ? ::readdir(open.get()) : nullptr) {
+        const std::string_view name(entry->d_name);
+        std::string path = folder;
+        path.append("/").append(name);
+        std::string id = idPrefix;
+        id.append(name);
+        if (name != "." && name != ".." && isFolder(*entry, path)) {
+            addEntryFiles(path, id.append("-"), files);
+        } else if (name.ends_with(".desktop")) {
+            files.push_back({std::move(id), std::move(path)});
+        }
+    }
+}
+
 std::vector<EntryFile> entryFiles(const std::string& folder) {
     std::vector<EntryFile> files;
-    std::error_code error;
-    fs::recursive_directory_iterator position(folder, error);
-    for (const fs::recursive_directory_iterator end; !error && position != end;
-         position.increment(error)) {
-        const std::string path = position->path().native();
-        if (!path.ends_with(".desktop")) {
-            continue;
-        }
-        std::string id = path.substr(folder.size() + 1);
-        std::replace(id.begin(), id.end(), '/', '-');
-        files.push_back({std::move(id), path});
-    }
+    addEntryFiles(folder, {}, files);
     std::sort(files.begin(), files.end(),
               [](const EntryFile& a, const EntryFile& b) { return a.id < b.id; });
     return files;
@@ -79,18 +94,16 @@ DesktopEntryIndex::Sources DesktopEntryIndex::environment() {
 
 DesktopEntryIndex::DesktopEntryIndex(const Sources& sources) {
     for (const std::string& folder : sources.dataFolders) {
-        readFolder(fs::path(folder) / "applications", sources);
+        readFolder(folder + "/applications", sources);
     }
 }
 
 void DesktopEntryIndex::readFolder(const std::string& folder, const Sources& sources) {
-    const auto seenBefore = static_cast<std::ptrdiff_t>(m_ids.size());
-    for (EntryFile& file : entryFiles(folder)) {
-        if (std::find(m_ids.begin(), m_ids.begin() + seenBefore, file.id) !=
-            m_ids.begin() + seenBefore) {
+    std::vector<EntryFile> files = entryFiles(folder);
+    for (const EntryFile& file : files) {
+        if (m_ids.contains(file.id)) {
             continue;
         }
-        m_ids.push_back(std::move(file.id));
         const std::optional<QByteArray> content = readSmallFile(file.path.c_str(), largestEntry);
         if (!content) {
             continue;
@@ -98,6 +111,9 @@ void DesktopEntryIndex::readFolder(const std::string& folder, const Sources& sou
         if (const auto entry = parseDesktopEntry(*content, sources.languages)) {
             add(*entry, sources.programFolders);
         }
+    }
+    for (EntryFile& file : files) {
+        m_ids.insert(std::move(file.id));
     }
 }
 

@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -41,7 +42,8 @@ private:
     void add(const DesktopEntry& entry, const std::vector<std::string>& programFolders);
     [[nodiscard]] static std::optional<FileId> fileId(const std::string& path);
 
-    std::vector<std::string> m_ids; ///< seen already: an earlier folder's entry hides a later one's
+    std::unordered_set<std::string>
+        m_ids; ///< seen already: an earlier folder's entry hides a later one's
     std::map<FileId, DesktopEntry> m_entries;
     std::map<std::string, DesktopEntry> m_entriesOfGone; ///< "Exec" paths where no file is now
 };

@@ -129,6 +129,14 @@ ProcRunningApplications::Place ProcRunningApplications::thisProcess() {
 ProcRunningApplications::ProcRunningApplications(Place place, DesktopEntryIndex::Sources entries)
     : m_place(std::move(place)), m_entries(std::move(entries)) {}
 
+bool ProcRunningApplications::isElsewhere(const std::string& process) const {
+    if (m_place.session.isEmpty()) {
+        return false;
+    }
+    const QByteArray session = sessionOf(process);
+    return !session.isEmpty() && session != m_place.session;
+}
+
 std::vector<RunningApplication> ProcRunningApplications::list() const {
     std::map<std::string, Oldest> oldest;
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(m_place.proc.c_str()), ::closedir);
@@ -140,10 +148,7 @@ std::vector<RunningApplication> ProcRunningApplications::list() const {
         }
         const std::string process = pathOf(*pid);
         const std::optional<Program> program = programOf(process);
-        const QByteArray session = sessionOf(process);
-        const bool elsewhere =
-            !session.isEmpty() && !m_place.session.isEmpty() && session != m_place.session;
-        if (!program || elsewhere) {
+        if (!program || isElsewhere(process)) {
             continue;
         }
         const auto [known, isNew] =

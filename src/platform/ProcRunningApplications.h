@@ -32,6 +32,9 @@ public:
     [[nodiscard]] std::vector<RunningApplication> list() const override;
 
 private:
+    /// Whether the process, a folder of /proc, belongs to another login session.
+    [[nodiscard]] bool isElsewhere(const std::string& process) const;
+
     Place m_place;
     DesktopEntryIndex::Sources m_entries;
 };

@@ -192,6 +192,15 @@ TEST_F(AppDelegateTest, TheFolderChooserNeedsNoWindowAndAnUnknownActionShowsIt) 
     EXPECT_TRUE(m_said.empty());
 }
 
+TEST_F(AppDelegateTest, UpdatesWantedBeforeTheLaunchAreAskedForAfterItWhateverComesBetween) {
+    made({"korvale-ui", "-background-scan"}); // such a start says when a request is done
+    m_delegate->activate({}, checkUpdatesAction);
+    m_delegate->activate({});
+    EXPECT_TRUE(m_said.empty());
+    m_delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(m_said.size(), 2U) << "the start's own request, and the one for updates";
+}
+
 TEST_F(AppDelegateTest, TheAdministratorDecidesAboutPolicyUpdates) {
     made({}, R"({"Allow Check For Policy Update": false})").applicationDidFinishLaunching();
     EXPECT_FALSE(m_delegate->state().allowCheckForPolicyUpdate);

@@ -83,6 +83,7 @@ TEST(StatusText, BarsGetWhatTheyRead) {
     const QJsonObject block =
         object(statusText(StatusForm::I3StatusRs, StatusAnswer::Known, properties));
     EXPECT_EQ(block[u"state"].toString(), u"Critical");
+    EXPECT_EQ(block[u"text"].toString(), waybar[u"text"].toString());
     EXPECT_EQ(block[u"short_text"].toString(), u"3");
 }
 
