@@ -261,7 +261,7 @@ def agent(binaries, folder, quick):
     folder.mkdir()
     bench_scans = Scans(binaries, folder, 5_000 if quick else 20_000)
     try:
-        figures = scans(bench_scans, 3 if quick else 5)
+        figures = scans(bench_scans, 3 if quick else 7)
         figures += rest(binaries, folder, bench_scans, 60 if quick else 120)
     finally:
         bench_scans.clamd.stop()

@@ -1,11 +1,11 @@
 #include "core/AppDelegate.h"
 
-#include "agent_link/ServiceNames.h"
 #include "core/AdvancedMode.h"
 #include "core/ProcessValues.h"
 #include "core/base/Logging.h"
 #include "model/Values.h"
 #include "platform/HostIdentity.h"
+#include "platform/NameOwner.h"
 #include "platform/Texts.h"
 #include "platform/XdgFolders.h"
 
@@ -34,7 +34,6 @@ AppDelegate::AppDelegate(AppDelegateContext context)
       m_statusPublisher(m_statusWatch),
       m_notifications(m_state, m_hostCache, m_resources, m_linkOpener),
       m_notificationHistory(NotificationHistory::userPath(), m_clock),
-      m_agent(QString::fromLatin1(serviceName)),
       m_channel(m_systemBus, m_notifications),
       m_commands(m_state, m_channel, m_statusLine, m_statusItem,
                  {processValues().automationMode, m_context.sleepOneSecond, m_context.terminate,
@@ -90,14 +89,9 @@ void AppDelegate::connectParts() {
 
 /// Without an agent nobody knows whether something would have been found.
 void AppDelegate::followAgent() {
-    connect(&m_systemBus, &SystemBus::connected, &m_agent,
-            [this] { m_agent.follow(m_systemBus.connection()); });
-    connect(&m_systemBus, &SystemBus::lost, this, [this] {
-        m_agent.forget();
-        setAgentIsAway(true);
-    });
+    connect(&m_systemBus, &SystemBus::lost, this, [this] { setAgentIsAway(true); });
     connect(
-        &m_agent, &NameOwner::changed, this,
+        &m_channel.owner(), &NameOwner::changed, this,
         [this](const QString& /*before*/, const QString& now) { setAgentIsAway(now.isEmpty()); });
 }
 

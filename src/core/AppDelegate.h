@@ -15,7 +15,6 @@
 #include "platform/BusFileManager.h"
 #include "platform/Clock.h"
 #include "platform/IniUserDefaults.h"
-#include "platform/NameOwner.h"
 #include "platform/PortalAppearance.h"
 #include "platform/SpareMemory.h"
 #include "platform/SystemBus.h"
@@ -127,7 +126,6 @@ private:
     NotificationHistory m_notificationHistory;
 
     SystemBus m_systemBus;
-    NameOwner m_agent; ///< who is the agent service on the bus, if anybody is
     ServiceChannel m_channel;
     ServiceCommands m_commands;
 
