@@ -36,7 +36,7 @@ _korvale_ui() {
     local options
     case $command in
         --status) options='--json --bar --watch' ;;
-        --scan | --background-scan | --check-updates) options=--wait ;;
+        --scan | --background-scan | --check-updates) options='--wait --notify' ;;
         *)
             options='--status --check-updates --scan --background-scan --help --version
                      --choose-folder -a -update -background-scan -background-scan-stop -folder-scan'

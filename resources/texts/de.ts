@@ -323,6 +323,9 @@
     <message id="HPS_TermScan">
         <translation>Der Agent prüft %@</translation>
     </message>
+    <message id="HPS_TermScanName">
+        <translation>Auf Bedrohungen prüfen</translation>
+    </message>
     <message id="HPS_TermSilent">
         <translation>Der Agent hat seit fünf Minuten nichts gesagt.</translation>
     </message>

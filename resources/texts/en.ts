@@ -323,6 +323,9 @@
     <message id="HPS_TermScan">
         <translation>The agent scans %@</translation>
     </message>
+    <message id="HPS_TermScanName">
+        <translation>Scan for threats</translation>
+    </message>
     <message id="HPS_TermSilent">
         <translation>The agent has said nothing for five minutes.</translation>
     </message>

@@ -323,6 +323,9 @@
     <message id="HPS_TermScan">
         <translation>El agente analiza %@</translation>
     </message>
+    <message id="HPS_TermScanName">
+        <translation>Analizar en busca de amenazas</translation>
+    </message>
     <message id="HPS_TermSilent">
         <translation>El agente no ha dicho nada durante cinco minutos.</translation>
     </message>

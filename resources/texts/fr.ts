@@ -323,6 +323,9 @@
     <message id="HPS_TermScan">
         <translation>L’agent analyse %@</translation>
     </message>
+    <message id="HPS_TermScanName">
+        <translation>Rechercher des menaces</translation>
+    </message>
     <message id="HPS_TermSilent">
         <translation>L’agent n’a rien dit depuis cinq minutes.</translation>
     </message>

@@ -323,6 +323,9 @@
     <message id="HPS_TermScan">
         <translation>エージェントがスキャンします: %@</translation>
     </message>
+    <message id="HPS_TermScanName">
+        <translation>脅威をスキャン</translation>
+    </message>
     <message id="HPS_TermSilent">
         <translation>エージェントから 5 分間通知がありません。</translation>
     </message>

@@ -76,7 +76,12 @@ void AppDelegate::connectParts() {
     connect(&m_menu, &StatusItemMenu::showDetails, &m_window, [this] { m_window.showDetails(); });
     connect(&m_menu, &StatusItemMenu::aboutApp, &m_window, [this] { m_window.aboutApp(); });
     connect(&m_menu, &StatusItemMenu::scanSpecificFolder, &m_folderScanChooser,
-            [this] { m_folderScanChooser.scanSpecificFolder(); });
+            [this] {
+                m_isChooserFromLauncher = false;
+                m_folderScanChooser.scanSpecificFolder();
+            });
+    connect(&m_folderScanChooser, &FolderScanChooser::scanWasAsked, this,
+            &AppDelegate::showWhyNothingIsScanned);
     connect(&m_menu, &StatusItemMenu::exitApp, this, &AppDelegate::exitApp);
     if (!processValues().automationMode && !processValues().noUIMode) {
         // Elsewhere nobody could look at them, or clear them.
@@ -223,6 +228,7 @@ void AppDelegate::activate(const QString& activationToken, const QString& action
         return;
     }
     if (action == scanFolderAction) {
+        m_isChooserFromLauncher = true;
         m_folderScanChooser.scanSpecificFolder(activationToken);
         return;
     }
@@ -230,6 +236,14 @@ void AppDelegate::activate(const QString& activationToken, const QString& action
     // Its status line tells what becomes of that.
     m_isUpdateCheckWanted = m_isUpdateCheckWanted || action == checkUpdatesAction;
     checkWantedUpdates();
+}
+
+/// The menu's user has the shield in sight, and its requests are answered by the log alone; whoever
+/// comes from a launcher may have no tray.
+void AppDelegate::showWhyNothingIsScanned() {
+    if (std::exchange(m_isChooserFromLauncher, false) && m_state.agentIsAway) {
+        m_window.showDetails();
+    }
 }
 
 /// Before the launch there is no way to the agent yet.

@@ -100,6 +100,7 @@ private:
     void startStatusUpdates();
     void processAutoTest();
     void checkWantedUpdates();
+    void showWhyNothingIsScanned();
 
     AppDelegateContext m_context;
     SystemClock m_clock;
@@ -109,6 +110,7 @@ private:
     std::optional<QDBusConnection> m_sessionBus; ///< none while it is not known to answer
     bool m_isMenuBuilt = false;
     bool m_isUpdateCheckWanted = false; ///< once launched
+    bool m_isChooserFromLauncher = false;
 
     AppState m_state;
     RememberedLists m_remembered;

@@ -130,6 +130,7 @@ QByteArray helpText() {
            "  --background-scan start|stop\n"
            "                          start the background scan, or stop scans\n"
            "  --wait                  with these: until it is done, and say what was found\n"
+           "  --notify                with these: show complaints on the desktop, too\n"
            "\n"
            "The same without a word: one request, 15 seconds at most for the reply; the log\n"
            "tells what became of it:\n"

@@ -62,9 +62,18 @@ public:
     void write(LogLevel /*level*/, const QByteArray& /*line*/) override {}
 };
 
+InfoDictionary loadIdentity() {
+    InfoDictionary info =
+        InfoDictionary::load(InfoDictionary::packagedPath(), InfoDictionary::administratorsPath());
+    OSLoggingStartup(info, QString::fromLocal8Bit(program_invocation_short_name));
+    return info;
+}
+
 int commandTheAgent(int argc, char** argv) {
     NoLog log;
     setLogSink(&log);
+    loadIdentity();
+    QGuiApplication::setApplicationDisplayName(bufferText(bundleIdentity().name));
     TerminationSignals signalsOfTheSystem;
     const std::vector<QByteArray> arguments(argv + 1, argv + argc);
     const QCoreApplication application(argc, argv);
@@ -163,9 +172,7 @@ int runKorvaleUI(int argc, char** argv) {
     if (isTerminalCommand(commandLine)) {
         return commandTheAgent(argc, argv);
     }
-    const InfoDictionary info =
-        InfoDictionary::load(InfoDictionary::packagedPath(), InfoDictionary::administratorsPath());
-    OSLoggingStartup(info, QString::fromLocal8Bit(program_invocation_short_name));
+    const InfoDictionary info = loadIdentity();
     if (commandLine.asksFor("--version")) {
         return print(versionText());
     }

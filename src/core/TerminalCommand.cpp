@@ -5,10 +5,12 @@
 #include "core/TerminalOutput.h"
 #include "core/UpdaterWait.h"
 #include "core/base/TextFormat.h"
+#include "platform/LastNotification.h"
 #include "platform/Termination.h"
 #include "platform/Texts.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 
 #include <algorithm>
 #include <array>
@@ -22,12 +24,16 @@ struct Verb {
     TerminalVerb verb;
     ServiceCommand command;
     const char* begunKey; ///< what is said once the agent has said yes
+    const char* nameKey;  ///< as menus call it
 };
 constexpr std::array verbs{
-    Verb{TerminalVerb::CheckUpdates, ServiceCommand::CheckUpdates, "HPS_TermUpdates"},
-    Verb{TerminalVerb::Scan, ServiceCommand::ForwardFolderScan, "HPS_TermScan"},
-    Verb{TerminalVerb::StartBackgroundScan, ServiceCommand::ScanBackground, "HPS_TermBackground"},
-    Verb{TerminalVerb::StopScans, ServiceCommand::StopScan, "HPS_TermStop"},
+    Verb{TerminalVerb::CheckUpdates, ServiceCommand::CheckUpdates, "HPS_TermUpdates",
+         "CheckForUpdates"},
+    Verb{TerminalVerb::Scan, ServiceCommand::ForwardFolderScan, "HPS_TermScan",
+         "HPS_TermScanName"},
+    Verb{TerminalVerb::StartBackgroundScan, ServiceCommand::ScanBackground, "HPS_TermBackground",
+         "TM_Background"},
+    Verb{TerminalVerb::StopScans, ServiceCommand::StopScan, "HPS_TermStop", "TM_Stop"},
 };
 
 const Verb& verbOf(TerminalVerb verb) {
@@ -60,6 +66,40 @@ std::optional<QStringList> checkedFolders(const TerminalOptions& options, Termin
         folders += folder.path;
     }
     return folders;
+}
+
+int obey(const TerminalOptions& options, TerminalOutput& output,
+         TerminationSignals& signalsOfTheSystem) {
+    const auto folders = checkedFolders(options, output);
+    if (!folders) {
+        return TerminalStatus::refused;
+    }
+    TerminalCommand command(options, *folders, output);
+    QObject::connect(&command, &TerminalCommand::ended, &command,
+                     [](int status) { QCoreApplication::exit(status); });
+    QObject::connect(&signalsOfTheSystem, &TerminationSignals::requested, &command, [&command] {
+        command.interrupt();
+        QCoreApplication::exit(TerminalStatus::interrupted + TerminationSignals::received());
+    });
+    QMetaObject::invokeMethod(&command, &TerminalCommand::begin, Qt::QueuedConnection);
+    return QCoreApplication::exec();
+}
+
+/// For whoever clicked, and has no terminal to read it in. An answer to a click: whether the user
+/// wants to be notified of what happens by itself does not matter.
+void tellOnScreen(TerminalVerb verb, QStringList complaints,
+                  const TerminationSignals& signalsOfTheSystem) {
+    complaints.removeDuplicates(); // of several folders
+    LastNotification notification({.title = localizedText("ProductEP"),
+                                   .subtitle = localizedText(verbOf(verb).nameKey),
+                                   .message = complaints.join(u'\n'),
+                                   .picture = {},
+                                   .link = {}});
+    QEventLoop loop;
+    QObject::connect(&notification, &LastNotification::ended, &loop, &QEventLoop::quit);
+    QObject::connect(&signalsOfTheSystem, &TerminationSignals::requested, &loop, &QEventLoop::quit);
+    notification.send();
+    loop.exec();
 }
 
 } // namespace
@@ -171,20 +211,13 @@ int runTerminalCommand(const std::vector<QByteArray>& arguments,
         output.complain(localizedText("HPS_TermUsage"));
         return TerminalStatus::refused;
     }
-    const auto folders = checkedFolders(*options, output);
-    if (!folders) {
-        return TerminalStatus::refused;
-    }
-    TerminalCommand command(*options, *folders, output);
-    QObject::connect(&command, &TerminalCommand::ended, &command,
-                     [](int status) { QCoreApplication::exit(status); });
-    QObject::connect(&signalsOfTheSystem, &TerminationSignals::requested, &command, [&command] {
-        command.interrupt();
-        QCoreApplication::exit(TerminalStatus::interrupted + TerminationSignals::received());
-    });
     signalsOfTheSystem.watch();
-    QMetaObject::invokeMethod(&command, &TerminalCommand::begin, Qt::QueuedConnection);
-    return QCoreApplication::exec();
+    const int status = obey(*options, output, signalsOfTheSystem);
+    if (options->notifies && !output.complaints().isEmpty() &&
+        status < TerminalStatus::interrupted) {
+        tellOnScreen(options->verb, output.complaints(), signalsOfTheSystem);
+    }
+    return status;
 }
 
 } // namespace korvale

@@ -30,6 +30,8 @@ public:
             m_onlyWords = true;
         } else if (argument == "--wait") {
             m_waits = true;
+        } else if (argument == "--notify") {
+            m_notifies = true;
         } else if (sign > 0) {
             takeOption(argument.first(sign));
             m_words.push_back(argument.sliced(sign + 1));
@@ -44,6 +46,7 @@ public:
         }
         TerminalOptions options;
         options.waits = m_waits;
+        options.notifies = m_notifies;
         switch (*m_kind) {
         case Kind::CheckUpdates:
             return m_words.empty() ? std::optional(options) : std::nullopt;
@@ -78,6 +81,7 @@ private:
     std::vector<QByteArray> m_words;
     bool m_onlyWords = false;
     bool m_waits = false;
+    bool m_notifies = false;
     bool m_isWrong = false;
 };
 

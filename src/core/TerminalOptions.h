@@ -16,6 +16,7 @@ struct TerminalOptions {
     TerminalVerb verb = TerminalVerb::CheckUpdates;
     std::vector<QByteArray> folders; ///< Scan: at least one, as given
     bool waits = false;              ///< for the end, and says what it came to
+    bool notifies = false;           ///< shows complaints on the desktop, too
 
     friend bool operator==(const TerminalOptions&, const TerminalOptions&) = default;
 };

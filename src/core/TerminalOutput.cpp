@@ -81,7 +81,8 @@ void TerminalOutput::say(const QString& line) {
 
 void TerminalOutput::complain(const QString& line) {
     clearProgress();
-    writeAll(m_errors, "korvale-ui: " + singleLineText(line).toUtf8() + '\n');
+    m_complaints << singleLineText(line);
+    writeAll(m_errors, "korvale-ui: " + m_complaints.constLast().toUtf8() + '\n');
 }
 
 void TerminalOutput::progress(const QString& head, const QString& path) {

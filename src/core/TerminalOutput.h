@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QString>
+#include <QStringList>
 
 #include <chrono>
 #include <unistd.h>
@@ -25,6 +26,8 @@ public:
     void say(const QString& line);
     /// On standard error, behind the program's name.
     void complain(const QString& line);
+    /// So far.
+    [[nodiscard]] const QStringList& complaints() const { return m_complaints; }
     /// `head` stays whole; of `path` the start is left out where there is no room.
     void progress(const QString& head, const QString& path);
 
@@ -36,6 +39,7 @@ private:
     bool m_canRewrite;
     bool m_hasProgress = false; ///< on screen, without a line feed
     QElapsedTimer m_sincePlainLine;
+    QStringList m_complaints;
 };
 
 /// The end of `text` in so many columns of a terminal, with an ellipsis in front where something is

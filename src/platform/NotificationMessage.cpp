@@ -83,8 +83,10 @@ QDBusMessage notifyMessage(const DesktopNotification& notification,
     }
     const QString program = QStringLiteral("com.korvale.ui"); // desktop entry and icon
     QVariantMap hints{
-        {QStringLiteral("desktop-entry"), program},
         {QStringLiteral("urgency"), QVariant::fromValue(static_cast<uchar>(notification.urgency))}};
+    if (!notification.outlivesSender) {
+        hints.insert(QStringLiteral("desktop-entry"), program);
+    }
     if (!notification.picture.isNull()) {
         [[maybe_unused]] static const QMetaType registered =
             qDBusRegisterMetaType<NotificationImage>();

@@ -96,6 +96,13 @@ void NotificationServer::showWaiting() {
         show(m_waiting.front());
         m_waiting.pop_front();
     }
+    tellIfSettled();
+}
+
+void NotificationServer::tellIfSettled() {
+    if (m_waiting.empty() && m_unanswered == 0) {
+        Q_EMIT settled();
+    }
 }
 
 void NotificationServer::askWhatItCanDo() {
@@ -104,6 +111,7 @@ void NotificationServer::askWhatItCanDo() {
     m_isAsking = !(question.isFinished() && question.isError());
     if (!m_isAsking) {
         m_waiting.clear(); // the bus has just gone; a watcher would hear nothing
+        tellIfSettled();
         return;
     }
     auto* answer = new QDBusPendingCallWatcher(question, this);
@@ -121,6 +129,7 @@ void NotificationServer::takeAnswer(const QDBusMessage& reply) {
     const bool isOfService = reply.service().startsWith(u':');
     if (!isAnswer && !isOfService) {
         m_waiting.clear(); // the bus has no such service
+        tellIfSettled();
         return;
     }
     // A service that does not know the question knows neither markup nor actions.

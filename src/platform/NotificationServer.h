@@ -22,6 +22,9 @@ struct DesktopNotification {
     QIcon picture; ///< null for none
     QString link;  ///< empty for none
     Urgency urgency = Urgency::Normal;
+    /// Nobody is left to stand for it: some desktops take the notifications of a desktop entry away
+    /// as soon as their sender has left the bus.
+    bool outlivesSender = false;
 };
 
 /// What a notification service says it can do, as far as it matters here.
@@ -52,6 +55,9 @@ Q_SIGNALS:
     /// The user chose a notification with a link. The token (may be empty) is the desktop's leave
     /// for what opens it to come to the front.
     void linkChosen(const QString& link, const QString& activationToken);
+    /// All that was delivered has been taken by a service, or is dropped as there is none. Perhaps
+    /// from within deliver().
+    void settled();
 
 private Q_SLOTS:
     void activationToken(const QDBusMessage& message);
@@ -74,6 +80,7 @@ private:
     void showWaiting();
     void show(const DesktopNotification& notification);
     void remember(const Shown& shown);
+    void tellIfSettled();
     [[nodiscard]] std::deque<Shown>::iterator find(const QDBusMessage& signal);
 
     QDBusConnection m_bus{QString()};

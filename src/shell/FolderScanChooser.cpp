@@ -42,6 +42,7 @@ void FolderScanChooser::scanSpecificFolder(const QString& activationToken) {
             const QString folder = localFolder(m_dialog->selectedUrls());
             if (!folder.isEmpty()) {
                 m_commands.forwardFolderScan(folder);
+                Q_EMIT scanWasAsked();
             }
         });
     }

@@ -30,6 +30,10 @@ public:
     /// The path of the first of these places; empty when there is none, or it is on no local disk.
     [[nodiscard]] static QString localFolder(const QList<QUrl>& chosen);
 
+Q_SIGNALS:
+    /// The scan of the chosen folder has been asked for.
+    void scanWasAsked();
+
 private:
     void showAppearance();
 

@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFileDialog>
 #include <QFile>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
@@ -199,6 +200,19 @@ TEST_F(AppDelegateTest, UpdatesWantedBeforeTheLaunchAreAskedForAfterItWhateverCo
     EXPECT_TRUE(m_said.empty());
     m_delegate->applicationDidFinishLaunching();
     EXPECT_EQ(m_said.size(), 2U) << "the start's own request, and the one for updates";
+}
+
+TEST_F(AppDelegateTest, AFolderChosenFromALauncherShowsTheWindowWhileThereIsNoAgent) {
+    made().applicationDidFinishLaunching();
+    m_delegate->activate({}, scanFolderAction);
+    QFileDialog* dialog = nullptr;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        dialog = dialog != nullptr ? dialog : qobject_cast<QFileDialog*>(widget);
+    }
+    ASSERT_NE(dialog, nullptr);
+    static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
+    EXPECT_EQ(visibleTitles(), QStringList{QGuiApplication::applicationDisplayName()})
+        << "its line says that no agent runs";
 }
 
 TEST_F(AppDelegateTest, TheAdministratorDecidesAboutPolicyUpdates) {

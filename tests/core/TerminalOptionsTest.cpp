@@ -37,6 +37,9 @@ TEST(TerminalOptions, NameWhatIsAskedFor) {
         {{"--check-updates", "--wait"}, {Verb::CheckUpdates, {}, true}},
         {{"--background-scan", "stop", "--wait"}, {Verb::StopScans, {}, true}},
         {{"--scan", "--", "--wait"}, {Verb::Scan, {"--wait"}, false}},
+        {{"--scan", "--notify", "--", "/a"}, {Verb::Scan, {"/a"}, false, true}},
+        {{"--check-updates", "--wait", "--notify"}, {Verb::CheckUpdates, {}, true, true}},
+        {{"--scan", "--", "--notify"}, {Verb::Scan, {"--notify"}, false, false}},
     };
     for (const Case& one : cases) {
         EXPECT_TRUE(isTerminalCommand(given(one.arguments)));
@@ -52,6 +55,7 @@ TEST(TerminalOptions, WrongUseIsNoCommand) {
         {"--scan", "/a", "--check-updates"},
         {"--scan", "/a", "--json"},
         {"--scan", "--wait"},
+        {"--scan", "--notify"},
         {"--scan", "/a", "-a"},
         {"--scan", "/a", "-update"},
         {"--check-updates", "now"},

@@ -13,6 +13,22 @@ NAME = "com.korvale.ui"
 BUS = "org.freedesktop.DBus"
 
 
+def file_manager_entry(folder):
+    """Thunar's, with the built program."""
+    entry = folder / "send-to.desktop"
+    entry.write_text((PROJECT / "packaging" / "file-managers" / "thunar-sendto.desktop").read_text()
+                     .replace("Exec=korvale-ui", f"Exec={BINARIES / 'korvale-ui'}"))
+    return str(entry)
+
+
+class WithoutAnAgent(DesktopCase):
+    def test_whoever_clicks_in_a_file_manager_is_told(self):
+        self.desktop.run(["gio", "launch", file_manager_entry(self.desktop.folder), str(self.desktop.folder)])
+        told = self.wait_notification(lambda call: text("HPS_TermNoAgent") in call["body"])
+        self.assertEqual(told["summary"], text("ProductEP"))
+        self.assertEqual(told["body"], f"<b>{text('HPS_TermScanName')}</b>\n{text('HPS_TermNoAgent')}")
+
+
 class Launcher(DesktopCase):
     """A desktop whose bus can start the program."""
     parts = {"notifications": None}
@@ -105,14 +121,12 @@ class Launcher(DesktopCase):
         self.wait_window(text("ChooseFolderTitle"))
 
     def test_file_managers_send_folders_whatever_their_names(self):
-        entry = self.desktop.folder / "send-to.desktop"
-        entry.write_text((PROJECT / "packaging" / "file-managers" / "thunar-sendto.desktop").read_text()
-                         .replace("Exec=korvale-ui", f"Exec={BINARIES / 'korvale-ui'}"))
+        entry = file_manager_entry(self.desktop.folder)
         folders = [self.desktop.folder / name for name in ("it's \"mine\" & $HOME", "-update", "two\nlines")]
         for folder in folders:
             folder.mkdir(exist_ok=True)
         agent = self.agent()
-        self.desktop.run(["gio", "launch", str(entry), *map(str, folders)])
+        self.desktop.run(["gio", "launch", entry, *map(str, folders)])
         for folder in folders:
             wait_until(lambda folder=folder: {"CMD_": "SCAN", "START": str(folder)} in agent.requests(),
                        f"a scan of {folder}")

@@ -34,6 +34,8 @@ public:
     PrivateSessionBus(const PrivateSessionBus&) = delete;
     PrivateSessionBus& operator=(const PrivateSessionBus&) = delete;
 
+    [[nodiscard]] const QString& address() const { return m_address; }
+
     [[nodiscard]] QDBusConnection connect() {
         static int number = 0;
         m_names << QStringLiteral("private-session-%1").arg(++number);

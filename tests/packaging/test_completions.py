@@ -59,7 +59,7 @@ class Completions(unittest.TestCase):
         self.check("korvale-ui --status --bar ", {"waybar", "i3status-rs"})
         self.check("korvale-ui --background-scan ", {"start", "stop"})
         self.check("korvale-ui --background-scan sta", {"start"})
-        self.check("korvale-ui --check-updates --", {"--wait"})
+        self.check("korvale-ui --check-updates --", {"--wait", "--notify"})
         self.check("korvale-ui -folder-scan Do", {"Documents", "Down loads"})
         self.check("korvale-ui --scan D", {"Documents", "Down loads"})
         self.check("korvale-ui --scan Documents D", {"Documents", "Down loads"})

@@ -59,7 +59,8 @@ class LauncherFiles(unittest.TestCase):
         for name in (KDE, THUNAR):
             self.assertEqual(entry(name)["Desktop Entry"]["MimeType"], "inode/directory;")
         self.assertEqual(entry(NEMO)["Nemo Action"]["Extensions"], "dir;")
-        scan = "korvale-ui --scan -- %F"  # whatever a folder is called, it is no option
+        # Whatever a folder is called, it is no option; and whoever clicked has no terminal to read complaints in.
+        scan = "korvale-ui --scan --notify -- %F"
         self.assertEqual({entry(NEMO)["Nemo Action"]["Exec"], entry(THUNAR)["Desktop Entry"]["Exec"],
                           self.actions(KDE)["scan"]["Exec"]}, {scan})
         self.assertNotIn("MimeType", entry(MENU)["Desktop Entry"])
