@@ -272,6 +272,9 @@
     <message id="HPS_StatusNotRunning">
         <translation>KorvaleUI läuft nicht</translation>
     </message>
+    <message id="HPS_StatusUsage">
+        <translation>Falsch aufgerufen: --status mit --json, --bar waybar oder --bar i3status-rs, und mit --watch; siehe --help.</translation>
+    </message>
     <message id="HPS_TableHint">
         <translation>Die Eingabetaste zeigt die Details einer Zeile. Strg+C kopiert die ausgewählten Zeilen. Umschalt+F1 sagt mehr über eine Zelle.</translation>
     </message>

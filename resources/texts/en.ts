@@ -272,6 +272,9 @@
     <message id="HPS_StatusNotRunning">
         <translation>KorvaleUI is not running</translation>
     </message>
+    <message id="HPS_StatusUsage">
+        <translation>Wrong use: --status with --json, --bar waybar or --bar i3status-rs, and with --watch; see --help.</translation>
+    </message>
     <message id="HPS_TableHint">
         <translation>Enter shows the details of a row. Ctrl+C copies the selected rows. Shift+F1 tells more about a cell.</translation>
     </message>

@@ -272,6 +272,9 @@
     <message id="HPS_StatusNotRunning">
         <translation>KorvaleUI no está en ejecución</translation>
     </message>
+    <message id="HPS_StatusUsage">
+        <translation>Uso incorrecto: --status con --json, --bar waybar o --bar i3status-rs, y con --watch; consulte --help.</translation>
+    </message>
     <message id="HPS_TableHint">
         <translation>Intro muestra los detalles de una fila. Ctrl+C copia las filas seleccionadas. Mayús+F1 da más información sobre una celda.</translation>
     </message>

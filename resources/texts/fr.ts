@@ -272,6 +272,9 @@
     <message id="HPS_StatusNotRunning">
         <translation>KorvaleUI n’est pas en cours d’exécution</translation>
     </message>
+    <message id="HPS_StatusUsage">
+        <translation>Mauvais usage : --status avec --json, --bar waybar ou --bar i3status-rs, et avec --watch ; voir --help.</translation>
+    </message>
     <message id="HPS_TableHint">
         <translation>Entrée affiche les détails d’une ligne. Ctrl+C copie les lignes sélectionnées. Maj+F1 en dit plus sur une cellule.</translation>
     </message>

@@ -272,6 +272,9 @@
     <message id="HPS_StatusNotRunning">
         <translation>KorvaleUI は実行されていません</translation>
     </message>
+    <message id="HPS_StatusUsage">
+        <translation>使い方が違います: --status と --json、--bar waybar、--bar i3status-rs のいずれか、および --watch。--help を参照してください。</translation>
+    </message>
     <message id="HPS_TableHint">
         <translation>Enter で行の詳細を表示します。Ctrl+C で選択した行をコピーします。Shift+F1 でセルの詳細を表示します。</translation>
     </message>

@@ -5,6 +5,7 @@
 #include "core/ProcessValues.h"
 #include "core/StartUp.h"
 #include "core/StatusCommand.h"
+#include "core/StatusOptions.h"
 #include "core/TerminalCommand.h"
 #include "core/UserSession.h"
 #include "core/base/Logging.h"
@@ -46,14 +47,10 @@ QByteArray versionText() {
 }
 
 int askForStatus(int argc, char** argv) {
-    const auto options = parseStatusOptions(std::vector<QByteArray>(argv + 1, argv + argc));
-    if (!options) {
-        writeToStandardError(statusUsage);
-        return wrongUse;
-    }
+    const std::vector<QByteArray> arguments(argv + 1, argv + argc);
     const QCoreApplication application(argc, argv);
     const Translations translations;
-    return runStatusCommand(*options);
+    return runStatusCommand(arguments);
 }
 
 /// What becomes of a terminal command is printed: the lines of the connection would stand between.
@@ -171,6 +168,9 @@ int runKorvaleUI(int argc, char** argv) {
     }
     if (isTerminalCommand(commandLine)) {
         return commandTheAgent(argc, argv);
+    }
+    if (hasStatusOption(commandLine)) {
+        return askForStatus(argc, argv);
     }
     const InfoDictionary info = loadIdentity();
     if (commandLine.asksFor("--version")) {

@@ -2,13 +2,17 @@
 
 #include "core/AnswerLimit.h"
 #include "core/StatusFollower.h"
+#include "core/StatusOptions.h"
+#include "core/TerminalOutput.h"
 #include "platform/BusProbe.h"
+#include "platform/Texts.h"
 
 #include <QCoreApplication>
 
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <sysexits.h>
 
 namespace korvale {
 namespace {
@@ -41,9 +45,7 @@ private:
     QByteArray m_last;
 };
 
-} // namespace
-
-int runStatusCommand(const StatusOptions& options) {
+int askAndPrint(const StatusOptions& options) {
     const StatusForm form = options.form;
     const QByteArray tooLate = statusText(form, StatusAnswer::NoAnswer, {});
     // A bus that hangs holds up the toolkit itself.
@@ -68,6 +70,17 @@ int runStatusCommand(const StatusOptions& options) {
         }
     });
     return QCoreApplication::exec();
+}
+
+} // namespace
+
+int runStatusCommand(const std::vector<QByteArray>& arguments) {
+    const auto options = parseStatusOptions(arguments);
+    if (!options) {
+        TerminalOutput().complain(localizedText("HPS_StatusUsage"));
+        return EX_USAGE;
+    }
+    return askAndPrint(*options);
 }
 
 } // namespace korvale

@@ -1,5 +1,10 @@
 #include "core/StatusOptions.h"
 
+#include "core/CommandLine.h"
+
+#include <algorithm>
+#include <array>
+
 namespace korvale {
 namespace {
 
@@ -14,6 +19,13 @@ std::optional<StatusForm> formOfBar(const QByteArray& bar) {
 }
 
 } // namespace
+
+bool hasStatusOption(const CommandLine& commandLine) {
+    constexpr std::array options{"--json", "--watch", "--bar"};
+    return !commandLine.isAutomation() &&
+           std::any_of(options.begin(), options.end(),
+                       [&commandLine](const char* option) { return commandLine.asksFor(option); });
+}
 
 std::optional<StatusOptions> parseStatusOptions(const std::vector<QByteArray>& arguments) {
     StatusOptions options;

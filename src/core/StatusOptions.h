@@ -7,6 +7,8 @@
 
 namespace korvale {
 
+class CommandLine;
+
 /// In which words the state is printed.
 enum class StatusForm { Line, Json, Waybar, I3StatusRs };
 
@@ -17,6 +19,10 @@ struct StatusOptions {
 
     friend bool operator==(const StatusOptions&, const StatusOptions&) = default;
 };
+
+/// One of "--json", "--watch" and "--bar" is there, and no one-shot option: "--status" goes without
+/// saying.
+[[nodiscard]] bool hasStatusOption(const CommandLine& commandLine);
 
 /// `arguments` without the program's path. No value when "--status" is used wrongly: with an
 /// option that does not go with it, an unknown bar, or two forms.

@@ -89,7 +89,9 @@ private:
 
 bool isTerminalCommand(const CommandLine& commandLine) {
     return std::any_of(terminalOptions.begin(), terminalOptions.end(),
-                       [&](const Option& option) { return commandLine.asksFor(option.text); });
+                       [&](const Option& option) { return commandLine.asksFor(option.text); }) ||
+           (!commandLine.isAutomation() &&
+            (commandLine.asksFor("--wait") || commandLine.asksFor("--notify")));
 }
 
 std::optional<TerminalOptions> parseTerminalOptions(const std::vector<QByteArray>& arguments) {

@@ -21,7 +21,8 @@ struct TerminalOptions {
     friend bool operator==(const TerminalOptions&, const TerminalOptions&) = default;
 };
 
-/// One of "--check-updates", "--scan" and "--background-scan" is there.
+/// One of "--check-updates", "--scan" and "--background-scan" is there; or, without a one-shot
+/// option, what goes with them alone.
 [[nodiscard]] bool isTerminalCommand(const CommandLine& commandLine);
 
 /// `arguments` without the program's path. No value when one of the three is used wrongly: with

@@ -61,6 +61,32 @@ TEST_F(StatusCommand, ARunningProgramAnswersAndOneThatHasEndedIsNotRunning) {
     EXPECT_EQ(m_printed, QByteArray(notRunning));
 }
 
+TEST_F(StatusCommand, GoesWithoutSayingWhereItsOptionsAre) {
+    for (const char* option : {"--json", "--bar=waybar"}) {
+        ask({QString::fromLatin1(option)});
+        const QByteArray printed = m_printed;
+        ProgramRun run;
+        run.set("DBUS_SESSION_BUS_ADDRESS", m_bus.address());
+        run.run({QString::fromLatin1(option)});
+        EXPECT_EQ(run.process.readAllStandardOutput(), printed);
+    }
+}
+
+TEST_F(StatusCommand, WrongUseIsOneSentenceInTheUsersLanguage) {
+    for (const QStringList& arguments :
+         {QStringList{QStringLiteral("--bar")},
+          QStringList{QStringLiteral("--status"), QStringLiteral("--wait")},
+          QStringList{QStringLiteral("--watch"), QStringLiteral("now")}}) {
+        ProgramRun run;
+        run.set("LC_ALL", QStringLiteral("de_DE.UTF-8"));
+        EXPECT_EQ(run.run(arguments), 64);
+        EXPECT_EQ(run.process.readAllStandardOutput(), QByteArray());
+        EXPECT_TRUE(run.log().startsWith("korvale-ui: Falsch aufgerufen: "))
+            << run.log().toStdString();
+        EXPECT_EQ(run.log().count('\n'), 1);
+    }
+}
+
 TEST_F(StatusCommand, AProgramThatHangsIsGivenFiveSeconds) {
     startProgram();
     m_program.send(SIGSTOP);

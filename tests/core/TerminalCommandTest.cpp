@@ -57,7 +57,7 @@ TEST_F(TerminalCommand, OneRefusedFolderKeepsNobodyFromTheNext) {
 
 TEST_F(TerminalCommand, WrongUseIsOneSentenceAndEndsWithTwo) {
     for (const QStringList& arguments :
-         {QStringList{QStringLiteral("--scan")},
+         {QStringList{QStringLiteral("--scan")}, QStringList{QStringLiteral("--wait")},
           QStringList{QStringLiteral("--background-scan"), QStringLiteral("pause")},
           QStringList{QStringLiteral("--check-updates"), QStringLiteral("--status2")}}) {
         const Ending ending = command(arguments);

@@ -56,6 +56,8 @@ TEST(TerminalOptions, WrongUseIsNoCommand) {
         {"--scan", "/a", "--json"},
         {"--scan", "--wait"},
         {"--scan", "--notify"},
+        {"--wait"},
+        {"--notify", "/a"},
         {"--scan", "/a", "-a"},
         {"--scan", "/a", "-update"},
         {"--check-updates", "now"},
@@ -75,8 +77,9 @@ TEST(TerminalOptions, WrongUseIsNoCommand) {
 TEST(TerminalOptions, ThoseWithOneDashMeanWhatTheyDid) {
     for (const Words& arguments :
          {Words{"-update"}, Words{"-background-scan"}, Words{"-background-scan-stop"},
-          Words{"-folder-scan", "--scan"}, Words{"-folder-scan", "--check-updates"}, Words{"-scan"},
-          Words{"--scanner"}, Words{"--", "--scan"}}) {
+          Words{"-update", "--wait"}, Words{"-folder-scan", "--scan"},
+          Words{"-folder-scan", "--check-updates"}, Words{"-scan"}, Words{"--scanner"},
+          Words{"--", "--scan"}}) {
         EXPECT_FALSE(isTerminalCommand(given(arguments))) << arguments.back().toStdString();
     }
 }

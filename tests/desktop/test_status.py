@@ -1,6 +1,7 @@
 """What scripts and bars are told, over a real session bus."""
 import contextlib
 import json
+import re
 import signal
 import time
 import xml.etree.ElementTree
@@ -91,7 +92,7 @@ class Status(WindowCase):
     def test_wrong_use_is_one_sentence(self):
         asking = self.program("--status", "--bar", "nobar")
         self.assertEqual(asking.wait_exit(), 64)
-        asking.wait_log("use --status")
+        asking.wait_log(re.escape(text("HPS_StatusUsage")))
         self.assertEqual(asking.output.lines, [])
 
     def test_the_interface_is_what_its_installed_description_says_and_read_only(self):
