@@ -75,11 +75,10 @@ void AppDelegate::connectParts() {
     connect(&m_trayIcon, &TrayIcon::activated, this, [this] { activate({}); });
     connect(&m_menu, &StatusItemMenu::showDetails, &m_window, [this] { m_window.showDetails(); });
     connect(&m_menu, &StatusItemMenu::aboutApp, &m_window, [this] { m_window.aboutApp(); });
-    connect(&m_menu, &StatusItemMenu::scanSpecificFolder, &m_folderScanChooser,
-            [this] {
-                m_isChooserFromLauncher = false;
-                m_folderScanChooser.scanSpecificFolder();
-            });
+    connect(&m_menu, &StatusItemMenu::scanSpecificFolder, &m_folderScanChooser, [this] {
+        m_isChooserFromLauncher = false;
+        m_folderScanChooser.scanSpecificFolder();
+    });
     connect(&m_folderScanChooser, &FolderScanChooser::scanWasAsked, this,
             &AppDelegate::showWhyNothingIsScanned);
     connect(&m_menu, &StatusItemMenu::exitApp, this, &AppDelegate::exitApp);

@@ -29,8 +29,7 @@ struct Verb {
 constexpr std::array verbs{
     Verb{TerminalVerb::CheckUpdates, ServiceCommand::CheckUpdates, "HPS_TermUpdates",
          "CheckForUpdates"},
-    Verb{TerminalVerb::Scan, ServiceCommand::ForwardFolderScan, "HPS_TermScan",
-         "HPS_TermScanName"},
+    Verb{TerminalVerb::Scan, ServiceCommand::ForwardFolderScan, "HPS_TermScan", "HPS_TermScanName"},
     Verb{TerminalVerb::StartBackgroundScan, ServiceCommand::ScanBackground, "HPS_TermBackground",
          "TM_Background"},
     Verb{TerminalVerb::StopScans, ServiceCommand::StopScan, "HPS_TermStop", "TM_Stop"},

@@ -10,8 +10,8 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFileDialog>
 #include <QFile>
+#include <QFileDialog>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 

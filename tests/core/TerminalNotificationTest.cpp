@@ -76,10 +76,10 @@ TEST_F(TerminalNotification, WhoeverClickedIsToldThatNoAgentRuns) {
 }
 
 TEST_F(TerminalNotification, IsInTheUsersLanguage) {
-    EXPECT_EQ(clicked({QStringLiteral("--check-updates"), QStringLiteral("--notify")},
-                      "de_DE.UTF-8")
-                  .status,
-              3);
+    EXPECT_EQ(
+        clicked({QStringLiteral("--check-updates"), QStringLiteral("--notify")}, "de_DE.UTF-8")
+            .status,
+        3);
     EXPECT_EQ(bodies(), QStringList(QStringLiteral("Nach Updates suchen\nEs läuft kein Agent.")));
 }
 
