@@ -1,6 +1,7 @@
 #include "agent/app/Configuration.h"
 
 #include "agent/app/ConfigurationKeys.h"
+#include "agent/base/Log.h"
 #include "agent/base/UniqueFd.h"
 #include "agent/publish/BuildSettings.h"
 
@@ -21,8 +22,9 @@ std::string supportFolder(std::string_view below) {
     return build::kSupportDir.toString().toStdString() + std::string(below);
 }
 
+/// One line, whatever a key or the parser's own words hold of the file.
 std::string inLine(const toml::source_region& place, const std::string& sentence) {
-    return "line " + std::to_string(place.begin.line) + ": " + sentence;
+    return "line " + std::to_string(place.begin.line) + ": " + printable(sentence);
 }
 
 std::string fullName(std::string_view section, std::string_view name) {

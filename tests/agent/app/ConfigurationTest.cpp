@@ -107,7 +107,8 @@ TEST(Configuration, AMistakeIsOneLineThatNamesItsPlace) {
     for (const BadCase& test : cases) {
         EXPECT_EQ(problemOf(test.text), test.problem);
     }
-    for (const char* text : {"a = ", "[scan", "a = 1\na = 2", "\xff\xfe", "a = 'b\nc'"}) {
+    for (const char* text :
+         {"a = ", "[scan", "a = 1\na = 2", "\xff\xfe", "a = 'b\nc'", "a = n\n", "\"a\\nb\" = 1"}) {
         EXPECT_EQ(problemOf(text).rfind("line ", 0), 0U) << text << ": " << problemOf(text);
         EXPECT_EQ(problemOf(text).find('\n'), std::string::npos) << text;
     }
