@@ -195,10 +195,10 @@
         <translation>Die Leertaste sortiert nach dieser Spalte. Die Menütaste verschiebt sie.</translation>
     </message>
     <message id="HPS_LastScan">
-        <translation>Letzter Hintergrundscan endete: %@</translation>
+        <translation>Letzte Hintergrundprüfung endete: %@</translation>
     </message>
     <message id="HPS_LastScanName">
-        <translation>Letzter Hintergrundscan</translation>
+        <translation>Letzte Hintergrundprüfung</translation>
     </message>
     <message id="HPS_Logo">
         <translation>Korvale-Logo</translation>
@@ -237,7 +237,7 @@
         <translation>Öffnen Sie den Reiter „Exploits“: Dort steht, welches Programm angegriffen wurde und ob der Agent es angehalten hat. Schließen Sie dieses Programm, aktualisieren Sie es, und informieren Sie Ihren Administrator.</translation>
     </message>
     <message id="HPS_NowNotReported">
-        <translation>Ob etwas gefunden wurde, ist noch nicht bekannt. Der Agent berichtet, wenn er das Gerät zum ersten Mal geprüft hat; ein Hintergrundscan fordert ihn dazu auf.</translation>
+        <translation>Ob etwas gefunden wurde, ist noch nicht bekannt. Der Agent berichtet, wenn er das Gerät zum ersten Mal geprüft hat; eine Hintergrundprüfung fordert ihn dazu auf.</translation>
     </message>
     <message id="HPS_NowOffline">
         <translation>Der Agent schützt mit dem, was er zuletzt wusste. Prüfen Sie die Netzwerkverbindung; erreichen andere Programme das Netz, informieren Sie Ihren Administrator.</translation>
@@ -432,13 +432,13 @@
         <translation>Mehrere neue Exploit-Versuche wurden erkannt.</translation>
     </message>
     <message id="NotificationMessagePolicyExpired">
-        <translation>Die Schutzrichtlinie dieses Geräts ist abgelaufen. Wenden Sie sich an Ihre Administration.</translation>
+        <translation>Die Schutzrichtlinie dieses Geräts ist abgelaufen. Wenden Sie sich an Ihren Administrator.</translation>
     </message>
     <message id="NotificationMessagePolicyInvalidCompanyId">
-        <translation>Die Schutzrichtlinie wurde für ein anderes Unternehmen ausgestellt. Wenden Sie sich an Ihre Administration.</translation>
+        <translation>Die Schutzrichtlinie wurde für ein anderes Unternehmen ausgestellt. Wenden Sie sich an Ihren Administrator.</translation>
     </message>
     <message id="NotificationMessagePolicyInvalidSignature">
-        <translation>Die Signatur der Schutzrichtlinie ist ungültig. Wenden Sie sich an Ihre Administration.</translation>
+        <translation>Die Signatur der Schutzrichtlinie ist ungültig. Wenden Sie sich an Ihren Administrator.</translation>
     </message>
     <message id="NotificationMessageUnsafeDetected">
         <translation>%@ wurde als unsicher erkannt.</translation>

@@ -691,7 +691,7 @@
         <translation>Copy</translation>
     </message>
     <message id="HPS_PaneCopyPath">
-        <translation>Copy path</translation>
+        <translation>Copy Path</translation>
     </message>
     <message id="HPS_PaneCut">
         <translation>Very long texts are shortened here; “Copy” has them whole.</translation>
@@ -706,7 +706,7 @@
         <translation>Meaning</translation>
     </message>
     <message id="HPS_PaneMore">
-        <translation>… and %@ more; “Copy path” copies them all.</translation>
+        <translation>… and %@ more; “Copy Path” copies them all.</translation>
     </message>
     <message id="HPS_PaneNoManager">
         <translation>No file manager could be opened.</translation>
@@ -715,10 +715,10 @@
         <translation>Path</translation>
     </message>
     <message id="HPS_PaneSelectAll">
-        <translation>Select all</translation>
+        <translation>Select All</translation>
     </message>
     <message id="HPS_PaneShow">
-        <translation>Show in file manager</translation>
+        <translation>Show in File Manager</translation>
     </message>
 </context>
 </TS>

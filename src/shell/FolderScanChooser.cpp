@@ -32,7 +32,7 @@ void FolderScanChooser::scanSpecificFolder(const QString& activationToken) {
         // Deletes itself when closed; until then this object owns it.
         m_dialog = new QFileDialog(nullptr, localizedText("ChooseFolderTitle"));
         m_dialog->setAttribute(Qt::WA_DeleteOnClose);
-        m_dialog->setWindowIcon(m_resources.getImage(image::appIcon));
+        m_dialog->setWindowIcon(m_resources.programIcon());
         m_dialog->setDirectory(QDir::homePath()); // whoever started the program may be anywhere
         m_dialog->setFileMode(QFileDialog::Directory);
         m_dialog->setOption(QFileDialog::ShowDirsOnly);

@@ -12,6 +12,7 @@
 #include "shell/DetailsControl.h"
 #include "shell/LinkButton.h"
 #include "shell/MainWindow.h"
+#include "shell/MenuStyle.h"
 #include "shell/NotificationsWindow.h"
 #include "shell/Resources.h"
 #include "shell/StatusItem.h"
@@ -72,7 +73,7 @@ void MainWindowController::showDetails(const QString& activationToken) {
 void MainWindowController::buildWindow() {
     m_window = std::make_unique<MainWindow>(m_context.tables, m_memory);
     m_window->setWindowTitle(m_context.displayName);
-    m_window->setWindowIcon(m_context.resources.getImage(image::appIcon));
+    m_window->setWindowIcon(m_context.resources.programIcon());
     m_window->setLogoImage(m_context.resources.getImage(image::logo));
     m_window->setCounterLine(counterLine(m_context.state.activeTabIndex, m_context.state));
     showDeviceName();
@@ -263,12 +264,20 @@ void MainWindowController::dressStatusMenu() {
     if (m_context.statusMenu == nullptr) {
         return;
     }
-    m_isMenuDressed = true;
+    // Submenus are windows of their own, which inherit neither style nor palette.
+    QList<QMenu*> menus = m_context.statusMenu->findChildren<QMenu*>();
+    menus.append(m_context.statusMenu);
+    if (!m_isMenuDressed) {
+        auto* style = new MenuStyle(m_context.statusMenu);
+        for (QMenu* menu : std::as_const(menus)) {
+            menu->setStyle(style);
+        }
+        m_isMenuDressed = true;
+    }
     const QPalette palette =
         windowPalette(m_context.resources.isDark(), m_context.resources.isHighContrast());
-    m_context.statusMenu->setPalette(palette);
-    for (QMenu* submenu : m_context.statusMenu->findChildren<QMenu*>()) {
-        submenu->setPalette(palette); // a window of its own, which inherits no palette
+    for (QMenu* menu : std::as_const(menus)) {
+        menu->setPalette(palette);
     }
 }
 
@@ -297,7 +306,7 @@ void MainWindowController::showNotifications() {
     if (!m_notifications) {
         m_notifications = new NotificationsWindow(m_context.notifications, m_context.linkOpener);
         m_notifications->setAttribute(Qt::WA_DeleteOnClose);
-        m_notifications->setWindowIcon(m_context.resources.getImage(image::appIcon));
+        m_notifications->setWindowIcon(m_context.resources.programIcon());
     }
     showAppearance();
     bringToFront(*m_notifications, {});
@@ -305,8 +314,8 @@ void MainWindowController::showNotifications() {
 
 void MainWindowController::aboutApp(const QString& activationToken) {
     if (!m_aboutPanel) {
-        m_aboutPanel = new AboutPanel(m_context.resources.getImage(image::appIcon),
-                                      m_context.displayName, m_context.shortVersion);
+        m_aboutPanel = new AboutPanel(m_context.resources.programIcon(), m_context.displayName,
+                                      m_context.shortVersion);
         m_aboutPanel->setAttribute(Qt::WA_DeleteOnClose);
     }
     showAppearance();

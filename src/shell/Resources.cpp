@@ -21,6 +21,7 @@ void Resources::initialize() {
         yellowImage_TitleBar = yellowImage;
         redImage_TitleBar = redImage;
         appIcon = pictureNamed("logo_sentrawardnet_clr@4x.png");
+        m_programIcon = appIcon;
     } else {
         greenImage = pictureNamed("Agent-Icon-Normal");
         yellowImage = pictureNamed("Agent-Icon-Offline");
@@ -32,6 +33,7 @@ void Resources::initialize() {
         redImage_TitleBar = pictureNamed("TitleBar-Red");
         yellowImage_TitleBar = pictureNamed("TitleBar-Yellow");
         appIcon = greenImage;
+        m_programIcon = pictureNamed("com.korvale.ui"); // the one that is installed for menus
     }
     connectedImage = pictureNamed("NSStatusAvailable");
     notConnectedImage = pictureNamed("NSStatusUnavailable");

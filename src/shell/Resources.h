@@ -13,7 +13,6 @@ enum class IconSet { Standard, Vexa };
 /// Indexes of getImage that the program itself asks for.
 namespace image {
 inline constexpr int logo = 10;
-inline constexpr int appIcon = 11;
 } // namespace image
 
 /// All pictures, and the desktop's light or dark appearance. One instance, made first thing at
@@ -31,6 +30,10 @@ public:
     /// Null for an index without one (9, those below 0 and above 14) and for a missing picture.
     /// Equal cacheKey() means the very same picture.
     [[nodiscard]] QIcon getImage(int index) const;
+
+    /// The program's own picture, the same in every appearance, for its windows' title bars and for
+    /// lists of windows. It says nothing of the machine's state, as it does not follow it.
+    [[nodiscard]] QIcon programIcon() const { return m_programIcon; }
 
     [[nodiscard]] bool isDark() const { return m_isDark; }
     /// Whether the user has the desktop ask for more contrast.
@@ -56,6 +59,7 @@ private:
     QIcon connectedImage, notConnectedImage, partialAvailableImage;
     QIcon logoImage;
     QIcon appIcon;
+    QIcon m_programIcon;
 };
 
 } // namespace korvale

@@ -31,7 +31,7 @@ public:
     [[nodiscard]] QAction& action(RowAction action) const {
         return *m_actions[static_cast<std::size_t>(action)];
     }
-    /// Whether there is a row at all, and the file that "Show in file manager" means: empty for
+    /// Whether there is a row at all, and the file that "Show in File Manager" means: empty for
     /// none.
     void setTarget(bool hasRow, const QString& path);
 

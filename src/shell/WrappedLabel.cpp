@@ -3,6 +3,7 @@
 #include "tables/WindowLook.h"
 
 #include <QPainter>
+#include <QStyle>
 #include <QTextLayout>
 
 #include <cmath>
@@ -27,6 +28,7 @@ WrappedLabel::WrappedLabel(const QString& text, QWidget* parent) : QLabel(parent
 int WrappedLabel::layOut(QTextLayout& layout, int width) const {
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft));
     layout.setTextOption(option);
     layout.setFont(font());
     layout.setText(QString(text()).replace(u'\n', QChar::LineSeparator));

@@ -324,6 +324,14 @@ class DesktopSession:
         return bool(window) and self.run(["xdotool", "getwindowpid", window],
                                          check=False).strip() == str(program.pid)
 
+    def enlarge_active(self):
+        self.play("getactivewindow", "windowsize", "--sync", 1000, 650)
+
+    def measures(self):
+        """Of the window in front, what it is to keep: place and size; under Wayland, where the compositor alone
+        places windows, its size; None where nobody is told of that."""
+        return self.run(["xdotool", "getactivewindow", "getwindowgeometry"], check=False)
+
     def cover(self):
         """Puts another window in front of all; uncover() takes it away."""
         self.start_part("cover", ["xev", "-geometry", "1200x700+40+60"], stdout=subprocess.DEVNULL)

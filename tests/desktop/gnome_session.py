@@ -123,6 +123,12 @@ class GnomeSession(DesktopSession):
     def in_front(self, program):
         return any(window["app-id"] == APP_ID and window["has-focus"] for window in self.windows())
 
+    def enlarge_active(self):
+        self.play("key", "alt+F10")  # to the whole screen
+
+    def measures(self):
+        return [(int(window["width"]), int(window["height"])) for window in self.windows() if window["has-focus"]]
+
     def cover(self):
         own = self.env
         display = re.search(r"public X11 display (:\d+)", self._said()).group(1)

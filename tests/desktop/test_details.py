@@ -166,7 +166,7 @@ class Actions(DetailsCase):
         self.assertEqual(self.desktop.opened_links()[before:], [f"file://{path.parent}/"])
 
     def enabled(self):
-        """Whether "Show in file manager" can be pressed."""
+        """Whether "Show in File Manager" can be pressed."""
         return text("HPS_PaneShow") in json.loads(self.read("sensitive") or "[]")
 
     def has_menu(self):

@@ -1,10 +1,12 @@
 """The details window: tabs, keys, status line, counters, names, and where it stands."""
 import json
 import os
+import re
 import signal
 import time
 
 from desktop_case import DesktopCase
+from tray import hue_name
 from window_case import READER, WindowCase, text, wait_until, window_of
 
 
@@ -175,6 +177,30 @@ class Window(WindowCase):
         self.assertTrue(self.status_item.menu())
         self.assertLess(time.monotonic() - started, 10)
         wait_until(lambda: self.current_tab()[1] > 10000, "the rows", 60)
+
+
+class TitleBar(WindowCase):
+    def colours(self, window):
+        """The shield's colours, were they in one pixel only, that the picture of a window has at any size."""
+        said = self.desktop.run(["xprop", "-id", window, "-f", "_NET_WM_ICON", "32c", " $0+", "_NET_WM_ICON"])
+        words = [int(word) for word in re.findall(r"\d+", said.partition(")")[2])]
+        self.assertTrue(words, said)
+        found = set()
+        while words:
+            width, height, words = words[0], words[1], words[2:]
+            self.assertIn(width, range(1, 513))
+            for pixel in words[:width * height]:
+                if pixel >> 24 > 32:
+                    found.add(hue_name(pixel >> 16 & 255, pixel >> 8 & 255, pixel & 255))
+            words = words[width * height:]
+        return found
+
+    def test_its_picture_tells_no_state(self):
+        window = self.open_window()
+        self.assertEqual(self.colours(window), {None}, "green")
+        self.reported_agent.tell("driver lost")
+        self.status_item.wait_colour("red")
+        self.assertEqual(self.colours(window), {None}, "red")
 
 
 class WindowThatIsNotDrawn(WindowCase):

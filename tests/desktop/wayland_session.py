@@ -101,6 +101,13 @@ class WaylandSession(DesktopSession):
         node = self.window(APP_ID)
         return bool(node and node["visible"] and node["focused"] and node["pid"] == program.pid)
 
+    def enlarge_active(self):
+        self.tell(f'[app_id="{APP_ID}"]', "resize set 1000 650")
+
+    def measures(self):
+        node = self.window(APP_ID)
+        return node and (node["rect"]["width"], node["rect"]["height"])
+
     def cover(self):
         """Another workspace hides everything."""
         self.tell("workspace", "2")

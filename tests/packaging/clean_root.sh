@@ -68,6 +68,13 @@ inside() {
   kill "$agent"
   wait "$agent" || fail "the agent ended with $?"
 
+  say "running the packages' own tests"
+  apt-get install -qq -y --no-install-recommends desktop-file-utils >/dev/null
+  local test
+  for test in installed-program installed-agent; do
+    "/tests/$test" >/test.log 2>&1 || { cat /test.log >&2; fail "$test failed"; }
+  done
+
   say "removing the packages"
   apt-get remove -qq -y korvale-ui korvale-agent >/dev/null
   for kept in /etc/korvale-agent/agent.toml /var/lib/korvale-agent/findings.sqlite; do
@@ -119,6 +126,7 @@ done
   for package in "${packages[@]}"; do
     printf 'cp %q "$1/packages/"\n' "$(realpath "$package")"
   done
+  printf 'cp -r %q "$1/tests"\n' "${script%/*}/../../packaging/debian/tests"
   printf 'cp %q "$1/clean_root.sh"\nchroot "$1" /bin/bash /clean_root.sh --inside\n' "$script"
 } >"$work/use"
 chmod 755 "$work/use"

@@ -60,6 +60,11 @@ class InstalledFiles(unittest.TestCase):
                            "control-flow protection")
         self.assertEqual((self.root / "usr/bin/korvale-ui").stat().st_mode & 0o6000, 0, "no setuid")
 
+    def test_menus_show_the_picture_that_title_bars_show(self):
+        drawn = BUILD / "resources" / "CompiledPictures.cpp"  # what the program has, with each picture's drawing
+        icon = (self.root / "usr/share/icons/hicolor/scalable/apps/com.korvale.ui.svg").read_text()
+        self.assertIn(icon, drawn.read_text())
+
     def test_they_are_small(self):
         self.assertLess(sum((self.root / name).stat().st_size for name in FILES), MOST_BYTES)
 

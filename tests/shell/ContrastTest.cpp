@@ -3,6 +3,7 @@
 #include "platform/NotificationServer.h"
 #include "shell/AboutPanel.h"
 #include "shell/AnswerStrip.h"
+#include "shell/MarkedAction.h"
 #include "shell/NotificationsWindow.h"
 #include "shell/WindowFixture.h"
 #include "tables/CustHeaderView.h"
@@ -22,6 +23,7 @@ namespace korvale {
 namespace {
 
 constexpr double leastContrast = 4.5;
+constexpr double leastShapeContrast = 3; // of what is no text
 
 double light(double channel) {
     return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
@@ -37,9 +39,8 @@ double contrast(QRgb one, QRgb other) {
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-/// The contrast of the background, which is most of an area, and the pixel that differs most from
-/// it: the middle of some stroke. Smoothed edges only make it less.
-double drawnContrast(const QImage& area) {
+/// How often each contrast with the background, which is most of an area, occurs in it.
+std::map<double, int> drawnContrasts(const QImage& area) {
     std::map<QRgb, int> counts;
     for (int y = 0; y < area.height(); ++y) {
         for (int x = 0; x < area.width(); ++x) {
@@ -49,11 +50,26 @@ double drawnContrast(const QImage& area) {
     const QRgb background = std::max_element(counts.begin(), counts.end(), [](auto& a, auto& b) {
                                 return a.second < b.second;
                             })->first;
-    double most = 1;
-    for (const auto& entry : counts) {
-        most = std::max(most, contrast(background, entry.first));
+    std::map<double, int> contrasts;
+    for (const auto& [color, count] : counts) {
+        contrasts[contrast(background, color)] += count;
     }
-    return most;
+    return contrasts;
+}
+
+/// That of the pixel which differs most: the middle of some stroke. Smoothed edges only make it
+/// less.
+double drawnContrast(const QImage& area) {
+    return drawnContrasts(area).rbegin()->first;
+}
+
+/// How many pixels can be told from the background.
+int seenPixels(const QImage& area) {
+    int seen = 0;
+    for (const auto& [ratio, count] : drawnContrasts(area)) {
+        seen += ratio >= leastShapeContrast ? count : 0;
+    }
+    return seen;
 }
 
 class ContrastTest : public WindowFixture, public testing::WithParamInterface<bool> {
@@ -250,6 +266,30 @@ TEST_P(ContrastTest, EveryTextOfThePaletteCanBeReadOnItsBackground) {
                 contrast(palette.color(group, text).rgb(), palette.color(group, background).rgb()),
                 leastContrast)
                 << text << " in group " << group;
+        }
+    }
+}
+
+TEST_P(ContrastTest, TheEmptyCheckBoxesOfTheMenuCanBeSeen) {
+    QMenu& submenu = *statusMenu.addMenu(QStringLiteral("MMMM"));
+    for (QMenu* menu : {&statusMenu, &submenu}) {
+        auto* item = new MarkedAction(menu);
+        item->setText(QStringLiteral("MMMM"));
+        menu->addAction(item);
+        controller().dressStatusMenu();
+        for (const bool highContrast : {false, true}) {
+            resources.setHighContrast(highContrast);
+            for (QAction* current : {static_cast<QAction*>(nullptr), static_cast<QAction*>(item)}) {
+                menu->popup(QPoint());
+                menu->setActiveAction(current);
+                QApplication::processEvents();
+                QRect box = menu->actionGeometry(item).adjusted(1, 1, -1, -1);
+                box.setWidth(box.height()); // without the text
+                // Four sides of ten pixels, and nothing in the middle.
+                EXPECT_GE(seenPixels(menu->grab(box).toImage()), 36)
+                    << "high contrast: " << highContrast << ", current: " << (current != nullptr);
+                menu->hide();
+            }
         }
     }
 }

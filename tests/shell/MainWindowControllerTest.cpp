@@ -224,6 +224,26 @@ TEST_F(MainWindowControllerTest, TheMenuFollowsTheAppearanceBeforeAnyWindowWasSh
     EXPECT_EQ(background(), windowPalette(false).color(QPalette::Window));
 }
 
+TEST_F(MainWindowControllerTest, EveryWindowWearsTheProgramsOwnPictureInEveryState) {
+    resources.initialize();
+    statusItem.create();
+    shownWindow();
+    controller().aboutApp();
+    controller().showNotifications();
+    for (const IconColor color : {IconColor::Green, IconColor::Red}) {
+        statusItem.setIconDispColor(color);
+        int windows = 0;
+        for (const QWidget* window : QApplication::topLevelWidgets()) {
+            if (window->isVisible()) {
+                ++windows;
+                EXPECT_EQ(window->windowIcon().cacheKey(), resources.programIcon().cacheKey())
+                    << window->windowTitle().toStdString();
+            }
+        }
+        EXPECT_EQ(windows, 3);
+    }
+}
+
 TEST_F(MainWindowControllerTest, TablesAreLightInBothAppearances) {
     resources.initialize();
     shownWindow();

@@ -145,6 +145,30 @@ TEST_F(NotificationsWindowTest, AWordWiderThanTheWindowIsBroken) {
     EXPECT_GT(body(*entries(window)[0]).height(), 20 * body(*entries(window)[1]).height() / 2);
 }
 
+/// The columns of a text in which there is something of it, first and last.
+std::pair<int, int> inkOf(WrappedLabel& label) {
+    const QImage picture = label.grab().toImage();
+    int first = picture.width();
+    int last = -1;
+    for (int x = 0; x < picture.width(); ++x) {
+        for (int y = 0; y < picture.height(); ++y) {
+            if (picture.pixel(x, y) != picture.pixel(0, 0)) {
+                first = std::min(first, x);
+                last = x;
+            }
+        }
+    }
+    return {first, last};
+}
+
+TEST_F(NotificationsWindowTest, TextsBeginWhereTheLanguageBegins) {
+    WrappedLabel label(QStringLiteral("/tmp/x"));
+    label.resize(400, 40);
+    EXPECT_LT(inkOf(label).second, 200);
+    label.setLayoutDirection(Qt::RightToLeft);
+    EXPECT_GT(inkOf(label).first, 200);
+}
+
 TEST_F(NotificationsWindowTest, OneThatComesStandsOnTopAndMovesNothingThatIsRead) {
     for (int number = 0; number < 200; ++number) {
         say(QString::number(number));

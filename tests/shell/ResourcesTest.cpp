@@ -111,6 +111,48 @@ TEST_F(ResourcesTest, TheStandardApplicationPictureIsTheVeryGreenOne) {
     EXPECT_NE(keyOf(standard, 0), green);
 }
 
+/// Which of the shield's colours a picture has, were it only in one pixel.
+bool hasColorOfAState(const QImage& picture) {
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QColor color = picture.pixelColor(x, y);
+            const bool isBlue = color.hsvHue() > 180 && color.hsvHue() < 270;
+            if (color.alpha() > 32 && color.hsvSaturation() > 64 && !isBlue) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+TEST_F(ResourcesTest, TheProgramsOwnPictureTellsNoState) {
+    initialize(standard);
+    initialize(vexa);
+    constexpr int states[] = {0, 1, 2, 3, 4, 5, 12, 13, 14};
+    for (const Resources* resources : {&standard, &vexa}) {
+        for (const int size : {16, 22, 24, 32, 48, 64, 128}) {
+            const QImage picture = imageOf(resources->programIcon(), size);
+            ASSERT_EQ(picture.size(), QSize(size, size));
+            EXPECT_FALSE(hasColorOfAState(picture)) << size;
+            for (const int state : states) {
+                const QImage other = imageOf(resources->getImage(state), size);
+                EXPECT_TRUE(hasColorOfAState(other)) << state;
+                EXPECT_NE(picture.convertToFormat(QImage::Format_Grayscale8),
+                          other.convertToFormat(QImage::Format_Grayscale8))
+                    << state << " without colour at " << size;
+            }
+        }
+    }
+}
+
+TEST_F(ResourcesTest, TheProgramsOwnPictureIsTheInstalledOneInBothAppearances) {
+    initialize(standard);
+    EXPECT_EQ(imageOf(standard.programIcon()), imageNamed("com.korvale.ui"));
+    const qint64 key = standard.programIcon().cacheKey();
+    appearance.set(QStringLiteral("Dark"));
+    EXPECT_EQ(standard.programIcon().cacheKey(), key);
+}
+
 TEST_F(ResourcesTest, TheAppearanceAtStartIsTaken) {
     appearance.entry = QStringLiteral("Dark");
     initialize(standard);

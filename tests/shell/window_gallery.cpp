@@ -1,10 +1,12 @@
-// window_gallery FOLDER: draws the details window, the notifications and the About panel in every
-// state worth looking at and saves one picture of each in FOLDER. Not a test by itself: it is for
-// people who judge looks. Set QT_SCALE_FACTOR for other scales and LANGUAGE for other languages.
+// window_gallery FOLDER: draws the details window, its menu, the notifications and the About panel
+// in every state worth looking at and saves one picture of each in FOLDER. Not a test by itself: it
+// is for people who judge looks. Set QT_SCALE_FACTOR for other scales and LANGUAGE for other
+// languages.
 #include "fakes/RecordingRowBatch.h"
 #include "platform/NotificationServer.h"
 #include "shell/AboutPanel.h"
 #include "shell/MainWindow.h"
+#include "shell/MarkedAction.h"
 #include "shell/NotificationsWindow.h"
 #include "shell/Translations.h"
 #include "shell/WindowParts.h"
@@ -103,6 +105,13 @@ public:
         resources.initialize();
         statusItem.create();
         statusMenu.addAction(QStringLiteral("Show Details"));
+        for (const bool isOn : {true, false}) {
+            auto* item = new MarkedAction(&statusMenu);
+            item->setText(isOn ? QStringLiteral("Chosen") : QStringLiteral("Not chosen"));
+            item->setMark(isOn);
+            statusMenu.addAction(item);
+        }
+        m_controller.dressStatusMenu();
         state.customName = QStringLiteral("ada-workstation");
         state.policyName = QStringLiteral("Engineering laptops");
         state.policyMode = QStringLiteral("Protect");
@@ -129,6 +138,7 @@ public:
             m_controller.window()->resize(920, 560);
             drawAbout(look + u"-about"_qs);
             drawNotifications(look + u"-notifications"_qs);
+            drawMenu(look + u"-menu"_qs);
             empty();
         }
     }
@@ -225,6 +235,16 @@ private:
                 return;
             }
         }
+    }
+
+    void drawMenu(const QString& name) {
+        for (const bool highContrast : {false, true}) {
+            resources.setHighContrast(highContrast);
+            statusMenu.popup(QPoint());
+            draw(statusMenu, highContrast ? name + u"-contrast"_qs : name);
+            statusMenu.hide();
+        }
+        resources.setHighContrast(false);
     }
 
     void draw(QWidget& window, const QString& name) {

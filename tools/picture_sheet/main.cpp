@@ -1,5 +1,6 @@
 // picture_sheet FILE: draws every state of the shield, in both icon sets, as light and dark panels
-// show it, at the sizes that trays, tool bars and notifications use, and once without colour.
+// show it, at the sizes that trays, tool bars and notifications use, and once without colour; then
+// the program's own picture, which has no state.
 #include "shell/Pictures.h"
 
 #include <QFontDatabase>
@@ -10,6 +11,7 @@
 
 #include <array>
 #include <cstdio>
+#include <span>
 
 namespace korvale {
 namespace {
@@ -21,16 +23,19 @@ struct State {
     const char* plain;    ///< picture on light panels
     const char* inverted; ///< picture on dark panels
 };
-using Set = std::array<State, 3>;
+using Set = std::span<const State>;
 
-constexpr Set standardSet{
+constexpr std::array standardSet{
     State{"green: nothing new", "Agent-Icon-Normal", "Agent-Icon-Inverted-Normal"},
     State{"yellow: cannot be told", "Agent-Icon-Offline", "Agent-Icon-Inverted-Offline"},
     State{"red: threat or no driver", "Agent-Icon-Threat", "Agent-Icon-Inverted-Threat"}};
-constexpr Set otherSet{
+constexpr std::array otherSet{
     State{"green: nothing new", "icon_20X20", "icon_20X20_Inverted"},
     State{"yellow: cannot be told", "icon_yellow_20X20", "icon_yellow_20X20_Inverted"},
     State{"red: threat or no driver", "icon_red_20X20", "icon_red_20X20_Inverted"}};
+constexpr std::array programSet{
+    State{"standard set", "com.korvale.ui", "com.korvale.ui"},
+    State{"other set", "logo_sentrawardnet_clr@4x.png", "logo_sentrawardnet_clr@4x.png"}};
 
 enum class Panel { Light, Dark, NoColor };
 
@@ -39,7 +44,10 @@ constexpr int labelWidth = 190;
 constexpr int gap = 22;
 constexpr int rowHeight = 112;
 constexpr int titleHeight = 44;
-constexpr int panelHeight = titleHeight + static_cast<int>(standardSet.size()) * rowHeight;
+
+int panelHeight(Set set) {
+    return titleHeight + static_cast<int>(set.size()) * rowHeight;
+}
 
 int sheetWidth() {
     int width = 2 * margin + labelWidth;
@@ -61,9 +69,10 @@ QImage withoutColor(const QImage& picture) {
     return grey;
 }
 
-void drawPanel(QPainter& painter, int top, const QString& title, const Set& set, Panel panel) {
+void drawPanel(QPainter& painter, int top, const QString& title, Set set, Panel panel) {
     const bool isDark = panel == Panel::Dark;
-    painter.fillRect(0, top, sheetWidth(), panelHeight, QColor(isDark ? 0xff24292f : 0xfff2f4f7));
+    painter.fillRect(0, top, sheetWidth(), panelHeight(set),
+                     QColor(isDark ? 0xff24292f : 0xfff2f4f7));
     painter.setPen(QColor(isDark ? 0xffe6eaf0 : 0xff1c2430));
     QFont font = painter.font();
     font.setBold(true);
@@ -91,18 +100,25 @@ void drawPanel(QPainter& painter, int top, const QString& title, const Set& set,
 
 bool drawSheet(const QString& file) {
     const std::array panels{
-        std::tuple{QStringLiteral("Standard set, light panel"), standardSet, Panel::Light},
-        std::tuple{QStringLiteral("Standard set, dark panel"), standardSet, Panel::Dark},
-        std::tuple{QStringLiteral("Standard set, without colour"), standardSet, Panel::NoColor},
-        std::tuple{QStringLiteral("Other set, light panel"), otherSet, Panel::Light},
-        std::tuple{QStringLiteral("Other set, dark panel"), otherSet, Panel::Dark},
-        std::tuple{QStringLiteral("Other set, without colour"), otherSet, Panel::NoColor}};
-    QImage sheet(sheetWidth(), panelHeight * static_cast<int>(panels.size()), QImage::Format_RGB32);
+        std::tuple{QStringLiteral("Standard set, light panel"), Set(standardSet), Panel::Light},
+        std::tuple{QStringLiteral("Standard set, dark panel"), Set(standardSet), Panel::Dark},
+        std::tuple{QStringLiteral("Standard set, without colour"), Set(standardSet),
+                   Panel::NoColor},
+        std::tuple{QStringLiteral("Other set, light panel"), Set(otherSet), Panel::Light},
+        std::tuple{QStringLiteral("Other set, dark panel"), Set(otherSet), Panel::Dark},
+        std::tuple{QStringLiteral("Other set, without colour"), Set(otherSet), Panel::NoColor},
+        std::tuple{QStringLiteral("The program itself, light"), Set(programSet), Panel::Light},
+        std::tuple{QStringLiteral("The program itself, dark"), Set(programSet), Panel::Dark}};
+    int height = 0;
+    for (const auto& [title, set, panel] : panels) {
+        height += panelHeight(set);
+    }
+    QImage sheet(sheetWidth(), height, QImage::Format_RGB32);
     QPainter painter(&sheet);
     int top = 0;
     for (const auto& [title, set, panel] : panels) {
         drawPanel(painter, top, title, set, panel);
-        top += panelHeight;
+        top += panelHeight(set);
     }
     painter.end();
     return sheet.save(file);
