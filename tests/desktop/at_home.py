@@ -95,7 +95,9 @@ class AtHome(Played):
         self.picture("red")
 
     def test_click(self):
+        before = self.panel.screen()
         self.shown()
+        self.panel.wait_menu(before)  # a window that has the focus may have to be drawn yet
         self.picture("click")
 
     def test_raise_from_behind(self):

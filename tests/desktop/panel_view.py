@@ -61,15 +61,15 @@ class PanelView:
         wait_until(is_still, "a screen that stands still")
 
     def wait_menu(self, before):
-        """Waits until the screen differs from `before`, a screen(), by as much as a menu, and no longer changes;
-        returns what differs: left, top, right, bottom."""
+        """Waits until the screen differs from `before`, a screen(), by as much as a menu or window, and no longer
+        changes; returns what differs: left, top, right, bottom."""
         seen = []
 
         def is_open():
             seen.append(self._difference(before))
             return seen[-1] and seen[-1] == (seen + [None])[-3] and seen[-1]
         seen.append(None)
-        return wait_until(is_open, "the menu")
+        return wait_until(is_open, "the menu or window")
 
     def click_last_entry(self, menu):
         left, _, right, bottom = menu
