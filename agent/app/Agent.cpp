@@ -171,6 +171,9 @@ void Agent::configure(const std::string& signatures) {
 }
 
 void Agent::start() {
+    if (!m_problems.isEmpty()) {
+        tellStatusLine(); // nobody listened yet
+    }
     m_publishing.changed();
     m_bus.takeName();
     m_enginePoll.ask();
@@ -250,6 +253,9 @@ void Agent::engineAnswered(const EngineState& state) {
     setProblem(QStringLiteral("engine"), problem.trimmed());
     watchWithEngine(state);
     m_states.setEngineFresh(fresh);
+    if (!std::exchange(m_engineAsked, true)) {
+        tellStatusLine(); // before, nobody could say that all is well
+    }
 }
 
 void Agent::startUnit(const std::string& unit) {
@@ -274,6 +280,10 @@ void Agent::setProblem(const QString& what, const QString& sentence) {
         m_problems.insert(what, sentence);
         logWarning(sentence.toStdString());
     }
+    tellStatusLine();
+}
+
+void Agent::tellStatusLine() {
     Q_EMIT statusLine(m_problems.isEmpty() ? QStringLiteral("Protecting.")
                                            : m_problems.values().join(u' '));
 }

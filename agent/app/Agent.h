@@ -96,6 +96,7 @@ private:
     void engineAnswered(const EngineState& state);
     void startUnit(const std::string& unit);
     void setProblem(const QString& what, const QString& sentence);
+    void tellStatusLine();
     void tellWithoutFiles();
 
     // AgentTasks
@@ -152,6 +153,7 @@ private:
     QString m_refused;                 ///< the program that was told of last
     QElapsedTimer m_sinceRefused;
     QTimer m_watchSetUp;
+    bool m_engineAsked = false;
     bool m_stopping = false;
 };
 

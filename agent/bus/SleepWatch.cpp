@@ -17,6 +17,9 @@ void SleepWatch::use(const QDBusConnection& bus) {
     m_bus = bus;
     m_bus->connect(kService, kPath, kManager, QStringLiteral("PrepareForSleep"), this,
                    SLOT(prepare(bool)));
+    m_coming = std::make_unique<QDBusServiceWatcher>(kService, bus,
+                                                     QDBusServiceWatcher::WatchForRegistration);
+    connect(m_coming.get(), &QDBusServiceWatcher::serviceRegistered, this, &SleepWatch::delay);
     delay();
 }
 

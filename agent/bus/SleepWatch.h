@@ -1,15 +1,18 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusServiceWatcher>
 #include <QDBusUnixFileDescriptor>
 #include <QObject>
 
+#include <memory>
 #include <optional>
 
 namespace korvale::agent {
 
 /// Hears from the login service that the machine is about to sleep, and delays it for the moment
-/// that this takes. Main thread; never waits. Without a login service nothing is heard.
+/// that this takes. Main thread; never waits. Without a login service nothing is heard until there is
+/// one: as the machine starts it may come later than this.
 class SleepWatch : public QObject {
     Q_OBJECT
 public:
@@ -29,6 +32,7 @@ private:
     void delay();
 
     std::optional<QDBusConnection> m_bus;
+    std::unique_ptr<QDBusServiceWatcher> m_coming; ///< of the login service
     QDBusUnixFileDescriptor m_delay; ///< the login service waits while it is open
 };
 

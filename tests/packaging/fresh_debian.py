@@ -10,6 +10,13 @@ SUITE = "bookworm"
 ENTER = """mount -t proc proc "$0/proc" && mount --rbind /dev "$0/dev" && exec chroot "$0" "$@" """
 
 
+def checked(done, command):
+    """The same, if it ended well."""
+    if done.returncode != 0:
+        raise AssertionError(f"{' '.join(map(str, command))} failed ({done.returncode}):\n{done.stdout[-4000:]}")
+    return done
+
+
 class CleanRoot:
     """Context manager. The root is made once and kept packed in `cache`, a folder; each use unpacks it anew."""
 
@@ -21,18 +28,26 @@ class CleanRoot:
     def __enter__(self):
         if not self.packed.exists():
             self._make()
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="korvale-root-"))
+        self.folder = self.place()
         self.folder.chmod(0o755)
         subprocess.run(["tar", "--numeric-owner", "-xpf", self.packed, "-C", self.folder], check=True)
         # What has no network of its own asks as this machine does.
         shutil.copy("/etc/resolv.conf", self.folder / "etc" / "resolv.conf")
-        policy = self.folder / "usr" / "sbin" / "policy-rc.d"
-        policy.write_text("#!/bin/sh\nexit 101\n")  # no service starts by being installed
-        policy.chmod(0o755)
+        self.prepare()
         return self
 
     def __exit__(self, *unused):
         shutil.rmtree(self.folder, ignore_errors=True)
+
+    def place(self):
+        """A new folder for the root."""
+        return pathlib.Path(tempfile.mkdtemp(prefix="korvale-root-"))
+
+    def prepare(self):
+        """What a root that is only entered, and not started, needs."""
+        policy = self.folder / "usr" / "sbin" / "policy-rc.d"
+        policy.write_text("#!/bin/sh\nexit 101\n")  # no service starts by being installed
+        policy.chmod(0o755)
 
     def _make(self):
         self.packed.parent.mkdir(parents=True, exist_ok=True)
@@ -50,15 +65,13 @@ class CleanRoot:
         done = subprocess.run(["unshare", "--mount", "--pid", "--fork", "--kill-child", "sh", "-c", ENTER,
                                str(self.folder), *as_user, *map(str, command)], env=env, text=True, timeout=timeout,
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-        if check and done.returncode != 0:
-            raise AssertionError(f"{' '.join(map(str, command))} failed ({done.returncode}):\n{done.stdout[-4000:]}")
-        return done
+        return checked(done, command) if check else done
 
-    def put(self, *files):
-        """Copies files of this machine into the root's /tmp; returns their paths there."""
+    def put(self, *files, folder="tmp"):
+        """Copies files of this machine into a folder of the root; returns their paths there."""
         for file in files:
-            shutil.copy(file, self.folder / "tmp")
-        return [f"/tmp/{pathlib.Path(file).name}" for file in files]
+            shutil.copy(file, self.folder / folder)
+        return [f"/{folder}/{pathlib.Path(file).name}" for file in files]
 
     def apt(self, *arguments):
         return self.run("apt-get", "-y", "-q", *arguments, timeout=1800)

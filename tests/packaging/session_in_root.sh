@@ -2,16 +2,12 @@
 # A login of the user who runs it, without a screen: lxqt-session starts what XDG autostart names. Prints what the
 # tray item says once the program is there, or "nothing started" when the session is up and the program is not.
 set -eu
-export XDG_RUNTIME_DIR="$(mktemp -d)" XDG_CURRENT_DESKTOP=LXQt XDG_SESSION_TYPE=x11 QT_QPA_PLATFORM=xcb
-mkdir -p "$HOME/.config/lxqt"
-printf '[General]\nwindow_manager=openbox\nleave_confirmation=false\n' >"$HOME/.config/lxqt/session.conf"
-mkfifo "$XDG_RUNTIME_DIR/display"
+XDG_RUNTIME_DIR="$(mktemp -d)"
+export XDG_RUNTIME_DIR
+. "$(dirname "$0")/desktop_screen.sh"
 # The panel shows trays of both kinds; with this one alone the item tells its texts on the bus.
 printf 'panels=panel1\n[panel1]\nplugins=statusnotifier\nposition=Top\n[statusnotifier]\ntype=statusnotifier\n' \
   >"$HOME/.config/lxqt/panel.conf"
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$XDG_RUNTIME_DIR/display" >/dev/null 2>&1 &
-read -r number <"$XDG_RUNTIME_DIR/display"
-export DISPLAY=":$number"
 exec dbus-run-session -- sh -c '
   ask() { gdbus call --session --timeout 5 "$@" 2>/dev/null || true; }
   owned() { ask -d org.freedesktop.DBus -o /org/freedesktop/DBus -m org.freedesktop.DBus.NameHasOwner "$1" | grep -q true; }

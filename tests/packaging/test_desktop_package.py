@@ -53,7 +53,7 @@ class Life(unittest.TestCase):
         self.root.run("localedef", "-i", "de_DE", "-f", "UTF-8", "de_DE.UTF-8")
         self.root.run("useradd", "--create-home", "--shell", "/bin/sh", "ada")
         self.root.run("install", "-d", "-m", "1777", "/tmp/.X11-unix")
-        self.script, self.package = self.root.put(HERE / "session_in_root.sh", PACKAGE)
+        self.script, _, self.package = self.root.put(HERE / "session_in_root.sh", HERE / "desktop_screen.sh", PACKAGE)
 
     def log_in(self, patience=300):
         return self.root.run("sh", self.script, user="ada", environment={

@@ -94,6 +94,14 @@ TEST_F(SleepWatchTest, WithoutALoginServiceNothingIsHeard) {
     EXPECT_TRUE(m_told.isEmpty());
 }
 
+TEST_F(SleepWatchTest, ALoginServiceThatComesLaterIsAskedThen) {
+    m_watch.use(*m_agent);
+    // The bus answers one connection in order: it was asked, and refused, before this is there.
+    ASSERT_TRUE(m_agent->interface()->isServiceRegistered(QStringLiteral("org.freedesktop.DBus")));
+    FakeLogin login(m_bus.address());
+    EXPECT_TRUE(waitUntil([&] { return login.isDelayed(); }));
+}
+
 TEST_F(SleepWatchTest, OnlyTheLoginServiceIsBelieved) {
     FakeLogin login(m_bus.address());
     m_watch.use(*m_agent);

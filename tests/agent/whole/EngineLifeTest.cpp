@@ -1,3 +1,4 @@
+#include "../app/NotifySocket.h"
 #include "AgentRun.h"
 #include "agent/fakes/FakeSystemd.h"
 #include "agent/fakes/ScriptedClamd.h"
@@ -63,6 +64,15 @@ protected:
     std::unique_ptr<ScriptedClamd> m_clamd;
     std::unique_ptr<FakeSystemd> m_systemd;
 };
+
+TEST_F(EngineLifeTest, WhileItIsWellTheServiceManagerIsToldSo) {
+    NotifySocket manager;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("NOTIFY_SOCKET"), QString::fromUtf8(manager.path()));
+    m_process.setProcessEnvironment(environment);
+    start();
+    EXPECT_TRUE(waitUntil([&] { return manager.told().contains("STATUS=Protecting."); }));
+}
 
 TEST_F(EngineLifeTest, OneThatWasStoppedIsToldAndStartedAgain) {
     m_folder.write(QStringLiteral("files/a"), "evil");
