@@ -17,23 +17,21 @@ PACKAGES, CACHE = [pathlib.Path(sys.argv.pop(1)).resolve() for _ in range(2)], s
 LIFE = (Service, SeenByAPerson, AskedForConsent, AmongNeighbours, AtTheEnd)
 
 
-def setUpModule():  # pylint: disable=invalid-name
+def main():
     reason = why_not()
     if reason:
-        raise unittest.SkipTest(reason)
-    machine = Machine(CACHE)
-    unittest.addModuleCleanup(machine.__exit__)
-    machine.__enter__()
-    MachineCase.machine = machine
-    MachineCase.ada = Person(machine, "ada")
-    MachineCase.packages = machine.put(*PACKAGES, folder="opt")
-    machine.fetch(*MachineCase.packages)
-
-
-def load_tests(*_unused):
-    """In the order in which they are written: it is one life, and each step needs the one before."""
-    return unittest.TestSuite(case(name) for case in LIFE for name in vars(case) if name.startswith("test_"))
+        print(f"not tried on a started machine: {reason}", file=sys.stderr)
+        return
+    with Machine(CACHE) as machine:
+        MachineCase.machine = machine
+        MachineCase.ada = Person(machine, "ada")
+        MachineCase.packages = machine.put(*PACKAGES, folder="opt")
+        machine.fetch(*MachineCase.packages)
+        # In the order in which they are written: it is one life, and each step needs the one before.
+        life = unittest.TestSuite(case(name) for case in LIFE for name in vars(case) if name.startswith("test_"))
+        result = unittest.TextTestRunner(verbosity=2, failfast=True).run(life)
+    sys.exit(not result.wasSuccessful())
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2, failfast=True)
+    main()

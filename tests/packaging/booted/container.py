@@ -51,7 +51,7 @@ class Container:
     def enter(self, *command, **options):
         """A command of root's inside; returns what became of it, with all it said as text."""
         return subprocess.run(["nsenter", f"--target={self.leader}", "--mount", "--uts", "--ipc", "--net", "--pid",
-                               "--cgroup", "--wd=/", "env", "-i", *ENVIRONMENT, *map(str, command)], text=True,
+                               "--cgroup", "--wdns=/", "env", "-i", *ENVIRONMENT, *map(str, command)], text=True,
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False,
                               **options)
 

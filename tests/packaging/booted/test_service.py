@@ -10,7 +10,7 @@ POWER_OFF = 45  # seconds
 class Service(MachineCase):
     def test_installing_the_packages_is_all_that_it_takes(self):
         self.machine.boot()
-        said = self.machine.says("apt-get", "-y", "-q", "--no-download", "-o", "APT::Install-Recommends=true", "install",
+        said = self.machine.says("apt-get", "-y", "-q", "-o", "APT::Install-Recommends=true", "install",
                                  *self.packages, timeout=900)
         self.assertNotIn("Warning: unit", said)
         self.assertEqual(self.shown("ActiveState"), "active")
