@@ -11,8 +11,8 @@
 namespace korvale::agent {
 
 /// Hears from the login service that the machine is about to sleep, and delays it for the moment
-/// that this takes. Main thread; never waits. Without a login service nothing is heard until there is
-/// one: as the machine starts it may come later than this.
+/// that this takes. Main thread; never waits. Without a login service nothing is heard until there
+/// is one: as the machine starts it may come later than this.
 class SleepWatch : public QObject {
     Q_OBJECT
 public:
@@ -33,7 +33,7 @@ private:
 
     std::optional<QDBusConnection> m_bus;
     std::unique_ptr<QDBusServiceWatcher> m_coming; ///< of the login service
-    QDBusUnixFileDescriptor m_delay; ///< the login service waits while it is open
+    QDBusUnixFileDescriptor m_delay;               ///< the login service waits while it is open
 };
 
 } // namespace korvale::agent

@@ -24,7 +24,7 @@ class Container:
         self.root = root
         self.work = work
         self.process = None
-        self.leader = 0  # its first process, as this machine counts
+        self.leader = 0  # its first process, as this machine counts; 0: it does not run
 
     def start(self, patience):
         """Returns when everything that is started with the machine is."""
@@ -61,7 +61,7 @@ class Container:
             status = self.process.wait(patience)
         except subprocess.TimeoutExpired:
             raise AssertionError(f"the machine does not end:\n{self.console()}") from None
-        self.process = None
+        self.process, self.leader = None, 0
         if status != 0:
             raise AssertionError(f"the machine ended with {status}:\n{self.console()}")
 
@@ -69,7 +69,7 @@ class Container:
         if self.process is not None:
             self.process.kill()
             self.process.wait()
-            self.process = None
+            self.process, self.leader = None, 0
         for group in self._groups():
             for folder, _, _ in os.walk(group, topdown=False):
                 with contextlib.suppress(OSError):

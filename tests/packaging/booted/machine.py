@@ -71,8 +71,9 @@ class Machine(CleanRoot):
         return self.inside(*command, **options).stdout.strip()
 
     def path(self, path):
-        """A file of the started machine, also of what it mounted, as this machine sees it."""
-        return pathlib.Path(f"/proc/{self.container.leader}/root", path.lstrip("/"))
+        """A file of the machine as this one sees it; while it runs, also of what it mounted."""
+        leader = self.container.leader
+        return pathlib.Path(f"/proc/{leader}/root" if leader else self.folder, path.lstrip("/"))
 
     def power_off(self, patience):
         """Returns when it has ended, of itself."""

@@ -30,9 +30,12 @@ class SeenByAPerson(MachineCase):
                              value, name)
         self.eventually("the green shield", lambda: self.state().get("color") == "green")
         self.assertEqual(self.ada.does("korvale-ui", "--status").returncode, 0)
+        # Until the agent has said that the policy wants notifications, they are held back.
+        self.eventually("the policy", lambda: self.state()["policy"]["name"], 90)
 
     def test_a_bad_file_in_downloads_is_told_and_taken_within_two_seconds(self):
         self.ada.listen_for_bubbles()
+        self.eventually("the ear", lambda: "member=NameLost" in self.ada.bubbles())  # the last before it hears
         self.ada.does("mkdir", DOWNLOADS, check=True)
         self.ada.writes(f"{DOWNLOADS}/letter.txt", "harmless\n")
         self.ada.writes(f"{DOWNLOADS}/eicar.com", EICAR)
