@@ -17,15 +17,32 @@
 namespace korvale {
 namespace {
 
-/// A line with its label in front; where the text is long, it goes on below itself.
-QTextBlockFormat lineFormat(int labelWidth) {
+/// A line with its label in front; where the text is long, it goes on below itself. From right to
+/// left it goes on below its label, as the toolkit takes an indent into the margin for more width.
+QTextBlockFormat lineFormat(int labelWidth, Qt::LayoutDirection direction) {
+    const bool isMirrored = direction == Qt::RightToLeft;
     QTextBlockFormat format;
-    format.setLeftMargin(labelWidth);
-    format.setTextIndent(-labelWidth);
-    format.setTabPositions({QTextOption::Tab(labelWidth, QTextOption::LeftTab)});
+    if (!isMirrored) {
+        format.setLeftMargin(labelWidth);
+        format.setTextIndent(-labelWidth);
+    }
+    // The toolkit names the tabs of such lines the other way round.
+    format.setTabPositions(
+        {QTextOption::Tab(labelWidth, isMirrored ? QTextOption::RightTab : QTextOption::LeftTab)});
     format.setBottomMargin(look::detailsSpacing);
-    format.setLayoutDirection(Qt::LeftToRight); // whatever script a path begins with
+    format.setLayoutDirection(direction); // whatever script a path begins with
     return format;
+}
+
+constexpr char16_t leftToRightIsolate = 0x2066;
+constexpr char16_t firstStrongIsolate = 0x2068;
+constexpr char16_t popIsolate = 0x2069;
+
+/// The text, so that in lines from right to left it does not fall apart: a path reads on from its
+/// first slash in any language. What the agent sent has none of these characters any more.
+QString isolated(const RowDetails::Line& line) {
+    return QChar(line.path.isEmpty() ? firstStrongIsolate : leftToRightIsolate) + line.text +
+           QChar(popIsolate);
 }
 
 } // namespace
@@ -62,14 +79,16 @@ void DetailsText::write() {
     label.setForeground(palette().color(QPalette::PlaceholderText));
     QTextCharFormat strong;
     strong.setFontWeight(QFont::DemiBold);
-    cursor.setBlockFormat(lineFormat(labelWidth()));
+    const bool isMirrored = layoutDirection() == Qt::RightToLeft;
+    cursor.setBlockFormat(lineFormat(labelWidth(), layoutDirection()));
     for (const RowDetails::Line& line : m_details.lines) {
         const bool isFirst = &line == &m_details.lines.front();
         if (!isFirst) {
             cursor.insertBlock();
         }
         cursor.insertText(line.label + u'\t', label);
-        cursor.insertText(line.text, isFirst ? strong : QTextCharFormat());
+        cursor.insertText(isMirrored ? isolated(line) : line.text,
+                          isFirst ? strong : QTextCharFormat());
     }
     cursor.endEditBlock();
     m_isWriting = false;
@@ -105,7 +124,11 @@ void DetailsText::lookAtCursor() {
 
 QMimeData* DetailsText::createMimeDataFromSelection() const {
     auto* plain = new QMimeData; // the caller's
-    plain->setText(textCursor().selection().toPlainText());
+    QString text = textCursor().selection().toPlainText();
+    for (const char16_t isolate : {leftToRightIsolate, firstStrongIsolate, popIsolate}) {
+        text.remove(QChar(isolate));
+    }
+    plain->setText(text);
     return plain;
 }
 
@@ -135,7 +158,8 @@ void DetailsText::showContextMenuAtCursor() {
 void DetailsText::changeEvent(QEvent* event) {
     QTextEdit::changeEvent(event);
     // Colours and widths stand in the document.
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange ||
+        event->type() == QEvent::LayoutDirectionChange) {
         write();
     }
 }

@@ -291,6 +291,27 @@ TEST_F(DetailsPaneTest, ASelectedTextIsCopiedInsteadAsPlainText) {
     EXPECT_EQ(clipboard(), plain());
 }
 
+TEST_F(DetailsPaneTest, InALanguageFromRightToLeftTheLabelsStandAtTheRight) {
+    openRow(0);
+    const auto placeOf = [this](const QString& words) {
+        QTextCursor cursor = text().document()->find(words);
+        EXPECT_FALSE(cursor.isNull()) << words.toStdString();
+        cursor.setPosition(cursor.selectionStart());
+        return text().cursorRect(cursor).x();
+    };
+    const int middle = text().viewport()->width() / 2;
+    EXPECT_LT(placeOf(u"HPS_PanePath"_s), placeOf(u"/tmp/a"_s));
+    EXPECT_LT(placeOf(u"/tmp/a"_s), middle);
+    text().setLayoutDirection(Qt::RightToLeft);
+    QApplication::processEvents();
+    EXPECT_GT(placeOf(u"HPS_PanePath"_s), placeOf(u"/tmp/a"_s));
+    EXPECT_GT(placeOf(u"/tmp/a"_s), middle);
+    EXPECT_LT(placeOf(u"tmp/a"_s), placeOf(u"mp/a"_s)) << "a path reads from left to right";
+    text().selectAll();
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(clipboard().contains(u"\nHPS_PanePath\t/tmp/a\n"_s)) << clipboard().toStdString();
+}
+
 TEST_F(DetailsPaneTest, CopyPathCopiesThePathAlone) {
     openRow(2);
     button(u"HPS_PaneCopyPath"_s).click();
