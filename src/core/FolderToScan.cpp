@@ -21,11 +21,23 @@ QString refusalOf(const char* key, const QByteArray& argument, int error = 0) {
                                            QString::fromLocal8Bit(reason.c_str())});
 }
 
+/// Some file managers can hand on every name by its URI only.
+QByteArray pathOf(const QByteArray& argument) {
+    constexpr QByteArrayView scheme = "file://";
+    const bool isUri =
+        argument.startsWith(scheme) && argument.sliced(scheme.size()).startsWith('/');
+    return isUri ? QByteArray::fromPercentEncoding(argument.sliced(scheme.size())) : argument;
+}
+
 } // namespace
 
 FolderToScan FolderToScan::named(const QByteArray& argument) {
-    const std::unique_ptr<char, decltype(&std::free)> path(
-        ::realpath(argument.constData(), nullptr), &std::free);
+    const QByteArray wanted = pathOf(argument);
+    if (wanted.contains('\0')) {
+        return {{}, refusalOf("HPS_TermNoFolder", argument, ENOENT)};
+    }
+    const std::unique_ptr<char, decltype(&std::free)> path(::realpath(wanted.constData(), nullptr),
+                                                           &std::free);
     struct stat status {};
     if (!path || ::stat(path.get(), &status) != 0) {
         return {{}, refusalOf("HPS_TermNoFolder", argument, errno)};

@@ -44,6 +44,21 @@ TEST_F(FolderToScanTest, MayBeNamedFromThePresentFolder) {
     QDir::setCurrent(before);
 }
 
+TEST_F(FolderToScanTest, MayBeNamedByItsUri) {
+    QDir(m_root).mkpath(QStringLiteral("100 %41\nü"));
+    const QByteArray place = "file://" + m_root.toUtf8();
+    EXPECT_EQ(FolderToScan::named(place + "/100%20%2541%0A%C3%BC").path,
+              m_root + QStringLiteral("/100 %41\nü"));
+    EXPECT_EQ(FolderToScan::named(place + "/none%20").refusal,
+              QString::fromUtf8(place + "/none%20 is none: No such file or directory"));
+    for (const QByteArray& other : {place + "%00/etc", QByteArray("file://elsewhere") + "/tmp",
+                                    QByteArray("file:///"), QByteArray("sftp:///tmp")}) {
+        EXPECT_EQ(FolderToScan::named(other).path,
+                  other == "file:///" ? QStringLiteral("/") : QString())
+            << other.toStdString();
+    }
+}
+
 TEST_F(FolderToScanTest, AFileIsNone) {
     const FolderToScan folder = named("a file");
     EXPECT_TRUE(folder.path.isEmpty());

@@ -60,9 +60,9 @@ class LauncherFiles(unittest.TestCase):
             self.assertEqual(entry(name)["Desktop Entry"]["MimeType"], "inode/directory;")
         self.assertEqual(entry(NEMO)["Nemo Action"]["Extensions"], "dir;")
         # Whatever a folder is called, it is no option; and whoever clicked has no terminal to read complaints in.
-        scan = "korvale-ui --scan --notify -- %F"
-        self.assertEqual({entry(NEMO)["Nemo Action"]["Exec"], entry(THUNAR)["Desktop Entry"]["Exec"],
-                          self.actions(KDE)["scan"]["Exec"]}, {scan})
+        scan = "korvale-ui --scan --notify -- "
+        self.assertEqual([entry(NEMO)["Nemo Action"]["Exec"], entry(THUNAR)["Desktop Entry"]["Exec"],
+                          self.actions(KDE)["scan"]["Exec"]], [scan + "%U", scan + "%F", scan + "%F"])
         self.assertNotIn("MimeType", entry(MENU)["Desktop Entry"])
 
 
