@@ -1,6 +1,7 @@
 #include "core/StatusFollower.h"
 
 #include "core/StatusProperties.h"
+#include "platform/BusCalls.h"
 
 #include <QDBusArgument>
 #include <QDBusError>
@@ -41,7 +42,7 @@ void StatusFollower::ask() {
     request << QString::fromLatin1(statusInterface);
     request.setAutoStartService(false);
     const QDBusPendingCall call = m_bus.asyncCall(request, answerLimitMs);
-    if (call.isFinished()) {
+    if (hasFailedAtOnce(call)) {
         m_told(StatusAnswer::NotRunning, {}); // the bus has gone; a watcher would hear nothing
         return;
     }
