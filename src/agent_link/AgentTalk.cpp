@@ -11,6 +11,8 @@ namespace {
 
 /// A bus that hangs shall be found out by the limit of the answer, as one that does not answer.
 constexpr std::chrono::milliseconds busPatience{5000};
+/// A limit that is reached so much too late was not slow to be noticed: the process was stopped.
+constexpr std::chrono::milliseconds stopped{2000};
 
 int busLimitMs(std::chrono::milliseconds answerLimit) {
     return static_cast<int>((answerLimit + busPatience).count());
@@ -19,10 +21,9 @@ int busLimitMs(std::chrono::milliseconds answerLimit) {
 } // namespace
 
 AgentTalk::AgentTalk(std::chrono::milliseconds answerLimit, QObject* parent)
-    : QObject(parent), m_bus(busLimitMs(answerLimit)) {
+    : QObject(parent), m_bus(busLimitMs(answerLimit)), m_answerLimit(answerLimit) {
     m_limit.setSingleShot(true);
-    m_limit.setInterval(answerLimit);
-    connect(&m_limit, &QTimer::timeout, this, [this] { finish(RequestOutcome::NoAnswer); });
+    connect(&m_limit, &QTimer::timeout, this, &AgentTalk::limitReached);
     connect(&m_bus, &SystemBus::connected, this, &AgentTalk::join);
     connect(&m_bus, &SystemBus::firstAttemptFailed, this,
             [this] { finish(RequestOutcome::NoAgent); });
@@ -53,7 +54,9 @@ void AgentTalk::request(ServiceCommand command, const QString& value, Answered a
     m_command = command;
     m_value = value;
     m_answered = std::move(answered);
-    m_limit.start();
+    ++m_number;
+    m_sinceAsked.start();
+    m_limit.start(m_answerLimit);
     switch (m_bus.state()) {
     case SystemBus::State::Idle:
         m_bus.start();
@@ -72,11 +75,12 @@ void AgentTalk::request(ServiceCommand command, const QString& value, Answered a
 
 void AgentTalk::sendNow() {
     if (m_answered) {
-        m_calls.call(requestEnvelope(m_command, m_value), [this](const ServiceReply* reply) {
-            if (m_answered) {
-                judge(reply);
-            }
-        });
+        m_calls.call(requestEnvelope(m_command, m_value),
+                     [this, number = m_number](const ServiceReply* reply) {
+                         if (isOpen(number)) {
+                             judge(reply);
+                         }
+                     });
     }
 }
 
@@ -99,12 +103,25 @@ void AgentTalk::judgeFailure() {
         return;
     }
     auto* owner = new NameOwner(QString::fromLatin1(serviceName), this);
-    connect(owner, &NameOwner::changed, this, [this, owner](const QString&, const QString& now) {
-        owner->deleteLater();
-        owner->disconnect(this);
-        finish(now.isEmpty() ? RequestOutcome::NoAgent : RequestOutcome::NotUnderstood);
-    });
+    connect(owner, &NameOwner::changed, this,
+            [this, owner, number = m_number](const QString&, const QString& now) {
+                owner->deleteLater();
+                owner->disconnect(this);
+                if (isOpen(number)) {
+                    finish(now.isEmpty() ? RequestOutcome::NoAgent : RequestOutcome::NotUnderstood);
+                }
+            });
     owner->follow(m_bus.connection());
+}
+
+/// Whoever was stopped (Ctrl+Z, a machine that slept) hears first what was said meanwhile.
+void AgentTalk::limitReached() {
+    if (m_sinceAsked.hasExpired((m_answerLimit + stopped).count())) {
+        m_sinceAsked.start();
+        m_limit.start(stopped);
+    } else {
+        finish(RequestOutcome::NoAnswer);
+    }
 }
 
 void AgentTalk::finish(RequestOutcome outcome, const QString& text) {

@@ -7,6 +7,7 @@
 #include "platform/SystemBus.h"
 
 #include <QDBusMessage>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -39,7 +40,7 @@ public:
                        QObject* parent = nullptr);
 
     /// Looks for the bus with the first request. `answered` is called once, later. Not before the
-    /// previous request was answered.
+    /// previous request was answered; what the agent still says to that one is not heard any more.
     void request(ServiceCommand command, const QString& value, Answered answered);
 
 Q_SIGNALS:
@@ -51,15 +52,20 @@ Q_SIGNALS:
 private:
     void join();
     void sendNow();
+    [[nodiscard]] bool isOpen(int number) const { return m_answered && number == m_number; }
     void judge(const ServiceReply* reply);
     void judgeFailure();
+    void limitReached();
     void finish(RequestOutcome outcome, const QString& text = {});
     void onSignal(const QDBusMessage& message);
 
     SystemBus m_bus;
     ServiceCalls m_calls;
     OwnerSignals m_signals{m_calls.owner()};
+    std::chrono::milliseconds m_answerLimit;
     QTimer m_limit;
+    QElapsedTimer m_sinceAsked;
+    int m_number = 0; ///< of the last request
     ServiceCommand m_command = ServiceCommand::CheckUpdates;
     QString m_value;
     Answered m_answered; ///< while a request is open

@@ -38,7 +38,10 @@ protected:
     void end(int status, const char* complaint = nullptr);
 
 private:
+    void tick();
+
     QElapsedTimer m_clock;
+    Moment m_lastTick{0};
     QTimer m_timer;
     bool m_hasBegun = false;
     bool m_hasEnded = false;

@@ -3,9 +3,9 @@
 namespace korvale {
 
 QDBusMessage busCall(const char* method) {
-    return QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QString::fromLatin1(method));
+    return QDBusMessage::createMethodCall(busName, QStringLiteral("/org/freedesktop/DBus"),
+                                          QStringLiteral("org.freedesktop.DBus"),
+                                          QString::fromLatin1(method));
 }
 
 bool hasFailedAtOnce(const QDBusPendingCall& call) {

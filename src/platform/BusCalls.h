@@ -2,6 +2,7 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QLatin1String>
 
 #include <limits>
 
@@ -9,6 +10,9 @@ namespace korvale {
 
 /// A time-out that never comes, for QDBusConnection::asyncCall.
 inline constexpr int noTimeout = std::numeric_limits<int>::max();
+
+/// Who the bus is to its clients: the sender of what it says itself, which nobody else can be.
+inline constexpr QLatin1String busName{"org.freedesktop.DBus"};
 
 /// A call of the bus itself.
 [[nodiscard]] QDBusMessage busCall(const char* method);

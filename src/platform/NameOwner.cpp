@@ -54,6 +54,10 @@ void NameOwner::ask() {
                 if (number != m_question || m_state != State::Asking || !m_bus.isConnected()) {
                     return;
                 }
+                if (answer->reply().service() != busName) {
+                    ask(); // somebody has guessed the question's number, and it is used up
+                    return;
+                }
                 set({}, answer->isError() ? QString()
                                           : answer->reply().arguments().value(0).toString());
             });
@@ -62,7 +66,7 @@ void NameOwner::ask() {
 void NameOwner::onNameOwnerChanged(const QDBusMessage& message) {
     const QVariantList arguments = message.arguments(); // name, before, now
     if (m_state == State::Idle || arguments.size() != 3 || arguments.at(0) != m_name ||
-        message.service() != QLatin1String("org.freedesktop.DBus")) {
+        message.service() != busName) {
         return;
     }
     set(arguments.at(1).toString(), arguments.at(2).toString());

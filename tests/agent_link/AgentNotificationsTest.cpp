@@ -288,6 +288,15 @@ TEST_F(AgentNotificationsTest, PolicyProblemsAndFinishedScansHaveFixedTexts) {
                 ElementsAre("notify BTDFinishedScanningMessage|BTDFinishedScanningTitle|-1"));
 }
 
+TEST_F(AgentNotificationsTest, TheLastScanIsTheOneToldLastThoughTheClockWasSetBack) {
+    clock.wallClock = QDateTime(QDate(2024, 5, 17), QTime(12, 0));
+    shownBy(AgentNotification::BTDScanComplete);
+    clock.wallClock = clock.wallClock.addYears(-1);
+    shownBy(AgentNotification::BTDScanComplete);
+    EXPECT_EQ(state.lastScanEnd, clock.wallClock);
+    EXPECT_EQ(state.lastAgentReportTime, clock.seconds);
+}
+
 TEST_F(AgentNotificationsTest, ConsumerNotificationsNeedAMessageButNoLink) {
     const std::pair<const char*, std::vector<std::string>> cases[] = {
         {R"({"ConsumerNotificationMessage":"hello","ConsumerNotificationUrl":"https://a.b/"})",

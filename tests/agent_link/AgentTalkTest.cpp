@@ -6,6 +6,8 @@
 #include "fakes/SilentSocket.h"
 #include "fakes/WaitUntil.h"
 
+#include <QThread>
+
 #include <csignal>
 #include <gtest/gtest.h>
 
@@ -92,6 +94,34 @@ TEST_F(AgentTalkTest, AnAgentThatHangsGivesNoAnswer) {
     startAgent({});
     m_agent->answer = [](const QDBusMessage&) { return std::nullopt; };
     EXPECT_EQ(ask(), std::pair(RequestOutcome::NoAnswer, QString()));
+}
+
+TEST_F(AgentTalkTest, AnAnswerThatComesTooLateIsNotTakenForThatToTheNextRequest) {
+    startAgent({});
+    m_agent->answer = [](const QDBusMessage&) { return std::nullopt; };
+    AgentTalk talk(300ms);
+    EXPECT_EQ(ask(talk).first, RequestOutcome::NoAnswer);
+    ASSERT_TRUE(waitUntil([this] { return m_agent->requests.size() == 1; }));
+    m_agent->answer = [this](const QDBusMessage& request) {
+        m_agent->reply(m_agent->requests.front().createReply(envelopeWith(R"({"RESP":"OK"})")));
+        return request.createReply(envelopeWith(R"({"RESP":"not now"})"));
+    };
+    EXPECT_EQ(ask(talk), std::pair(RequestOutcome::Refused, QStringLiteral("not now")));
+}
+
+TEST_F(AgentTalkTest, AnAnswerThatCameWhileItWasStoppedCounts) {
+    startAgent({});
+    const auto signalBus = [this](int signal) {
+        EXPECT_EQ(::kill(static_cast<pid_t>(m_daemon.pid()), signal), 0);
+    };
+    m_agent->answer = [&](const QDBusMessage& request) {
+        signalBus(SIGSTOP); // so that the answer has not arrived when the limit has passed
+        m_agent->reply(request.createReply(envelopeWith(R"({"RESP":"OK"})")));
+        QThread::sleep(3);
+        QTimer::singleShot(100, qApp, [&] { signalBus(SIGCONT); });
+        return std::nullopt;
+    };
+    EXPECT_EQ(ask().first, RequestOutcome::Accepted);
 }
 
 TEST_F(AgentTalkTest, ABusThatHangsGivesNoAnswer) {

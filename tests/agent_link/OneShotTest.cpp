@@ -1,6 +1,7 @@
 #include "agent_link/LinkFixture.h"
 #include "agent_link/ServiceCommands.h"
 #include "fakes/SilentSocket.h"
+#include "platform/BusCalls.h"
 
 #include <QMutex>
 #include <QSemaphore>
@@ -137,6 +138,35 @@ TEST_F(OneShotTest, ASilentServiceEndsTheProgramAfter15Sleeps) {
     checkUpdates();
     EXPECT_EQ(sleeps, 15);
     EXPECT_EQ(ends, 1);
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(OneShotTest, AnAnswerAfterTheLastSleepIsNotHeard) {
+    daemon.start();
+    QSemaphore isOver;
+    QSemaphore answered;
+    AgentThread agent(daemon.address(), never, [&](BusAgent& self, const QByteArray& json) {
+        if (isUpdateCheck(json)) {
+            QTimer::singleShot(0, &self, [&] {
+                isOver.acquire();
+                self.reply(self.requests.back().createReply(envelopeWith(R"({"RESP":"OK"})")));
+                self.flush();
+                answered.release();
+            });
+        }
+    });
+    sleep = [&] {
+        for (int i = 0; i < 100 && agent.requests().size() < 2; ++i) {
+            QThread::msleep(50);
+        }
+    };
+    checkUpdates();
+    EXPECT_EQ(ends, 1);
+    isOver.release();
+    ASSERT_TRUE(answered.tryAcquire(1, 20'000));
+    // What was sent to this connection before has been received when this is answered.
+    (void)bus.connection().call(busCall("GetId"));
+    QCoreApplication::processEvents(); // whatever has arrived
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 

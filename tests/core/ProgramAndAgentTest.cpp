@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QThread>
 #include <QTimer>
 
 #include <algorithm>
@@ -126,6 +127,30 @@ TEST_F(ProgramAndAgent, AfterTheBusCameBackTheListsAreReadAndTheDriverIsAskedFor
     ASSERT_TRUE(waitForCommands(1));
     EXPECT_EQ(commands().front(), "GDRV");
     EXPECT_TRUE(waitUntilSoon([&] { return opens.count() >= 1; }));
+}
+
+TEST_F(ProgramAndAgent, AfterHalfAMinuteStoppedItMakesUpForNoTick) {
+    const QString folder =
+        m_run.path("root/Library/Application Support/Korvale/Desktop/download/status/");
+    QDir().mkpath(folder);
+    m_run.start();
+    ASSERT_TRUE(waitForCommands(5));
+    m_run.send(SIGSTOP);
+    for (int number = 1; number <= 9; ++number) { // each tick shows one
+        QFile status(folder + QString::number(number) + QStringLiteral(".kvupupdate"));
+        ASSERT_TRUE(status.open(QIODevice::WriteOnly));
+    }
+    const auto shown = [&](const char* number) {
+        return m_run.waitForLine("INFO \"Displaying (" + folder.toUtf8() + number +
+                                 ".kvupupdate)\"");
+    };
+    QThread::sleep(31); // twelve ticks, and more than the bus gives a call by default
+    m_run.send(SIGCONT);
+    ASSERT_TRUE(shown("1"));
+    QElapsedTimer sinceFirst;
+    sinceFirst.start();
+    ASSERT_TRUE(shown("3"));
+    EXPECT_GT(sinceFirst.elapsed(), 2500) << "two more ticks";
 }
 
 TEST_F(ProgramAndAgent, ABusThatRefusesFurtherClientsNeitherEndsNorBlocksTheProgram) {

@@ -194,6 +194,40 @@ TEST_F(StatusPollTest, SilenceIsRepeatedUntilTheAgentReports) {
     EXPECT_EQ(tick(1), QStringList());
 }
 
+TEST_F(StatusPollTest, AfterItWasStoppedItHearsTheAgentBeforeItTakesItForSilent) {
+    tick();
+    state.agentIsAway = false;
+    EXPECT_FALSE(tick(3600).contains(notRunning));
+    EXPECT_FALSE(state.agentIsAway);
+    state.lastAgentReportTime = clock.seconds; // what was sent meanwhile
+    EXPECT_FALSE(tick(2.5).contains(notRunning));
+    EXPECT_FALSE(tick(3600).contains(notRunning));
+    EXPECT_TRUE(tick(2.5).contains(notRunning)) << "this time nothing was";
+}
+
+TEST_F(StatusPollTest, AfterItWasStoppedItAsksOnce) {
+    tick();
+    for (const auto& request : std::vector(channel.requests)) {
+        request.handler(nullptr); // what is unanswered is not asked again
+    }
+    tick(3600);
+    EXPECT_EQ(channel.requests.size(), 8U);
+    tick(2.5);
+    EXPECT_EQ(channel.requests.size(), 8U);
+}
+
+TEST_F(StatusPollTest, AWallClockThatIsSetMakesNoDifference) {
+    tick();
+    state.agentIsAway = false;
+    for (const int years : {1, -2, 1}) {
+        clock.wallClock = clock.wallClock.addYears(years);
+        EXPECT_EQ(tick(2.5), QStringList());
+        state.lastStatusReportTime = clock.seconds;
+    }
+    EXPECT_FALSE(state.agentIsAway);
+    EXPECT_EQ(channel.requests.size(), 4U);
+}
+
 TEST_F(StatusPollTest, TheFirstTickAsksInOrderWithoutWaiting) {
     tick();
     EXPECT_EQ(channel.sent(),

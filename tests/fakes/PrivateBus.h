@@ -36,7 +36,16 @@ public:
 
     /// Of the next start(): how many connections one user may have.
     void limitConnectionsPerUser(int limit) {
-        m_limit = QStringLiteral("<limit name=\"max_connections_per_user\">%1</limit>").arg(limit);
+        m_more += QStringLiteral("<limit name=\"max_connections_per_user\">%1</limit>").arg(limit);
+    }
+
+    /// Of the next start(): also those that nobody has asked for, which no system bus does.
+    void passOnEveryReply() {
+        m_more +=
+            QStringLiteral("<policy context=\"mandatory\">"
+                           "<allow send_type=\"method_return\" send_requested_reply=\"false\"/>"
+                           "<allow receive_type=\"method_return\""
+                           " receive_requested_reply=\"false\"/></policy>");
     }
 
     [[nodiscard]] QString socketPath() const {
@@ -128,18 +137,18 @@ private:
     <allow receive_type="signal"/>
     <allow send_destination="org.freedesktop.DBus" send_interface="org.freedesktop.DBus"/>
   </policy>
-  @LIMIT@
+  @MORE@
   <includedir>@FOLDER@/system.d</includedir>
 </busconfig>
 )";
         write(configuration(), QByteArray(text)
                                    .replace("@ADDRESS@", listenAddress.toUtf8())
-                                   .replace("@LIMIT@", m_limit.toUtf8())
+                                   .replace("@MORE@", m_more.toUtf8())
                                    .replace("@FOLDER@", m_folder.path().toUtf8()));
     }
 
     QTemporaryDir m_folder;
-    QString m_limit;
+    QString m_more;
     QProcess m_daemon;
 };
 

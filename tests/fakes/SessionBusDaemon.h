@@ -18,15 +18,14 @@ public:
     SessionBusDaemon(const SessionBusDaemon&) = delete;
     SessionBusDaemon& operator=(const SessionBusDaemon&) = delete;
 
-    [[nodiscard]] QString address() const {
-        return QStringLiteral("unix:path=") + m_folder.filePath(QStringLiteral("bus"));
-    }
+    [[nodiscard]] QString socketPath() const { return m_folder.filePath(QStringLiteral("bus")); }
+    [[nodiscard]] QString address() const { return QStringLiteral("unix:path=") + socketPath(); }
     void hang() { ::kill(static_cast<pid_t>(m_daemon.processId()), SIGSTOP); }
     void goOn() { ::kill(static_cast<pid_t>(m_daemon.processId()), SIGCONT); }
     /// Another daemon at the same address.
     void restart() {
         end();
-        QFile::remove(m_folder.filePath(QStringLiteral("bus")));
+        QFile::remove(socketPath());
         start();
     }
 

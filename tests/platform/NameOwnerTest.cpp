@@ -1,5 +1,6 @@
 #include "platform/NameOwner.h"
 
+#include "fakes/RawBusClient.h"
 #include "fakes/SessionBusDaemon.h"
 #include "fakes/WaitUntil.h"
 
@@ -126,6 +127,18 @@ TEST_F(NameOwnerTest, OnlyTheBusIsBelieved) {
     ASSERT_TRUE(waitForChanges(2));
     EXPECT_EQ(changes.back(), std::pair(other.uniqueName(), QString()));
     EXPECT_EQ(changes.size(), 2U);
+}
+
+TEST_F(NameOwnerTest, AnAnswerThatIsNotTheBussDoesNotCount) {
+    // A session bus passes on replies that nobody has asked for.
+    RawBusClient impostor(daemon.socketPath().toUtf8());
+    impostor.flush();
+    daemon.hang();
+    impostor.answerWithText(own.uniqueName().toUtf8(), 64, other.uniqueName().toUtf8());
+    owner.follow(own.bus());
+    daemon.goOn(); // the impostor's turn comes first
+    ASSERT_TRUE(waitForChanges(1));
+    EXPECT_THAT(changes, ElementsAre(Pair(QString(), QString())));
 }
 
 TEST_F(NameOwnerTest, AStoppedBusIsNotWaitedForAndLeavesItUnknown) {

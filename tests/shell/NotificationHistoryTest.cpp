@@ -90,6 +90,18 @@ TEST_F(NotificationHistoryTest, TheFirstOfARunComesBehindThoseOfTheRunBefore) {
                            QStringLiteral("third run")}));
 }
 
+TEST_F(NotificationHistoryTest, StaysInTheOrderToldWhateverIsDoneToTheClock) {
+    for (const int years : {0, 1, -2}) {
+        NotificationHistory history(path(), clock);
+        clock.wallClock = clock.wallClock.addYears(years);
+        history.add(saying(QString::number(years)), false);
+    }
+    clock.wallClock = QDateTime::fromMSecsSinceEpoch(0); // a machine without a battery
+    NotificationHistory(path(), clock).add(saying(QStringLiteral("1970")), false);
+    EXPECT_EQ(keptMessages(), (QStringList{QStringLiteral("0"), QStringLiteral("1"),
+                                           QStringLiteral("-2"), QStringLiteral("1970")}));
+}
+
 TEST_F(NotificationHistoryTest, WhatWasReadStandsInFrontOfWhatCameMeanwhile) {
     NotificationHistory(path(), clock).add(saying(QStringLiteral("before")), false);
     NotificationHistory history(path(), clock);
