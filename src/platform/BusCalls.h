@@ -18,7 +18,8 @@ inline constexpr QLatin1String busName{"org.freedesktop.DBus"};
 [[nodiscard]] QDBusMessage busCall(const char* method);
 
 /// Whether a call just made has already failed, as on a bus that has gone: a watcher would then
-/// hear nothing. A call that has its reply already, which a quick service manages, has not failed.
+/// hear nothing. A call that has its answer already, be it an error, which a quick service manages,
+/// has not failed.
 [[nodiscard]] bool hasFailedAtOnce(const QDBusPendingCall& call);
 
 } // namespace korvale

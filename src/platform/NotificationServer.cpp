@@ -108,7 +108,7 @@ void NotificationServer::tellIfSettled() {
 void NotificationServer::askWhatItCanDo() {
     ++m_question;
     const QDBusPendingCall question = m_bus.asyncCall(capabilitiesMessage(), noTimeout);
-    m_isAsking = !(question.isFinished() && question.isError());
+    m_isAsking = !hasFailedAtOnce(question);
     if (!m_isAsking) {
         m_waiting.clear(); // the bus has just gone; a watcher would hear nothing
         tellIfSettled();

@@ -1,5 +1,6 @@
 #include "platform/PortalSetting.h"
 
+#include "platform/BusCalls.h"
 #include "platform/BusSignals.h"
 
 #include <QDBusPendingCall>
@@ -58,7 +59,7 @@ void PortalSetting::read() {
     m_hasAppeared = false;
     ++m_question;
     const QDBusPendingCall question = m_bus.asyncCall(call, noTimeout);
-    m_isAsking = !(question.isFinished() && question.isError());
+    m_isAsking = !hasFailedAtOnce(question);
     if (!m_isAsking) {
         return; // the bus has just gone
     }

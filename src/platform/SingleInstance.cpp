@@ -1,6 +1,7 @@
 #include "platform/SingleInstance.h"
 
 #include "platform/ApplicationAdaptor.h"
+#include "platform/BusCalls.h"
 #include "platform/BusSignals.h"
 
 #include <QDBusError>
@@ -70,7 +71,7 @@ void SingleInstance::claim(const QDBusConnection& sessionBus,
     request << QString::fromLatin1(name) << doNotQueue;
     // However late the answer: it still says whether there is another one.
     const QDBusPendingCall call = m_bus.asyncCall(request, noTimeout);
-    if (call.isFinished() && call.isError()) {
+    if (hasFailedAtOnce(call)) {
         decided(Outcome::Unknown); // the bus has just gone; a watcher would hear nothing
         return;
     }
