@@ -99,6 +99,28 @@ class HostileNeighbours(DesktopCase):
         self.assertEqual(self.shown(), before)
         self.assertEqual(self.victim.log.lines[lines:], [])
 
+    def test_a_former_agent_that_answers_late_and_twice_changes_nothing(self):
+        self.real_agent.tell("release-name")
+        self.desktop.start_service("former agent", "muddled_agent.py",
+                                   self.desktop.env["DBUS_SYSTEM_BUS_ADDRESS"])
+        self.addCleanup(self.desktop.stop_part, "former agent")
+        log = self.desktop.folder / "log" / "former agent"
+        wait_until(lambda: "GDRV" in log.read_text(), "the question for the driver")
+        self.victims_item.click(self.victims_item.entry(text("CheckForUpdates")))
+        wait_until(lambda: "CHKU" in log.read_text(), "the search for updates")
+        self.desktop.parts["former agent"].send_signal(signal.SIGUSR1)  # gives the name away
+        self.real_agent.tell_all("take-name", "start", "halyx on")
+        self.victims_item.wait_colour("green")
+        self.settle()
+        before, lines = self.shown(), len(self.victim.log.lines)
+        self.desktop.parts["former agent"].send_signal(signal.SIGUSR2)
+        wait_until(lambda: "answered" in log.read_text(), "the answers")
+        self.settle()
+        self.assertEqual(self.shown(), before)
+        self.assertEqual(self.victim.log.lines[lines:], [])
+        self.victims_item.click(self.victims_item.entry(text("CheckForUpdates")))
+        self.victim.wait_log(r"^INFO .Service returned 'OK' for checkUpdates\..$", lines)
+
     def test_names_beside_the_agents_can_be_had_by_nobody(self):
         for name in (f"{AGENT}2", f"{AGENT}.x", "com.korvale.agent", "com.korvale.halyx",
                      "com.korvale.timer", "com.korvale"):
@@ -124,11 +146,14 @@ class HostileNeighbours(DesktopCase):
             process.stdout.close()
 
     def answer_time(self):
-        """Of the menu being asked for: the median of many."""
-        spans = []
-        for _ in range(25):
-            begin = time.monotonic()
-            self.victims_item.open_menu()
+        """From a click in the menu until the menu shows what it did: the median of many."""
+        choice, spans = self.victims_item.entry(text("CM_ShowNotifications")), []
+        checked = choice.checked
+        for _ in range(24):  # an even number: it ends as it was
+            checked, begin = not checked, time.monotonic()
+            self.victims_item.click(choice)
+            while self.victims_item.entry(choice.label).checked != checked:
+                self.assertLess(time.monotonic(), begin + 20, "the click was not answered")
             spans.append(time.monotonic() - begin)
         return statistics.median(spans)
 
@@ -137,11 +162,13 @@ class HostileNeighbours(DesktopCase):
         calm, memory = self.answer_time(), own_memory(self.victim.pid)
         with self.flood(*flood):
             under_flood = self.answer_time()
-        # A busy machine answers late whoever asks: what counts is that nothing piles up.
-        self.assertLess(under_flood, max(2 * calm, 0.5), f"{calm:.4f} s without the flood")
+        # A busy machine answers late whoever asks: what counts is that nothing piles up. How late
+        # on a quiet one, ./dev bench tells.
+        self.assertLess(under_flood, 2 * calm + 1, f"{calm:.4f} s without the flood")
         wait_until(lambda: own_memory(self.victim.pid) < memory * 1.05 + 2048,
                    f"memory to come back to {memory} KiB", 60)
         self.assertTrue(self.victim.running())
+
     def test_a_flood_of_signals_to_all_changes_nothing(self):
         before = self.shown()
         self.outlive("-", str(RATE))

@@ -196,3 +196,33 @@ class StoppedNeighbours(DesktopCase):
         log = self.neighbours["system log"]
         return [line for line in log.lines if f"korvale-ui[{program.pid}]" in line]
 
+
+class Stopped(DesktopCase):
+    """The program itself is stopped, as by a machine that sleeps or a debugger."""
+
+    def test_after_half_a_minute_it_goes_on_where_things_are_by_then(self):
+        self.empty_folders()
+        agent = self.agent()
+        agent.tell("policy notifications on")
+        program = self.started(agent)
+        item = self.item(program)
+        agent.tell_all("start", "halyx on")
+        item.wait_colour("green")
+        wait_until(lambda: item.entry(text("CM_ShowNotifications")).checked, "the policy")
+        tooltip, before = item.tooltip(), len(self.notifications())
+        os.kill(program.pid, signal.SIGSTOP)
+        try:
+            for number in range(300):
+                agent.tell("post timer.aggregated_messages")
+                agent.tell("halyx off" if number % 2 == 0 else "halyx on")
+            agent.tell("exe-blocked /opt/while-it-slept")
+            time.sleep(31)  # twelve ticks, and more than the bus gives a call by default
+        finally:
+            os.kill(program.pid, signal.SIGCONT)
+        self.wait_notification(lambda call: "while-it-slept" in call["body"], before)
+        self.assertEqual(item.colour(), "green")
+        self.assertEqual(item.tooltip().rpartition(":")[2], tooltip.rpartition(":")[2])
+        self.assertEqual(len(self.notifications()), before + 1)
+        item.click(item.entry(text("CheckForUpdates")))
+        wait_until(lambda: {"CMD_": "CHKU"} in agent.requests(), "the request")
+        self.assertTrue(program.running())
