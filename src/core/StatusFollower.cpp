@@ -6,7 +6,6 @@
 #include <QDBusArgument>
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
 
 #include <utility>
 
@@ -18,10 +17,9 @@ constexpr int answerLimitMs = 5000;
 } // namespace
 
 StatusFollower::StatusFollower(const QDBusConnection& sessionBus, Told told)
-    : m_bus(sessionBus), m_told(std::move(told)) {
-    auto* watcher = new QDBusServiceWatcher(QString::fromLatin1(statusService), m_bus,
-                                            QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &StatusFollower::ask);
+    : m_bus(sessionBus), m_program(QString::fromLatin1(statusService)), m_told(std::move(told)) {
+    connect(&m_program, &NameOwner::changed, this, &StatusFollower::ask);
+    m_program.follow(m_bus);
     m_bus.connect(QString::fromLatin1(statusService), QString::fromLatin1(statusPath),
                   QStringLiteral("org.freedesktop.DBus.Properties"),
                   QStringLiteral("PropertiesChanged"), this, SLOT(ask()));

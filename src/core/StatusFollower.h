@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/StatusText.h"
+#include "platform/NameOwner.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -28,6 +29,7 @@ private:
     void answered(const QDBusMessage& reply);
 
     QDBusConnection m_bus;
+    NameOwner m_program;
     Told m_told;
     bool m_isAsking = false;
     bool m_isStale = false; ///< something changed while it asked

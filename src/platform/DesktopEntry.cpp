@@ -1,5 +1,7 @@
 #include "platform/DesktopEntry.h"
 
+#include "core/base/Blanks.h"
+
 #include <QList>
 
 #include <algorithm>
@@ -11,10 +13,6 @@ namespace {
 
 QByteArray bytes(std::string_view text) {
     return {text.data(), static_cast<qsizetype>(text.size())};
-}
-
-bool isBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 /// Without the blanks at both ends.

@@ -1,15 +1,12 @@
 #include "platform/LeadingValue.h"
 
+#include "core/base/Blanks.h"
 #include "core/base/Digits.h"
 
 #include <algorithm>
 
 namespace korvale {
 namespace {
-
-bool isBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 std::string_view withoutBlanks(std::string_view text) {
     const auto* first = std::find_if_not(text.begin(), text.end(), isBlank);
