@@ -33,6 +33,13 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
         file.write(content);
     }
+    /// Leaves the updater's message for the program; the line by which one that works meets it.
+    QByteArray leaveMessage() const {
+        const QString file = m_run.path(
+            "root/Library/Application Support/Korvale/Desktop/download/status/1.kvupupdate");
+        write(file, "x");
+        return "INFO \"Displaying (" + file.toUtf8() + ")\"";
+    }
     /// The bus has dealt with it when the name has an owner.
     static bool waitForName(const QDBusConnection& bus) {
         return waitUntil([&bus] {
@@ -187,9 +194,7 @@ TEST_F(Program, AFileNameCannotForgeALogLine) {
 TEST_F(Program, InNoUIModeNothingIsPolled) {
     m_run.offscreen();
     administrator(m_run, R"({"NoKorvaleUI": 1})");
-    write(
-        m_run.path("root/Library/Application Support/Korvale/Desktop/download/status/1.kvupupdate"),
-        "x");
+    leaveMessage();
     m_run.start();
     ASSERT_TRUE(m_run.waitForLine("INFO \"NoKorvaleUIMode is on.\""));
     // Longer than a tick of the poll; there is no event to wait for when nothing happens.
@@ -250,11 +255,9 @@ TEST_F(OnASessionBus, AOneShotStartNeitherOwnsNorAsksForTheName) {
 
 TEST_F(OnASessionBus, ABusThatHangsHoldsUpNothingAndIsJoinedWhenItGoesOn) {
     m_daemon.hang();
-    const QString status =
-        m_run.path("root/Library/Application Support/Korvale/Desktop/download/status/1.kvupupdate");
-    write(status, "x");
+    const QByteArray met = leaveMessage();
     m_run.start();
-    EXPECT_TRUE(m_run.waitForLine("INFO \"Displaying (" + status.toUtf8() + ")\""));
+    EXPECT_TRUE(m_run.waitForLine(met));
     m_daemon.goOn();
     EXPECT_TRUE(waitForName(m_bus));
     m_run.send(SIGTERM);
@@ -271,19 +274,58 @@ TEST_F(OnASessionBus, ABusThatHangsDoesNotKeepTheProgramFromEnding) {
     m_daemon.goOn();
 }
 
+TEST_F(OnASessionBus, OfTwoThatStartWhileItHangsOneGoesOn) {
+    m_daemon.hang();
+    const QByteArray met = leaveMessage();
+    ProgramRun other;
+    other.environment = m_run.environment;
+    for (ProgramRun* run : {&m_run, &other}) {
+        run->start();
+        EXPECT_TRUE(run->waitForLine(met));
+    }
+    m_daemon.goOn();
+    const auto hasEnded = [](const ProgramRun& run) {
+        return run.process.state() == QProcess::NotRunning;
+    };
+    ASSERT_TRUE(waitUntil([&] { return hasEnded(m_run) || hasEnded(other); }));
+    ProgramRun& second = hasEnded(m_run) ? m_run : other;
+    ProgramRun& first = &second == &other ? m_run : other;
+    EXPECT_EQ(second.status(), 0);
+    EXPECT_TRUE(second.lines().contains(otherInstanceLine));
+    EXPECT_EQ(second.lines().last(), exitLine) << "it had begun, so that it ends";
+    EXPECT_TRUE(waitForName(m_bus));
+    EXPECT_EQ(m_bus.interface()->servicePid(QStringLiteral("com.korvale.ui")).value(),
+              static_cast<uint>(first.process.processId()));
+    first.send(SIGTERM);
+    EXPECT_EQ(first.status(), 0);
+    EXPECT_FALSE(first.lines().contains(otherInstanceLine));
+}
+
+TEST_F(Program, ASessionBusWhoseQueueOfClientsIsFullHoldsUpNothing) {
+    m_run.offscreen();
+    const QByteArray path = QFile::encodeName(m_run.path("session"));
+    const SilentSocket hanging(path);
+    const WaitingClients others(path);
+    m_run.set("DBUS_SESSION_BUS_ADDRESS", QStringLiteral("unix:path=") + m_run.path("session"));
+    const QByteArray met = leaveMessage();
+    m_run.start();
+    EXPECT_TRUE(m_run.waitForLine(met));
+    m_run.send(SIGTERM);
+    EXPECT_EQ(m_run.status(), 0);
+    EXPECT_EQ(m_run.lines().last(), exitLine);
+}
+
 TEST_F(Program, BusesThatLetItInAndThenHangHoldUpNothing) {
     m_run.offscreen();
     const HalfAliveBus system(QFile::encodeName(m_run.path("system")));
     const HalfAliveBus session(QFile::encodeName(m_run.path("session")));
     m_run.set("DBUS_SYSTEM_BUS_ADDRESS", QStringLiteral("unix:path=") + m_run.path("system"));
     m_run.set("DBUS_SESSION_BUS_ADDRESS", QStringLiteral("unix:path=") + m_run.path("session"));
-    const QString status =
-        m_run.path("root/Library/Application Support/Korvale/Desktop/download/status/1.kvupupdate");
-    write(status, "x");
+    const QByteArray met = leaveMessage();
     QElapsedTimer spent;
     spent.start();
     m_run.start();
-    EXPECT_TRUE(m_run.waitForLine("INFO \"Displaying (" + status.toUtf8() + ")\""));
+    EXPECT_TRUE(m_run.waitForLine(met));
     m_run.send(SIGTERM);
     EXPECT_EQ(m_run.status(), 0);
     EXPECT_LT(spent.elapsed(), 20'000) << "greeting such a bus blocks for 25 s";
@@ -294,11 +336,9 @@ TEST_F(Program, ASystemBusThatHangsHoldsUpNothing) {
     m_run.offscreen();
     const SilentSocket hanging(QFile::encodeName(m_run.path("system")));
     m_run.set("DBUS_SYSTEM_BUS_ADDRESS", QStringLiteral("unix:path=") + m_run.path("system"));
-    const QString status =
-        m_run.path("root/Library/Application Support/Korvale/Desktop/download/status/1.kvupupdate");
-    write(status, "x");
+    const QByteArray met = leaveMessage();
     m_run.start();
-    EXPECT_TRUE(m_run.waitForLine("INFO \"Displaying (" + status.toUtf8() + ")\""));
+    EXPECT_TRUE(m_run.waitForLine(met));
     m_run.send(SIGTERM);
     EXPECT_EQ(m_run.status(), 0);
 }

@@ -130,7 +130,8 @@ class DesktopSession:
         commands = self.folder / "bin"
         commands.mkdir(exist_ok=True)
         opener = commands / "xdg-open"
-        opener.write_text(f'#!/bin/sh\nprintf "%s\\n" "$*" >>"{self.folder}/opened"\n')
+        opener.write_text(f'#!/bin/sh\ncat /proc/$$/environ >"{self.folder}/environment"\n'
+                          f'printf "%s\\n" "$*" >>"{self.folder}/opened"\n')
         opener.chmod(0o755)
         self.env["PATH"] = f"{commands}:{self.env['PATH']}"
 
@@ -138,6 +139,11 @@ class DesktopSession:
         """What xdg-open was asked for so far, one call a line."""
         opened = self.folder / "opened"
         return opened.read_text().splitlines() if opened.exists() else []
+
+    def openers_environment(self):
+        """What the last xdg-open was given."""
+        variables = (self.folder / "environment").read_text().rstrip("\0").split("\0")
+        return dict(variable.split("=", 1) for variable in variables)
 
     def stop(self):
         for sig in (signal.SIGTERM, signal.SIGTERM, signal.SIGKILL):

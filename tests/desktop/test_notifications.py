@@ -14,13 +14,15 @@ SERVER_PATH = "/org/freedesktop/Notifications"
 
 class NotifyingCase(DesktopCase):
     """A program that may notify and hears its agent."""
+    LINK = "https://korvale.example/why?a=1&b=2"
+    arguments = ()
 
     def setUp(self):
         super().setUp()
         self.empty_folders()
         self.reporting = self.agent()
         self.reporting.tell("policy notifications on")
-        self.notifier = self.started(self.reporting)
+        self.notifier = self.started(self.reporting, *self.arguments)
         self.status_item = self.item(self.notifier)
         wait_until(lambda: self.status_item.entry(text("CM_ShowNotifications")).checked,
                    "the policy's mark")
@@ -30,10 +32,6 @@ class NotifyingCase(DesktopCase):
         before = len(self.notifications())
         self.reporting.tell(command)
         return self.wait_notification(lambda call: True, before)
-
-
-class Clicks(NotifyingCase):
-    LINK = "https://korvale.example/why?a=1&b=2"
 
     def control(self, method, *arguments):
         with contextlib.closing(self.desktop.session_bus()) as bus:
@@ -45,6 +43,8 @@ class Clicks(NotifyingCase):
         self.control("Invoke", dbus.UInt32(number), key)
         self.control("Close", dbus.UInt32(number), dbus.UInt32(2))
 
+
+class Clicks(NotifyingCase):
     def settle(self):
         """Returns when the program has handled all it was sent before."""
         self.assertTrue(self.status_item.menu())
@@ -96,6 +96,17 @@ class Clicks(NotifyingCase):
     def test_without_a_link_there_is_no_action(self):
         call = self.notified_by('consumer-notification "No link here"')
         self.assertEqual(call["actions"], [])
+
+
+class WithoutNeedOfADisplay(NotifyingCase):
+    """A start that changes its own environment, so that the toolkit can do without a display."""
+    arguments = ("-folder-scan", "/etc/hostname")  # no folder, so that it stays
+
+    def test_the_browser_gets_the_environment_that_the_program_got(self):
+        call = self.notified_by(f"consumer-notification Look {self.LINK}")
+        self.click(call["id"])
+        wait_until(lambda: self.desktop.opened_links() == [self.LINK], "the link")
+        self.assertEqual(self.desktop.openers_environment(), self.desktop.env)
 
 
 class PlainServer(NotifyingCase):

@@ -51,6 +51,17 @@ class Tray(DesktopCase):
             told.wait_for("member=NewIcon")
             told.wait_for("member=NewToolTip")
 
+    def test_the_picture_is_told_at_every_request_and_the_tooltip_is_not(self):
+        agent = self.agent()
+        item = self.item(self.started(agent))
+        agent.tell_all("start", "halyx on")
+        item.wait_colour("green")
+        with item.heard() as told:
+            agent.tell_all(*["post com.korvale.agent.running"] * 4)  # asks for green each time
+            wait_until(lambda: sum("member=NewIcon" in line for line in told.lines) >= 4,
+                       "a picture for each")
+            self.assertFalse([line for line in told.lines if "member=NewToolTip" in line])
+
     def test_the_menu_holds_its_items_in_order(self):
         item = self.item(self.program())
         wait_until(item.menu, "the menu")

@@ -87,9 +87,11 @@ class TrayItem:
         with subprocess.Popen(["stdbuf", "-oL", *command], env=self.session.env, text=True,
                               stdout=subprocess.PIPE) as monitor:
             lines = LineReader(monitor.stdout)
-            lines.wait_for("NameAcquired")
-            yield lines
-            monitor.terminate()
+            try:
+                lines.wait_for("NameAcquired")
+                yield lines
+            finally:
+                monitor.terminate()
 
     def tooltip(self):
         return str(self.property("ToolTip")[2])

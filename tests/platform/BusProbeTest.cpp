@@ -1,5 +1,7 @@
 #include "platform/BusProbe.h"
 
+#include "fakes/ListeningSocket.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
@@ -8,18 +10,15 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <gtest/gtest.h>
-#include <iterator>
+#include <optional>
 #include <pthread.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <thread>
 #include <unistd.h>
-#include <utility>
-#include <vector>
 
 namespace korvale {
 namespace {
@@ -27,25 +26,14 @@ namespace {
 /// A listening socket that says nothing by itself: a bus that hangs until told to speak.
 class SilentBus {
 public:
-    SilentBus() : m_listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        const QByteArray name = path();
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::copy(name.begin(), name.end(), std::begin(address.sun_path));
-        const void* const generic = &address;
-        EXPECT_EQ(bind(m_listener, static_cast<const sockaddr*>(generic), sizeof address), 0);
-        EXPECT_EQ(listen(m_listener, 1), 0);
-    }
-    ~SilentBus() {
-        close(m_client);
-        close(m_listener);
-    }
+    SilentBus() = default;
+    ~SilentBus() { close(m_client); }
     SilentBus(const SilentBus&) = delete;
     SilentBus& operator=(const SilentBus&) = delete;
 
     [[nodiscard]] QByteArray address() const { return "unix:path=" + path() + ",guid=12"; }
     void speak() {
-        m_client = accept(m_listener, nullptr, nullptr);
+        m_client = accept(m_listener.descriptor(), nullptr, nullptr);
         EXPECT_EQ(write(m_client, "OK 12\r\n", 7), 7);
     }
     void welcome() const { EXPECT_EQ(write(m_client, "l\2\1\1", 4), 4); }
@@ -54,43 +42,28 @@ public:
         const ssize_t length = read(m_client, text.data(), text.size());
         return {text.data(), std::max<ssize_t>(length, 0)};
     }
-    void hangUp() { close(accept(m_listener, nullptr, nullptr)); }
+    void hangUp() { close(accept(m_listener.descriptor(), nullptr, nullptr)); }
     /// Clients nobody takes in, until no more can come.
-    void fillQueue() {
-        const QByteArray name = path();
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::copy(name.begin(), name.end(), std::begin(address.sun_path));
-        const void* const generic = &address;
-        int waiting = 0;
-        do {
-            m_waiting.push_back(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-            waiting =
-                connect(m_waiting.back(), static_cast<const sockaddr*>(generic), sizeof address);
-        } while (waiting == 0);
-        EXPECT_EQ(errno, EAGAIN);
-    }
+    void fillQueue() { m_waiting.emplace(path()); }
     /// Takes in, and sends away, everyone who waits.
     void emptyQueue() {
-        for (const int client : m_waiting) {
-            close(client);
-        }
-        for (std::size_t i = 0; i + 1 < m_waiting.size(); ++i) { // the last one did not get in
+        const std::size_t count = m_waiting->count();
+        m_waiting.reset();
+        for (std::size_t i = 0; i < count; ++i) {
             hangUp();
         }
-        m_waiting.clear();
     }
     /// Shuts the door behind those who are in: whoever connects finds nobody.
-    void stopListening() { close(std::exchange(m_listener, -1)); }
+    void stopListening() { m_listener.close(); }
 
 private:
     [[nodiscard]] QByteArray path() const {
         return m_folder.filePath(QStringLiteral("bus")).toUtf8();
     }
     QTemporaryDir m_folder;
-    int m_listener;
+    ListeningSocket m_listener{path()};
     int m_client = -1;
-    std::vector<int> m_waiting;
+    std::optional<WaitingClients> m_waiting;
 };
 
 TEST(BusProbe, NothingListeningIsAbsent) {

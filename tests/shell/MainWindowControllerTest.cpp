@@ -1,3 +1,4 @@
+#include "fakes/FakeTexts.h"
 #include "shell/WindowFixture.h"
 #include "tables/WindowLook.h"
 
@@ -135,6 +136,13 @@ TEST_F(MainWindowControllerTest, TabLabelsKeepTheirTrailingBlank) {
     EXPECT_EQ(tabView().tabText(1), u"HPS_Exploits ");
     EXPECT_EQ(tabView().tabText(2), u"HPS_Events ");
     EXPECT_EQ(tabView().tabText(3), u"HPS_ExternalDevices ");
+}
+
+TEST_F(MainWindowControllerTest, AnAmpersandInATabLabelIsShownAndMakesNoKey) {
+    const FakeTexts texts{{"HPS_Threats", QStringLiteral("A & B")}};
+    shownWindow();
+    controller().updateDisplay();
+    EXPECT_EQ(tabView().tabText(0), u"A && B ") << "as the toolkit writes one";
 }
 
 TEST_F(MainWindowControllerTest, TheWindowOpensWithWhatCameBeforeIt) {
