@@ -1,5 +1,6 @@
 #include "agent/app/FindingsKeeper.h"
 
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/ScratchFolder.h"
 #include "agent/fakes/ScratchMount.h"
 #include "fakes/WaitUntil.h"
@@ -71,7 +72,7 @@ TEST_F(FindingsKeeperTest, ShowsEveryFindingThatAPersonChanged) {
 }
 
 TEST_F(FindingsKeeperTest, ShowsAFindingAtOnceAndWritesItWhenThereIsRoom) {
-    KORVALE_NEEDS_MOUNTS();
+    KORVALE_NEEDS(mounts());
     const std::string state = m_scratch / "state";
     std::filesystem::create_directory(state);
     const auto disk = ScratchMount::tmpfs(state, "size=1m,mode=0700");

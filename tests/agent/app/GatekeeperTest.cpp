@@ -1,6 +1,7 @@
 #include "agent/app/Gatekeeper.h"
 
 #include "../bus/BusTest.h"
+#include "agent/fakes/Needs.h"
 
 #include <grp.h>
 #include <pwd.h>
@@ -14,9 +15,7 @@ namespace {
 class GatekeeperTest : public BusTest {
 protected:
     void SetUp() override {
-        if (::geteuid() != 0) {
-            GTEST_SKIP() << "needs root: a caller of another user is made";
-        }
+        KORVALE_NEEDS(root());
         BusTest::SetUp();
         callerLeaves();
         const passwd* nobody = ::getpwnam("nobody");

@@ -1,9 +1,9 @@
 #include "agent/app/LastVerdict.h"
 
 #include "agent/app/FindingsKeeper.h"
-#include "agent/base/FileSystemFacts.h"
 #include "agent/base/UniqueFd.h"
 #include "agent/fakes/FakeEngine.h"
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/ScratchFolder.h"
 #include "agent/store/VerdictCache.h"
 #include "fakes/WaitUntil.h"
@@ -70,10 +70,7 @@ TEST_F(LastVerdictTest, IsUnknownOfWhatNobodyJudged) {
 }
 
 TEST_F(LastVerdictTest, IsCleanWhileTheFileAndTheSignaturesAreTheSame) {
-    const UniqueFd folder(::open(m_folder.path().c_str(), O_PATH | O_CLOEXEC));
-    if (!fileSystemFacts(folder.get())->keepsVerdicts) {
-        GTEST_SKIP() << "The file system of " << m_folder.path() << " keeps no verdicts.";
-    }
+    KORVALE_NEEDS(verdictsKept(m_folder.path()));
     rememberClean();
     EXPECT_EQ(verdict(), "clean");
     m_engine.setKey("newer");

@@ -6,6 +6,7 @@
 #include "agent/bus/AgentObject.h"
 #include "agent/bus/Envelope.h"
 #include "agent/bus/RequestPort.h"
+#include "agent/fakes/Needs.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QJsonDocument>
@@ -73,9 +74,7 @@ TEST_F(RequestsTest, QuestionsAreAnsweredFromTheFacts) {
 }
 
 TEST_F(RequestsTest, CommandsAreDoneAndSayWhyNot) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "needs root: without polkit nobody else may do these";
-    }
+    KORVALE_NEEDS(root()); // without polkit nobody else may do these
     EXPECT_EQ(resp(R"({"CMD_":"SCAN","START":"/home/ada/D o ✓"})"), QStringLiteral("OK"));
     EXPECT_EQ(resp(R"({"CMD_":"SCAN","START":" "})"), QStringLiteral("OK"));
     EXPECT_EQ(resp(R"({"CMD_":"SCAN","STOP":" "})"), QStringLiteral("OK"));

@@ -1,6 +1,7 @@
 #include "agent/audit/AuditStream.h"
 
 #include "KilledProcess.h"
+#include "agent/fakes/Needs.h"
 #include "fakes/WaitUntil.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@ namespace {
 class AuditStreamTest : public testing::Test {
 protected:
     void SetUp() override {
-        KORVALE_NEEDS_AUDIT_STREAM();
+        KORVALE_NEEDS(auditStream());
         QObject::connect(&m_stream, &AuditStream::violated, &m_stream,
                          [this](const Violation& violation) { m_heard.push_back(violation); });
         m_stream.listen(true);
@@ -87,9 +88,7 @@ TEST_F(AuditStreamTest, WhoHearsMayEndIt) {
 }
 
 TEST(AuditStreamWithoutRights, SaysWhyItHearsNothing) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "needs root, which it gives up";
-    }
+    KORVALE_NEEDS(root()); // which it gives up
     const pid_t child = ::fork();
     if (child == 0) {
         int ended = 1;

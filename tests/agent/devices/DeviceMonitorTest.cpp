@@ -1,5 +1,6 @@
 #include "agent/devices/DeviceMonitor.h"
 
+#include "agent/fakes/Needs.h"
 #include "fakes/WaitUntil.h"
 
 #include <gtest/gtest.h>
@@ -12,9 +13,7 @@ namespace {
 class DeviceMonitorTest : public testing::Test {
 protected:
     void SetUp() override {
-        if (!qEnvironmentVariable("LD_PRELOAD").contains(QStringLiteral("umockdev"))) {
-            GTEST_SKIP() << "needs LD_PRELOAD=libumockdev-preload.so.0, as ctest sets it";
-        }
+        KORVALE_NEEDS(umockdev());
         m_bed = umockdev_testbed_new();
         m_monitor = std::make_unique<DeviceMonitor>();
         ASSERT_TRUE(m_monitor->works());

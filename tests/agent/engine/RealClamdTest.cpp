@@ -3,6 +3,7 @@
 #include "agent/engine/BuiltInEngine.h"
 #include "agent/engine/ClamdEngine.h"
 #include "agent/fakes/EicarText.h"
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/ScratchMount.h"
 
 #include <atomic>
@@ -23,7 +24,7 @@ Judgement judge(Engine& engine, const std::string& path, std::chrono::millisecon
 }
 
 TEST(RealClamd, JudgesWhatIsPassedToIt) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     const RealClamd clamd;
     const ScratchFolder folder;
     ClamdEngine engine({clamd.configuration(), {}, 2s, {}});
@@ -43,7 +44,7 @@ TEST(RealClamd, JudgesWhatIsPassedToIt) {
 }
 
 TEST(RealClamd, IsNotBelievedAboutFilesAboveItsLimit) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     const RealClamd clamd("MaxFileSize 1M\n");
     const ScratchFolder folder;
     ClamdEngine engine({clamd.configuration(), {}, 2s, {}});
@@ -57,7 +58,7 @@ TEST(RealClamd, IsNotBelievedAboutFilesAboveItsLimit) {
 }
 
 TEST(RealClamd, SayingThatALimitWasExceededIsNoFinding) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     const RealClamd clamd("AlertExceedsMax yes\nMaxFileSize 1k\n");
     const ScratchFolder folder;
     writeFile(folder / "other.conf", "MaxFileSize 1M\n"); // we know of a larger limit
@@ -69,7 +70,7 @@ TEST(RealClamd, SayingThatALimitWasExceededIsNoFinding) {
 }
 
 TEST(RealClamd, ThatIsStoppedGivesNoAnswerAndGoesOnLater) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     const RealClamd clamd;
     const ScratchFolder folder;
     ClamdEngine engine({clamd.configuration(), {}, 500ms, {}});
@@ -85,7 +86,7 @@ TEST(RealClamd, ThatIsStoppedGivesNoAnswerAndGoesOnLater) {
 }
 
 TEST(RealClamd, KilledAgainAndAgainNeverMakesABadFileClean) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     const ScratchFolder folder;
     ClamdEngine engine({clamd.configuration(), {}, 1s, {}});
@@ -165,8 +166,8 @@ protected:
 };
 
 TEST_F(BlindClamd, IsNotBelievedWhileItsTemporaryFolderIsFull) {
-    KORVALE_NEEDS_CLAMD();
-    KORVALE_NEEDS_MOUNTS();
+    KORVALE_NEEDS(clamd());
+    KORVALE_NEEDS(mounts());
     const ScratchMount mount =
         ScratchMount::tmpfs(m_temporary.path(), "size=4m,nr_inodes=" + std::to_string(kInodes));
     ASSERT_TRUE(mount.mounted());
@@ -189,8 +190,8 @@ TEST_F(BlindClamd, IsNotBelievedWhileItsTemporaryFolderIsFull) {
 }
 
 TEST_F(BlindClamd, IsMadeToForgetWhatItCalledCleanWithRoomForOneFileOnly) {
-    KORVALE_NEEDS_CLAMD();
-    KORVALE_NEEDS_MOUNTS();
+    KORVALE_NEEDS(clamd());
+    KORVALE_NEEDS(mounts());
     const ScratchMount mount =
         ScratchMount::tmpfs(m_temporary.path(), "size=4m,nr_inodes=" + std::to_string(kInodes));
     ASSERT_TRUE(mount.mounted());
@@ -213,8 +214,8 @@ TEST_F(BlindClamd, IsMadeToForgetWhatItCalledCleanWithRoomForOneFileOnly) {
 }
 
 TEST_F(BlindClamd, WithLittleRoomIsNotBelievedThoughItFindsTheSample) {
-    KORVALE_NEEDS_CLAMD();
-    KORVALE_NEEDS_MOUNTS();
+    KORVALE_NEEDS(clamd());
+    KORVALE_NEEDS(mounts());
     const ScratchMount mount =
         ScratchMount::tmpfs(m_temporary.path(), "size=4m,nr_inodes=" + std::to_string(kInodes));
     ASSERT_TRUE(mount.mounted());

@@ -15,8 +15,6 @@
 namespace korvale::agent {
 namespace {
 
-constexpr const char* kProgram = "/usr/sbin/clamd";
-
 std::string hexOf(std::string_view bytes) {
     constexpr std::string_view digits = "0123456789abcdef";
     std::string text;
@@ -32,13 +30,6 @@ std::string signatureLine(const std::string& name, std::string_view content) {
 }
 
 } // namespace
-
-std::string RealClamd::missing() {
-    if (::geteuid() != 0) {
-        return "that needs root.";
-    }
-    return ::access(kProgram, X_OK) == 0 ? "" : "the package clamav-daemon is not installed.";
-}
 
 RealClamd::RealClamd(const std::string& options) {
     std::filesystem::create_directory(signatures());
@@ -58,7 +49,7 @@ void RealClamd::start() {
         const int null = ::open("/dev/null", O_RDWR);
         ::dup2(null, STDOUT_FILENO);
         ::dup2(null, STDERR_FILENO);
-        ::execl(kProgram, kProgram, "-c", configuration().c_str(), nullptr);
+        ::execl(program, program, "-c", configuration().c_str(), nullptr);
         ::_exit(127);
     }
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);

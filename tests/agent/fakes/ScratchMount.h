@@ -73,9 +73,3 @@ private:
 };
 
 } // namespace korvale::agent
-
-/// Ends a test that cannot mount, visibly.
-#define KORVALE_NEEDS_MOUNTS()                                                                     \
-    if (!korvale::agent::ScratchMount::possible()) {                                               \
-        GTEST_SKIP() << "This test mounts file systems of its own, which needs root.";             \
-    }

@@ -1,10 +1,10 @@
 #include "agent/publish/Publishing.h"
 
+#include "agent/fakes/Needs.h"
 #include "fakes/TestFolder.h"
 #include "fakes/WaitUntil.h"
 
 #include <cstdlib>
-#include <sys/mount.h>
 #include <sys/stat.h>
 
 namespace korvale::agent {
@@ -128,30 +128,26 @@ TEST_F(PublishingTest, WhatCouldNotBeWrittenIsWrittenOnceThereIsAWay) {
 }
 
 TEST(PublishingOnAFullDisk, TheFindingIsWrittenWhenThereIsRoomAgain) {
+    KORVALE_NEEDS(mounts());
     const TestFolder folder;
-    const QByteArray place = QFile::encodeName(folder.path());
-    if (::mount("none", place.constData(), "tmpfs", 0, "size=64k") != 0) {
-        GTEST_SKIP() << "needs root: a small file system of its own is mounted";
+    const ScratchMount mount = ScratchMount::tmpfs(folder.path().toStdString(), "size=64k");
+    ASSERT_TRUE(mount.mounted());
+    folder.write(QStringLiteral("full"), QByteArray(60 * 1024, 'x'));
+    Publishing publishing(folder.path(QStringLiteral("cache")));
+    int posted = 0;
+    int problems = 0;
+    QObject::connect(&publishing, &Publishing::notification, &publishing, [&] { ++posted; });
+    QObject::connect(&publishing, &Publishing::problem, &publishing, [&] { ++problems; });
+    for (int i = 0; i < 200; ++i) {
+        publishing.lists().setFile(QStringLiteral("/folder/%1").arg(i),
+                                   {1, QStringLiteral("identifier"), 100});
     }
-    {
-        folder.write(QStringLiteral("full"), QByteArray(60 * 1024, 'x'));
-        Publishing publishing(folder.path(QStringLiteral("cache")));
-        int posted = 0;
-        int problems = 0;
-        QObject::connect(&publishing, &Publishing::notification, &publishing, [&] { ++posted; });
-        QObject::connect(&publishing, &Publishing::problem, &publishing, [&] { ++problems; });
-        for (int i = 0; i < 200; ++i) {
-            publishing.lists().setFile(QStringLiteral("/folder/%1").arg(i),
-                                       {1, QStringLiteral("identifier"), 100});
-        }
-        publishing.changed();
-        EXPECT_TRUE(waitUntil([&] { return problems == 1; }));
-        EXPECT_EQ(posted, 0);
-        QFile::remove(folder.path(QStringLiteral("full")));
-        EXPECT_TRUE(waitUntil([&] { return posted == 1; }));
-        EXPECT_EQ(folder.readJson(QStringLiteral("cache/file_states.log")).size(), 200);
-    }
-    ::umount2(place.constData(), MNT_DETACH);
+    publishing.changed();
+    EXPECT_TRUE(waitUntil([&] { return problems == 1; }));
+    EXPECT_EQ(posted, 0);
+    QFile::remove(folder.path(QStringLiteral("full")));
+    EXPECT_TRUE(waitUntil([&] { return posted == 1; }));
+    EXPECT_EQ(folder.readJson(QStringLiteral("cache/file_states.log")).size(), 200);
 }
 
 } // namespace

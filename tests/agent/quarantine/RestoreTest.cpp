@@ -1,5 +1,7 @@
 #include "agent/quarantine/VaultFixture.h"
 
+#include "agent/fakes/Needs.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -115,9 +117,7 @@ TEST_P(RestoreTest, PutsContentModeAndTimesBackAsTheyWere) {
 }
 
 TEST_P(RestoreTest, PutsOwnerAccessListCapabilitiesAndAttributesBack) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "Only root may give a file to another user.";
-    }
+    KORVALE_NEEDS(root()); // only root may give a file to another user
     const auto give = [&](const char* name, const std::string& value) {
         return ::setxattr(path("bad").c_str(), name, value.data(), value.size(), 0) == 0;
     };

@@ -1,3 +1,4 @@
+#include "agent/fakes/Needs.h"
 #include "agent/quarantine/FileTraits.h"
 #include "agent/quarantine/VaultFixture.h"
 
@@ -286,9 +287,7 @@ TEST_P(TakeTest, TakesAProgramThatRuns) {
 }
 
 TEST_P(TakeTest, TakesWhatWasMadeUnchangeable) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "Only root may make a file immutable.";
-    }
+    KORVALE_NEEDS(root()); // only root may make a file immutable
     for (const unsigned int wanted : {FS_IMMUTABLE_FL, FS_APPEND_FL}) {
         writeFile(path("bad"), kBad);
         {

@@ -1,5 +1,7 @@
 #include "agent/quarantine/VaultFixture.h"
 
+#include "agent/fakes/Needs.h"
+
 namespace korvale::agent {
 namespace {
 
@@ -7,7 +9,7 @@ namespace {
 class UnmountTest : public VaultFixture {
 protected:
     void SetUp() override {
-        KORVALE_NEEDS_MOUNTS();
+        KORVALE_NEEDS(mounts());
         make(Files::OnTmpfs, VaultOn::AnotherFileSystem);
         if (!IsSkipped()) {
             writeFile(path("bad"), "a bad program");

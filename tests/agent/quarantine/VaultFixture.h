@@ -1,5 +1,6 @@
 #pragma once
 
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/ScratchFolder.h"
 #include "agent/fakes/ScratchMount.h"
 #include "agent/quarantine/ContentDigest.h"
@@ -30,8 +31,8 @@ protected:
         } else if (files == Files::OnTmpfs) {
             m_mount.emplace(ScratchMount::tmpfs(m_scratch / "files", "size=8m,mode=0755"));
         }
-        if (m_mount && !m_mount->mounted()) {
-            GTEST_SKIP() << "This machine has no room, loop device or tool for that file system.";
+        if (m_mount) {
+            KORVALE_NEEDS(mounted(*m_mount, files == Files::OnExt4 ? "ext4" : "tmpfs"));
         }
         m_folder = m_scratch / "files/home";
         std::filesystem::create_directory(m_folder);
@@ -103,7 +104,7 @@ protected:
     void SetUp() override {
         const auto [files, vault] = GetParam();
         if (files != Files::InScratchFolder) {
-            KORVALE_NEEDS_MOUNTS();
+            KORVALE_NEEDS(mounts());
         }
         make(files, vault);
     }

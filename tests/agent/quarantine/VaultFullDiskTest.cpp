@@ -1,5 +1,7 @@
 #include "agent/quarantine/VaultFixture.h"
 
+#include "agent/fakes/Needs.h"
+
 namespace korvale::agent {
 namespace {
 
@@ -8,7 +10,7 @@ using ::testing::IsEmpty;
 
 class VaultFullDiskTest : public VaultFixture {
 protected:
-    void SetUp() override { KORVALE_NEEDS_MOUNTS(); }
+    void SetUp() override { KORVALE_NEEDS(mounts()); }
 
     ScratchMount smallDisk(const std::string& name) {
         std::filesystem::create_directory(m_scratch / name);
@@ -50,7 +52,7 @@ TEST_F(VaultFullDiskTest, KeepsACopyThatItsFolderHasNoRoomFor) {
 class FullStoreTest : public VaultFullDiskTest {
 protected:
     void SetUp() override {
-        KORVALE_NEEDS_MOUNTS();
+        KORVALE_NEEDS(mounts());
         m_state.emplace(smallDisk("state"));
         ASSERT_TRUE(m_state->mounted());
         ASSERT_NO_FATAL_FAILURE(make(Files::InScratchFolder, VaultOn::AnotherFileSystem));

@@ -1,6 +1,7 @@
 #include "agent/scan/CallerFolder.h"
 
 #include "agent/fakes/FakeEngine.h"
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/ScratchFolder.h"
 #include "agent/scan/RecordingScan.h"
 
@@ -20,11 +21,6 @@ namespace {
 constexpr uid_t kUser = 54321;
 constexpr uid_t kOther = 54322;
 constexpr gid_t kGroup = 54400;
-
-#define KORVALE_NEEDS_ROOT()                                                                       \
-    if (::geteuid() != 0) {                                                                        \
-        GTEST_SKIP() << "This test takes on other users' rights, which needs root.";               \
-    }
 
 class CallerFolderTest : public testing::Test {
 protected:
@@ -48,7 +44,7 @@ protected:
 };
 
 TEST_F(CallerFolderTest, IsOpenedOnlyForThoseWhoMayReadIt) {
-    KORVALE_NEEDS_ROOT();
+    KORVALE_NEEDS(root());
     const auto own = make("own", kUser, kUser, 0700);
     const auto others = make("other's", kOther, kOther, 0700);
     const auto roots = make("root's", 0, 0, 0700);
@@ -70,7 +66,7 @@ TEST_F(CallerFolderTest, IsOpenedOnlyForThoseWhoMayReadIt) {
 }
 
 TEST_F(CallerFolderTest, LeavesAllOtherThreadsRoot) {
-    KORVALE_NEEDS_ROOT();
+    KORVALE_NEEDS(root());
     const auto own = make("own", kUser, kUser, 0700);
     std::jthread watcher([](const std::stop_token& stop) {
         while (!stop.stop_requested()) {
@@ -84,7 +80,7 @@ TEST_F(CallerFolderTest, LeavesAllOtherThreadsRoot) {
 }
 
 TEST_F(CallerFolderTest, ThreadIsBeyondTheCallersReach) {
-    KORVALE_NEEDS_ROOT();
+    KORVALE_NEEDS(root());
     std::thread([this] {
         std::string error;
         ASSERT_TRUE(assumeRightsOf(m_user, error)) << error;
@@ -124,7 +120,7 @@ TEST_F(CallerFolderTest, IsNothingButAFolderWithAnAbsolutePath) {
 }
 
 TEST_F(CallerFolderTest, WhoseSubfoldersThatTheCallerMayNotReadAreNotEvenNamed) {
-    KORVALE_NEEDS_ROOT();
+    KORVALE_NEEDS(root());
     make("tree", kUser, kUser, 0755);
     const auto secret = make("tree/secret", kOther, kOther, 0700);
     make("tree/own", kUser, kUser, 0755);
@@ -145,7 +141,7 @@ TEST_F(CallerFolderTest, WhoseSubfoldersThatTheCallerMayNotReadAreNotEvenNamed) 
 }
 
 TEST_F(CallerFolderTest, ThatMayNotBeReadEndsTheScanAtOnce) {
-    KORVALE_NEEDS_ROOT();
+    KORVALE_NEEDS(root());
     const auto others = make("other's", kOther, kOther, 0700);
     writeFile(others + "/bad", "bad");
     FakeEngine engine;

@@ -2,6 +2,7 @@
 #include "agent/engine/ClamdEngine.h"
 #include "agent/engine/CombinedEngine.h"
 #include "agent/fakes/EicarText.h"
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/RealClamd.h"
 #include "agent/scan/RecordingScan.h"
 
@@ -43,7 +44,7 @@ protected:
 };
 
 TEST_F(RealScan, LosesNoFindingWhenClamdIsKilledInItAndStartedAgain) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     ClamdEngine engine({clamd.configuration(), {}, 1s, {}});
     CombinedEngine both(m_builtIn, &engine);
@@ -68,7 +69,7 @@ TEST_F(RealScan, LosesNoFindingWhenClamdIsKilledInItAndStartedAgain) {
 }
 
 TEST_F(RealScan, FindsEverythingWhenClamdIsStoppedForAWhile) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     const RealClamd clamd;
     ClamdEngine engine({clamd.configuration(), {}, 300ms, {}});
     CombinedEngine both(m_builtIn, &engine);

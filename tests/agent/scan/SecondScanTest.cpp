@@ -1,5 +1,6 @@
 // What a second scan need not read again, and what it must.
 #include "agent/fakes/FakeEngine.h"
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/ScratchFolder.h"
 #include "agent/scan/RecordingScan.h"
 #include "agent/store/VerdictCache.h"
@@ -18,10 +19,7 @@ namespace {
 class SecondScanTest : public testing::Test {
 protected:
     void SetUp() override {
-        const UniqueFd folder(::open(m_folder.path().c_str(), O_PATH));
-        if (!fileSystemFacts(folder.get())->keepsVerdicts) {
-            GTEST_SKIP() << "The file system of " << m_folder.path() << " keeps no verdicts.";
-        }
+        KORVALE_NEEDS(verdictsKept(m_folder.path()));
         fs::create_directory(m_folder / "tree");
         std::string error;
         m_cache = VerdictCache::open(m_folder / "verdicts.db", error);
@@ -265,11 +263,7 @@ TEST_F(SecondScanTest, RemembersNothingThatChangedWhileItWasJudged) {
 }
 
 TEST(SecondScanOnTmpfs, RemembersNothing) {
-    const UniqueFd folder(::open("/dev/shm", O_PATH));
-    const auto facts = fileSystemFacts(folder.get());
-    if (!facts || facts->keepsVerdicts || ::access("/dev/shm", W_OK) != 0) {
-        GTEST_SKIP() << "There is no tmpfs on /dev/shm.";
-    }
+    KORVALE_NEEDS(sharedMemoryFolder());
     const ScratchFolder state;
     std::string tree = "/dev/shm/korvale-XXXXXX";
     ASSERT_NE(::mkdtemp(tree.data()), nullptr);

@@ -1,5 +1,6 @@
 #include "agent/scan/TreeWalk.h"
 
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/ScratchFolder.h"
 #include "agent/fakes/ScratchMount.h"
 
@@ -256,7 +257,7 @@ TEST_F(TreeWalkTest, LeavesPseudoFileSystemsAlone) {
 }
 
 TEST_F(TreeWalkTest, EntersAnotherFileSystemOnlyWhenTold) {
-    KORVALE_NEEDS_MOUNTS();
+    KORVALE_NEEDS(mounts());
     make("here");
     fs::create_directory(m_folder / "mounted");
     const auto mount = ScratchMount::tmpfs(m_folder / "mounted", "size=1m");
@@ -273,7 +274,7 @@ TEST_F(TreeWalkTest, EntersAnotherFileSystemOnlyWhenTold) {
 }
 
 TEST_F(TreeWalkTest, GoesOnWhenTheFileSystemIsUnmountedUnderIt) {
-    KORVALE_NEEDS_MOUNTS();
+    KORVALE_NEEDS(mounts());
     fs::create_directory(m_folder / "mounted");
     auto mount = std::make_optional(ScratchMount::tmpfs(m_folder / "mounted", "size=8m"));
     for (int file = 0; file < 300; ++file) {

@@ -1,3 +1,4 @@
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/ScratchFolder.h"
 #include "agent/fakes/ScratchMount.h"
 #include "agent/store/Store.h"
@@ -27,7 +28,7 @@ void fill(const std::string& path) {
 }
 
 TEST(StoreFullDiskTest, KeepsFindingsInMemoryUntilThereIsRoom) {
-    KORVALE_NEEDS_MOUNTS();
+    KORVALE_NEEDS(mounts());
     const ScratchFolder folder;
     const auto mount = ScratchMount::tmpfs(folder.path(), "size=1m");
     ASSERT_TRUE(mount.mounted());
@@ -64,7 +65,7 @@ TEST(StoreFullDiskTest, KeepsFindingsInMemoryUntilThereIsRoom) {
 }
 
 TEST(StoreFullDiskTest, LosesOnlyVerdictsWithAFullDisk) {
-    KORVALE_NEEDS_MOUNTS();
+    KORVALE_NEEDS(mounts());
     const ScratchFolder folder;
     const auto mount = ScratchMount::tmpfs(folder.path(), "size=1m");
     ASSERT_TRUE(mount.mounted());

@@ -1,4 +1,5 @@
 #include "WrittenFixture.h"
+#include "agent/fakes/Needs.h"
 #include "agent/store/VerdictCache.h"
 
 #include <condition_variable>
@@ -103,9 +104,7 @@ class SignatureUpdateTest : public FileKindsTest {
 protected:
     void mountAt(const std::string& place) override {
         m_mount = std::make_unique<ScratchMount>(ScratchMount::ext4(place, 32));
-        if (!m_mount->mounted()) {
-            GTEST_SKIP() << "needs mkfs.ext4 and a loop device";
-        }
+        KORVALE_NEEDS(mounted(*m_mount, "ext4"));
     }
     VerdictCache* cache() override {
         std::string error;

@@ -1,5 +1,7 @@
 #include "WrittenFixture.h"
 
+#include "agent/fakes/Needs.h"
+
 #include <sched.h>
 
 namespace korvale::agent {
@@ -27,9 +29,7 @@ protected:
                 std::make_unique<ScratchMount>(ScratchMount::tmpfs(m_below.path(), "size=32m"));
             m_mount = std::make_unique<ScratchMount>(ScratchMount::overlay(place, m_below.path()));
         }
-        if (!m_mount->mounted()) {
-            GTEST_SKIP() << "the kernel cannot mount this kind here";
-        }
+        KORVALE_NEEDS(mounted(*m_mount, GetParam() == Kind::Loop ? "ext4" : "an overlay"));
     }
     GuardProcess guard() override { return GuardProcess::start(); }
 
@@ -100,9 +100,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, FileSystemsTest,
 class FuseTest : public WrittenTest {
 protected:
     void SetUp() override {
-        if (std::system("command -v bindfs >/dev/null && test -w /dev/fuse") != 0) {
-            GTEST_SKIP() << "needs bindfs and /dev/fuse";
-        }
+        KORVALE_NEEDS(bindfs());
         WrittenTest::SetUp();
     }
     void mountAt(const std::string& place) override {

@@ -1,5 +1,6 @@
 #include "WatchScratch.h"
 #include "agent/fakes/FakeEngine.h"
+#include "agent/fakes/Needs.h"
 #include "agent/watch/Watch.h"
 #include "fakes/WaitUntil.h"
 
@@ -12,7 +13,7 @@ namespace {
 class GuardRestartTest : public testing::Test {
 protected:
     void SetUp() override {
-        KORVALE_NEEDS_WATCH();
+        KORVALE_NEEDS(watch());
         m_mount = std::make_unique<ScratchMount>(ScratchMount::tmpfs(m_folder.path(), "size=8m"));
         ASSERT_TRUE(m_mount->mounted());
         makeScript(m_folder / "good", "good");

@@ -1,4 +1,5 @@
 #include "WatchScratch.h"
+#include "agent/fakes/Needs.h"
 #include "agent/watch/DescriptorMessage.h"
 #include "agent/watch/GuardLoop.h"
 #include "agent/watch/GuardProcess.h"
@@ -17,7 +18,7 @@ using std::chrono::milliseconds;
 class GuardTest : public testing::Test {
 protected:
     void SetUp() override {
-        KORVALE_NEEDS_WATCH();
+        KORVALE_NEEDS(watch());
         m_mount = std::make_unique<ScratchMount>(ScratchMount::tmpfs(m_folder.path(), "size=8m"));
         ASSERT_TRUE(m_mount->mounted());
         makeProgram(program());

@@ -3,28 +3,14 @@
 #include "agent/fakes/ScratchFolder.h"
 #include "agent/fakes/ScratchMount.h"
 
-#include <cerrno>
 #include <chrono>
-#include <cstring>
-#include <fcntl.h>
 #include <functional>
 #include <memory>
 #include <spawn.h>
-#include <sys/fanotify.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
 namespace korvale::agent {
-
-/// Why the kernel does not let this process watch files; empty: it does.
-inline std::string watchMissing() {
-    const int group = ::fanotify_init(FAN_CLASS_CONTENT | FAN_CLOEXEC, O_RDONLY);
-    if (group < 0) {
-        return std::string("the kernel lets nobody here watch files: ") + std::strerror(errno);
-    }
-    ::close(group);
-    return {};
-}
 
 /// Runs a program and waits for it: its exit status, or -errno when it could not be started.
 inline int runProgram(const std::string& path) {
@@ -56,9 +42,3 @@ inline std::chrono::milliseconds timeOf(const std::function<void()>& act) {
 }
 
 } // namespace korvale::agent
-
-#define KORVALE_NEEDS_WATCH()                                                                      \
-    KORVALE_NEEDS_MOUNTS()                                                                         \
-    if (const std::string why = korvale::agent::watchMissing(); !why.empty()) {                    \
-        GTEST_SKIP() << "This test watches a file system of its own: " << why;                     \
-    }

@@ -2,6 +2,7 @@
 
 #include "WatchScratch.h"
 #include "agent/fakes/FakeEngine.h"
+#include "agent/fakes/Needs.h"
 #include "agent/watch/Watch.h"
 #include "fakes/WaitUntil.h"
 
@@ -11,7 +12,7 @@ namespace korvale::agent {
 class WrittenTest : public testing::Test {
 protected:
     void SetUp() override {
-        KORVALE_NEEDS_WATCH();
+        KORVALE_NEEDS(watch());
         mountAt(m_folder.path());
         if (!m_mount || !m_mount->mounted()) {
             ASSERT_TRUE(IsSkipped()); // what lies below is this machine's: never to be watched

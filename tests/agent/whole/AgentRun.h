@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agent/fakes/EicarText.h"
+#include "agent/fakes/Needs.h"
 #include "agent_sim/BusEar.h"
 #include "fakes/PrivateBus.h"
 #include "fakes/TestFolder.h"
@@ -13,7 +14,6 @@
 
 #include <csignal>
 #include <memory>
-#include <unistd.h>
 
 namespace korvale::agent {
 
@@ -22,9 +22,7 @@ namespace korvale::agent {
 class AgentRun : public testing::Test {
 protected:
     void SetUp() override {
-        if (::geteuid() != 0) {
-            GTEST_SKIP() << "needs root: the agent runs as root";
-        }
+        KORVALE_NEEDS(root()); // as the agent does
         m_bus.allowService(QStringLiteral("org.freedesktop.systemd1"));
         m_bus.start();
         m_ear = std::make_unique<sim::BusEar>(m_bus.address());

@@ -1,5 +1,6 @@
 #include "WatchedRun.h"
 #include "agent/base/UniqueFd.h"
+#include "agent/fakes/Needs.h"
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -29,7 +30,7 @@ protected:
 };
 
 TEST_P(CanaryTest, ProgramsGoOnStarting) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     const Harm& harm = GetParam();
     RealClamd clamd;
     watch("block = \"execute\"\n", &clamd);
@@ -85,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(Neighbours, CanaryTest,
 class StarvedTest : public WatchedRun {};
 
 TEST_F(StarvedTest, ANotifySocketThatNobodyReadsHoldsNobodyUp) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     const TestFolder place;
     const int notify = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     sockaddr_un address{};
@@ -111,7 +112,7 @@ TEST_F(StarvedTest, ANotifySocketThatNobodyReadsHoldsNobodyUp) {
 }
 
 TEST_F(StarvedTest, ALogThatNobodyReadsHoldsNobodyUp) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     // As full as a journal's socket while the journal is stopped.
     const std::string log = m_folder.path(QStringLiteral("log")).toStdString();
     ASSERT_EQ(::mkfifo(log.c_str(), 0600), 0);

@@ -1,6 +1,8 @@
 #include "AgentRun.h"
 
-#include <sys/mount.h>
+#include "agent/fakes/Needs.h"
+
+#include <vector>
 
 namespace korvale::agent {
 namespace {
@@ -9,24 +11,18 @@ namespace {
 class FullDiskTest : public AgentRun {
 protected:
     void SetUp() override {
+        KORVALE_NEEDS(mounts());
         AgentRun::SetUp();
-        if (IsSkipped()) {
-            return;
-        }
         for (const char* name : {"HostCache", "state"}) {
             const QString place = m_folder.path(QLatin1String(name));
             QDir().mkpath(place);
-            if (::mount("none", QFile::encodeName(place).constData(), "tmpfs", 0, "size=2m") != 0) {
-                GTEST_SKIP() << "needs the right to mount: small file systems of its own";
-            }
-            m_mounted.append(QFile::encodeName(place));
+            m_mounts.push_back(ScratchMount::tmpfs(place.toStdString(), "size=2m"));
+            ASSERT_TRUE(m_mounts.back().mounted());
         }
     }
     void TearDown() override {
         AgentRun::TearDown();
-        for (const QByteArray& place : m_mounted) {
-            ::umount2(place.constData(), MNT_DETACH);
-        }
+        m_mounts.clear();
     }
 
     void fill(const char* folder) const {
@@ -43,7 +39,7 @@ protected:
         QFile::remove(m_folder.path(QLatin1String(folder) + QStringLiteral("/filler")));
     }
 
-    QByteArrayList m_mounted;
+    std::vector<ScratchMount> m_mounts;
 };
 
 TEST_F(FullDiskTest, AFindingIsToldWithoutRoomAndWrittenWhenThereIsSome) {

@@ -1,5 +1,6 @@
 #include "../audit/KilledProcess.h"
 #include "WatchedRun.h"
+#include "agent/fakes/Needs.h"
 
 namespace korvale::agent {
 namespace {
@@ -10,10 +11,7 @@ namespace {
 class UnitSandboxTest : public WatchedRun {
 protected:
     void SetUp() override {
-        if (std::system("/usr/bin/python3 -c 'import seccomp' 2>/dev/null && command -v setpriv "
-                        "systemd-analyze >/dev/null") != 0) {
-            GTEST_SKIP() << "needs python3-seccomp, setpriv and systemd-analyze";
-        }
+        KORVALE_NEEDS(unitSandbox());
         m_wrapper = {QStringLiteral("/usr/bin/python3"), QStringLiteral(KORVALE_UNIT_SANDBOX),
                      QStringLiteral(KORVALE_AGENT_UNIT)};
         WatchedRun::SetUp();
@@ -44,7 +42,7 @@ TEST_F(UnitSandboxTest, IsThere) {
 }
 
 TEST_F(UnitSandboxTest, EverythingThatTheAgentDoesIsAllowed) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     watch("block = \"execute\"\n", &clamd);
     ASSERT_TRUE(watchedBy("execute"));
@@ -71,7 +69,7 @@ TEST_F(UnitSandboxTest, EverythingThatTheAgentDoesIsAllowed) {
 }
 
 TEST_F(UnitSandboxTest, ALostGuardIsStartedAgain) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
     ASSERT_TRUE(watchedBy("execute"));
@@ -84,7 +82,7 @@ TEST_F(UnitSandboxTest, ALostGuardIsStartedAgain) {
 }
 
 TEST_F(UnitSandboxTest, TheAuditStreamIsHeard) {
-    KORVALE_NEEDS_AUDIT_STREAM();
+    KORVALE_NEEDS(auditStream());
     start();
     EXPECT_EQ(control("Status")[QStringLiteral("exploits")][QStringLiteral("heard")], true);
     EXPECT_TRUE(waitUntil([&] {
@@ -95,7 +93,7 @@ TEST_F(UnitSandboxTest, TheAuditStreamIsHeard) {
 
 /// The other side: who writes and starts has mounts of his own.
 TEST_F(UnitSandboxTest, WhoHasMountsOfHisOwnIsWatchedLikeAnybody) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
     ASSERT_TRUE(watchedBy("execute"));

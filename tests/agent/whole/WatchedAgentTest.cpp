@@ -1,5 +1,7 @@
 #include "WatchedRun.h"
 
+#include "agent/fakes/Needs.h"
+
 #include <QElapsedTimer>
 
 namespace korvale::agent {
@@ -40,7 +42,7 @@ TEST_F(WatchedAgentTest, WhatIsRestoredIsNotTakenAgain) {
 }
 
 TEST_F(WatchedAgentTest, ABadProgramIsNotRunAndTold) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     // Left where it is, so that it can be tried again.
     watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
@@ -61,7 +63,7 @@ TEST_F(WatchedAgentTest, ABadProgramIsNotRunAndTold) {
 }
 
 TEST_F(WatchedAgentTest, AScriptStartedByItsNameIsAProgram) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
     ASSERT_TRUE(watchedBy("execute"));
@@ -73,7 +75,7 @@ TEST_F(WatchedAgentTest, AScriptStartedByItsNameIsAProgram) {
 }
 
 TEST_F(WatchedAgentTest, ToBeginToWatchIsNoMissingDriver) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     watch("block = \"execute\"\n", &clamd);
     // When the engine has answered for the first time, and whenever the configuration is read.
@@ -86,7 +88,7 @@ TEST_F(WatchedAgentTest, ToBeginToWatchIsNoMissingDriver) {
 }
 
 TEST_F(WatchedAgentTest, AGuardThatIsLostIsMissedAndStartedAgain) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
     ASSERT_TRUE(watchedBy("execute"));
@@ -105,7 +107,7 @@ TEST_F(WatchedAgentTest, AGuardThatIsLostIsMissedAndStartedAgain) {
 }
 
 TEST_F(WatchedAgentTest, APossibleThreatIsToldAndRuns) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     watch("block = \"execute\"\n", &clamd);
     ASSERT_TRUE(watchedBy("execute"));
@@ -115,7 +117,7 @@ TEST_F(WatchedAgentTest, APossibleThreatIsToldAndRuns) {
 }
 
 TEST_F(WatchedAgentTest, NothingIsRefusedBeforeTheEngineHasAnsweredOnce) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     clamd.kill();
     watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
@@ -133,7 +135,7 @@ TEST_F(WatchedAgentTest, NothingIsRefusedBeforeTheEngineHasAnsweredOnce) {
 }
 
 TEST_F(WatchedAgentTest, AnAllowedContentRuns) {
-    KORVALE_NEEDS_CLAMD();
+    KORVALE_NEEDS(clamd());
     RealClamd clamd;
     watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
     ASSERT_TRUE(watchedBy("execute"));

@@ -2,6 +2,7 @@
 
 #include "../watch/WatchScratch.h"
 #include "AgentRun.h"
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/RealClamd.h"
 
 #include <atomic>
@@ -13,7 +14,7 @@ namespace korvale::agent {
 class WatchedRun : public AgentRun {
 protected:
     void SetUp() override {
-        KORVALE_NEEDS_WATCH();
+        KORVALE_NEEDS(watch());
         AgentRun::SetUp();
         if (IsSkipped()) {
             return;

@@ -1,4 +1,5 @@
 #include "AgentRun.h"
+#include "agent/fakes/Needs.h"
 #include "agent/fakes/RealClamd.h"
 
 #include <sys/stat.h>
@@ -216,7 +217,7 @@ TEST_F(WholeAgentTest, ItRunsWithoutABusAndJoinsOneThatComes) {
 }
 
 TEST_F(WholeAgentTest, TheShieldFollowsTheRealEngine) {
-    KORVALE_NEEDS_CLAMD()
+    KORVALE_NEEDS(clamd())
     RealClamd clamd;
     configure("", "configuration = \"" + QByteArray::fromStdString(clamd.configuration()) + "\"\n");
     writeBadFile(QStringLiteral("a"));
