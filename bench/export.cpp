@@ -1,9 +1,7 @@
 // korvale-bench-export ROWS FILE: writes that many sorted file threats to FILE, and prints how far
 // the peak of the process's memory rose above what it held before, in KiB, the size of the file in
 // bytes, and the time it took in milliseconds.
-#include "Batch.h"
-#include "ListGenerator.h"
-#include "model/JsonValue.h"
+#include "ListedThreats.h"
 #include "tables/ExportFile.h"
 #include "tables/FileThreatsTable.h"
 
@@ -19,17 +17,6 @@
 
 namespace korvale {
 namespace {
-
-RowBatchPtr threats(std::size_t records) {
-    const std::string list = bench::fileStateList({.records = records, .pathsPerRow = 1});
-    AppState state;
-    bench::HeldRows table;
-    bench::NoNotifications notifications;
-    FileStateChanges changes(state, table, notifications);
-    changes.parseFileStateChanges(
-        JsonValue::parse(QByteArray(list.data(), static_cast<qsizetype>(list.size()))));
-    return table.rows;
-}
 
 /// A line of the process's status, in KiB.
 long statusKib(const char* name) {
@@ -57,7 +44,7 @@ int measure(std::size_t records, const QString& path) {
     ThreatsTableView view;
     table.setFileThreatsTable(&view);
     table.awakeFromNib();
-    table.loadData(threats(records));
+    table.loadData(bench::listedThreats(records));
     view.sortByColumn(2);
     table.setFind(QStringLiteral("e"));
     ::malloc_trim(0);

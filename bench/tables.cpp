@@ -1,7 +1,5 @@
 // What a table costs: reset and first paint by number of rows, one full screen, sorting.
-#include "Batch.h"
-#include "ListGenerator.h"
-#include "model/JsonValue.h"
+#include "ListedThreats.h"
 #include "tables/FileThreatsTable.h"
 
 #include <QApplication>
@@ -121,24 +119,13 @@ void PaintOneScreen(benchmark::State& state) {
 }
 BENCHMARK(PaintOneScreen)->Unit(benchmark::kMicrosecond);
 
-/// Rows as they come from the agent's list, which is what a search reads fastest.
-RowBatchPtr listedThreats(std::size_t records) {
-    const std::string list = bench::fileStateList({.records = records, .pathsPerRow = 1});
-    AppState state;
-    bench::HeldRows table;
-    bench::NoNotifications notifications;
-    FileStateChanges changes(state, table, notifications);
-    changes.parseFileStateChanges(
-        JsonValue::parse(QByteArray(list.data(), static_cast<qsizetype>(list.size()))));
-    return table.rows;
-}
-
 /// One text after the other is looked for; each is measured with its repaint.
 void FindKeystroke(benchmark::State& state, const QStringList& texts) {
-    static const RowBatchPtr few = listedThreats(100'000);
+    static const RowBatchPtr few = bench::listedThreats(100'000);
     Screen screen;
-    screen.table.loadData(
-        state.range(0) == 100'000 ? few : listedThreats(static_cast<std::size_t>(state.range(0))));
+    screen.table.loadData(state.range(0) == 100'000
+                              ? few
+                              : bench::listedThreats(static_cast<std::size_t>(state.range(0))));
     screen.table.updateView();
     qsizetype next = 0;
     for (auto _ : state) {

@@ -7,7 +7,22 @@
 #include "platform/SafeText.h"
 #include "platform/Texts.h"
 
+#include <limits>
+#include <utility>
+
 namespace korvale {
+namespace {
+
+// Between two paths.
+constexpr QLatin1String emptyLine{"\n\n"};
+constexpr QLatin1String nul{"\0", 1};
+constexpr qsizetype everything = std::numeric_limits<qsizetype>::max();
+
+QString asItIs(const QString& path) {
+    return path;
+}
+
+} // namespace
 
 FileThreatRows::FileThreatRows(Storage storage) : m_storage(std::move(storage)) {
     if (m_storage.rows.empty()) {
@@ -21,11 +36,12 @@ std::optional<QString> FileThreatRows::text(std::size_t index, RowKey key) const
     case RowKey::File:
         return lastPathComponent(pathText(row.firstPath)).toLower();
     case RowKey::FileToolTip:
-        return shownPaths(row);
+        // Of many only the first are ever seen, and this is asked for with each cell.
+        return joinedPaths(index, emptyLine, asItIs, longestShownText);
     case RowKey::EveryPath:
-        return everyPath(row);
+        return joinedPaths(index, emptyLine, unbrokenText, everything);
     case RowKey::ExactPaths:
-        return exactPaths(row);
+        return joinedPaths(index, nul, asItIs, everything);
     case RowKey::Category:
         return stateStringFromValue(row.state);
     case RowKey::CategoryToolTip:
@@ -107,34 +123,17 @@ QString FileThreatRows::pathText(std::uint32_t path) const {
     return utf8Text({m_storage.bytes.get() + place.offset, place.length});
 }
 
-QString FileThreatRows::shownPaths(const Row& row) const {
-    QString shown = pathText(row.firstPath);
-    // Of many paths only the first are ever seen, and this is asked for with each cell.
-    for (std::uint32_t path = m_storage.paths[row.firstPath].next;
-         path != none && shown.size() <= longestShownText; path = m_storage.paths[path].next) {
-        shown += QLatin1String("\n\n");
-        shown += pathText(path);
-    }
-    return shown;
-}
-
-QString FileThreatRows::everyPath(const Row& row) const {
-    QString paths = unbrokenText(pathText(row.firstPath));
-    for (std::uint32_t path = m_storage.paths[row.firstPath].next; path != none;
-         path = m_storage.paths[path].next) {
-        paths += QLatin1String("\n\n");
-        paths += unbrokenText(pathText(path));
-    }
-    return paths;
-}
-
-QString FileThreatRows::exactPaths(const Row& row) const {
-    QString paths = pathText(row.firstPath);
-    for (std::uint32_t path = m_storage.paths[row.firstPath].next; path != none;
-         path = m_storage.paths[path].next) {
-        paths += QChar(u'\0');
-        paths += pathText(path);
-    }
+QString FileThreatRows::joinedPaths(std::size_t index, QLatin1String separator, Spelling spelling,
+                                    qsizetype enough) const {
+    QString paths;
+    bool isFirst = true;
+    visitPaths(index, [&](const QString& path) {
+        if (!std::exchange(isFirst, false)) {
+            paths += separator;
+        }
+        paths += spelling(path);
+        return paths.size() <= enough;
+    });
     return paths;
 }
 

@@ -49,10 +49,10 @@ public:
 
 private:
     [[nodiscard]] QString pathText(std::uint32_t path) const;
-    // The row's paths, an empty line between two.
-    [[nodiscard]] QString shownPaths(const Row& row) const;
-    [[nodiscard]] QString everyPath(const Row& row) const;
-    [[nodiscard]] QString exactPaths(const Row& row) const;
+    using Spelling = QString (*)(const QString& path);
+    /// The row's paths; none is begun behind the first `enough` characters.
+    [[nodiscard]] QString joinedPaths(std::size_t index, QLatin1String separator, Spelling spelling,
+                                      qsizetype enough) const;
     [[nodiscard]] std::optional<QString> valueOf(JsonNode node) const;
     // Of the value, not copied where it stands in the file.
     [[nodiscard]] QByteArray bytesOf(JsonNode node) const;

@@ -2,6 +2,7 @@
 
 #include "platform/Texts.h"
 #include "tables/Access.h"
+#include "tables/KeyEvents.h"
 #include "tables/WindowLook.h"
 
 #include <QAccessible>
@@ -101,7 +102,7 @@ void CustHeaderView::keyPressEvent(QKeyEvent* event) {
         break;
     default:
         // The toolkit makes a context menu's event of the Menu key alone.
-        if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        if (isContextMenuKey(*event)) {
             showMenu(m_focused, placeOf(m_focused));
         } else {
             event->ignore(); // on to the table; never an item view's own keys

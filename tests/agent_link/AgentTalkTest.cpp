@@ -39,6 +39,19 @@ protected:
             return request.createReply(envelopeWith(reply));
         };
     }
+    /// `end` happens while an agent that never answers is asked.
+    void expectNoAgentAfter(const std::function<void()>& end) {
+        startAgent({});
+        m_agent->answer = [&end](const QDBusMessage&) {
+            QTimer::singleShot(0, qApp, end);
+            return std::nullopt;
+        };
+        AgentTalk talk(10s);
+        int left = 0;
+        QObject::connect(&talk, &AgentTalk::left, &talk, [&left] { ++left; });
+        EXPECT_EQ(ask(talk).first, RequestOutcome::NoAgent);
+        EXPECT_TRUE(waitUntil([&left] { return left == 1; }));
+    }
 
     RecordingLogSink m_log;
     PrivateBus m_daemon;
@@ -131,29 +144,11 @@ TEST_F(AgentTalkTest, ABusThatHangsGivesNoAnswer) {
 }
 
 TEST_F(AgentTalkTest, AnAgentThatDiesWhileItIsAskedIsNoAgentAndHasLeft) {
-    startAgent({});
-    m_agent->answer = [this](const QDBusMessage&) {
-        QTimer::singleShot(0, qApp, [this] { m_agent->die(); });
-        return std::nullopt;
-    };
-    AgentTalk talk(10s);
-    int left = 0;
-    QObject::connect(&talk, &AgentTalk::left, &talk, [&left] { ++left; });
-    EXPECT_EQ(ask(talk).first, RequestOutcome::NoAgent);
-    EXPECT_TRUE(waitUntil([&left] { return left == 1; }));
+    expectNoAgentAfter([this] { m_agent->die(); });
 }
 
 TEST_F(AgentTalkTest, ABusThatDiesIsNoAgentToo) {
-    startAgent({});
-    m_agent->answer = [this](const QDBusMessage&) {
-        QTimer::singleShot(0, qApp, [this] { m_daemon.kill(); });
-        return std::nullopt;
-    };
-    AgentTalk talk(10s);
-    int left = 0;
-    QObject::connect(&talk, &AgentTalk::left, &talk, [&left] { ++left; });
-    EXPECT_EQ(ask(talk).first, RequestOutcome::NoAgent);
-    EXPECT_TRUE(waitUntil([&left] { return left == 1; }));
+    expectNoAgentAfter([this] { m_daemon.kill(); });
 }
 
 TEST_F(AgentTalkTest, OnlyTheAgentsNotificationsAreHeard) {

@@ -16,7 +16,20 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class ServiceChannelTest : public LinkFixture {};
+class ServiceChannelTest : public LinkFixture {
+protected:
+    /// Somebody has the service's name, is asked, and does not answer.
+    void askInVain(Outcome& outcome) {
+        joinBus();
+        silentAgent.emplace(daemon.address());
+        ASSERT_TRUE(silentAgent->takeName());
+        silentAgent->answer = never;
+        request(outcome);
+        ASSERT_TRUE(waitUntil([this] { return silentAgent->requests.size() == 1; }));
+    }
+
+    std::optional<BusAgent> silentAgent;
+};
 
 // Requests and replies.
 
@@ -127,21 +140,16 @@ TEST_F(ServiceChannelTest, EachConnectIsAFreshConnectionWithADriverQuery) {
 }
 
 TEST_F(ServiceChannelTest, AFreshConnectionNeitherCancelsRequestsNorDoublesLines) {
-    joinBus();
-    BusAgent agent(daemon.address());
-    ASSERT_TRUE(agent.takeName());
-    agent.answer = never;
     Outcome outcome;
-    request(outcome);
-    ASSERT_TRUE(waitUntil([&] { return agent.requests.size() == 1; }));
+    askInVain(outcome);
     channel.connectToService();
-    agent.postMessage(envelopeWith(R"({"CMD_":"SondarNotificationMessage","VALU":"once"})"));
+    silentAgent->postMessage(envelopeWith(R"({"CMD_":"SondarNotificationMessage","VALU":"once"})"));
     ASSERT_TRUE(waitUntil([&] { return !displays.shown.isEmpty(); }));
     EXPECT_EQ(outcome.replies, 0);
-    agent.reply(agent.requests.front().createReply(envelopeWith(R"({"RESP":"OK"})")));
+    silentAgent->reply(silentAgent->requests.front().createReply(envelopeWith(R"({"RESP":"OK"})")));
     EXPECT_TRUE(waitUntil([&] { return outcome.replies == 1; }));
     EXPECT_TRUE(outcome.ok);
-    agent.die();
+    silentAgent->die();
     EXPECT_TRUE(waitUntil([&] { return interruptions() > 0; }));
     requestAndWait();
     EXPECT_EQ(interruptions(), 1);
@@ -193,33 +201,24 @@ TEST_F(ServiceChannelTest, WithoutABusRequestsFailAndNothingIsLogged) {
 // Life of the service.
 
 TEST_F(ServiceChannelTest, AServiceKilledInMidReplyIsNoDictionaryAndAnInterruption) {
-    joinBus();
-    BusAgent agent(daemon.address());
-    ASSERT_TRUE(agent.takeName());
-    agent.answer = never;
     Outcome outcome;
-    request(outcome);
-    ASSERT_TRUE(waitUntil([&] { return agent.requests.size() == 1; }));
-    agent.die();
+    askInVain(outcome);
+    silentAgent->die();
     EXPECT_TRUE(waitUntil([&] { return outcome.replies == 1; }));
     EXPECT_FALSE(outcome.dictionary);
     EXPECT_TRUE(waitUntil([&] { return interruptions() == 1; }));
 }
 
 TEST_F(ServiceChannelTest, AHangingServiceHoldsUpNothing) {
-    joinBus();
-    BusAgent agent(daemon.address());
-    ASSERT_TRUE(agent.takeName());
-    agent.answer = never;
     Outcome outcome;
-    request(outcome);
-    ASSERT_TRUE(waitUntil([&] { return agent.requests.size() == 1; }));
+    askInVain(outcome);
     int ticks = 0;
     QTimer ticking;
     QObject::connect(&ticking, &QTimer::timeout, &ticking, [&ticks] { ++ticks; });
     ticking.start(1);
     EXPECT_TRUE(waitUntil([&ticks] { return ticks >= 20; }));
-    agent.postMessage(envelopeWith(R"({"CMD_":"SondarNotificationMessage","VALU":"alive"})"));
+    silentAgent->postMessage(
+        envelopeWith(R"({"CMD_":"SondarNotificationMessage","VALU":"alive"})"));
     EXPECT_TRUE(waitUntil([&] { return !displays.shown.isEmpty(); }));
     EXPECT_THAT(displays.shown, ElementsAre(QStringLiteral("sondar alive")));
     EXPECT_EQ(outcome.replies, 0);
@@ -246,15 +245,10 @@ TEST_F(ServiceChannelTest, AServiceThatGivesUpItsNameIsInterrupted) {
 }
 
 TEST_F(ServiceChannelTest, AReplyOfAProcessThatHasLostTheNameDoesNotCount) {
-    joinBus();
-    BusAgent agent(daemon.address());
-    ASSERT_TRUE(agent.takeName());
-    agent.answer = never;
     Outcome outcome;
-    request(outcome);
-    ASSERT_TRUE(waitUntil([&] { return agent.requests.size() == 1; }));
-    ASSERT_TRUE(agent.releaseName());
-    agent.reply(agent.requests.front().createReply(envelopeWith(R"({"RESP":"OK"})")));
+    askInVain(outcome);
+    ASSERT_TRUE(silentAgent->releaseName());
+    silentAgent->reply(silentAgent->requests.front().createReply(envelopeWith(R"({"RESP":"OK"})")));
     EXPECT_TRUE(waitUntil([&] { return outcome.replies == 1; }));
     EXPECT_FALSE(outcome.dictionary);
 }
@@ -262,13 +256,8 @@ TEST_F(ServiceChannelTest, AReplyOfAProcessThatHasLostTheNameDoesNotCount) {
 // Life of the bus.
 
 TEST_F(ServiceChannelTest, ABusThatDiesIsOneLineAndEndsPendingRequests) {
-    joinBus();
-    BusAgent agent(daemon.address());
-    ASSERT_TRUE(agent.takeName());
-    agent.answer = never;
     Outcome outcome;
-    request(outcome);
-    ASSERT_TRUE(waitUntil([&] { return agent.requests.size() == 1; }));
+    askInVain(outcome);
     daemon.kill();
     EXPECT_TRUE(waitUntil([&] { return outcome.replies == 1 && invalidations() == 1; }));
     EXPECT_FALSE(outcome.dictionary);

@@ -28,10 +28,7 @@ TEST_F(TerminalCommand, AnAcceptedRequestIsSaidAndEndsWithZero) {
 }
 
 TEST_F(TerminalCommand, StoppingIsSaid) {
-    startAgent();
-    write(m_toScan + QStringLiteral("/1"), "1");
-    write(m_toScan + QStringLiteral("/2"), "2");
-    m_agent.tell(QStringLiteral("scan-pace 60000"));
+    startSlowAgent();
     m_agent.tell(QStringLiteral("background-scan"));
     EXPECT_EQ(command({QStringLiteral("--background-scan"), QStringLiteral("stop")}),
               (Ending{0, QStringLiteral("The agent stops its scans.\n"), {}}));

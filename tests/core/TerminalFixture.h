@@ -42,6 +42,13 @@ protected:
         m_agent.start(m_run.path("root"), {QStringLiteral("--scan-folder"), m_toScan});
         ASSERT_TRUE(m_agent.waitFor(QStringLiteral("ready")));
     }
+    /// One whose scan of the folder ends only when it is stopped.
+    void startSlowAgent() {
+        startAgent();
+        write(m_toScan + QStringLiteral("/1"), "1");
+        write(m_toScan + QStringLiteral("/2"), "2");
+        m_agent.tell(QStringLiteral("scan-pace 60000"));
+    }
     /// A program of the same world.
     void prepare(ProgramRun& run) {
         run.set("DBUS_SYSTEM_BUS_ADDRESS", m_bus.address());

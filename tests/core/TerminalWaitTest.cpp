@@ -20,12 +20,14 @@ protected:
         ASSERT_TRUE(m_agent.tell(QStringLiteral("write-test-file ") + path)
                         .startsWith(QStringLiteral("ok")));
     }
-    /// Starts, and returns once the agent was asked.
-    void startAndAsk(ProgramRun& run, const QStringList& arguments, const char* request) {
+    /// Waits for a scan's progress, and returns once it has begun.
+    void startScan(ProgramRun& run, const QStringList& arguments) {
         prepare(run);
         run.start(arguments);
-        ASSERT_TRUE(m_agent.tell(QStringLiteral("wait-request ") + QString::fromLatin1(request))
-                        .startsWith(QStringLiteral("ok")));
+        ASSERT_TRUE(
+            m_agent.tell(QStringLiteral("wait-request SCAN")).startsWith(QStringLiteral("ok")));
+        run.process.setReadChannel(QProcess::StandardOutput);
+        ASSERT_TRUE(waitUntil([&] { return run.process.canReadLine(); }));
     }
 };
 
@@ -79,10 +81,7 @@ TEST_F(TerminalWaiting, TheBackgroundScanIsWaitedForToo) {
 }
 
 TEST_F(TerminalWaiting, StoppingWaitsUntilNothingRuns) {
-    startAgent();
-    write(m_toScan + QStringLiteral("/1"), "1");
-    write(m_toScan + QStringLiteral("/2"), "2");
-    m_agent.tell(QStringLiteral("scan-pace 60000"));
+    startSlowAgent();
     m_agent.tell(QStringLiteral("background-scan"));
     EXPECT_EQ(command({backgroundScan, QStringLiteral("stop"), waiting}),
               (Ending{0,
@@ -102,14 +101,9 @@ TEST_F(TerminalWaiting, ANameFromTheAgentDoesNotSteerTheTerminal) {
 }
 
 TEST_F(TerminalWaiting, WhatTheAgentSaysMeanwhileIsPrinted) {
-    startAgent();
-    write(m_toScan + QStringLiteral("/1"), "1");
-    write(m_toScan + QStringLiteral("/2"), "2");
-    m_agent.tell(QStringLiteral("scan-pace 60000"));
+    startSlowAgent();
     ProgramRun run;
-    startAndAsk(run, {scan, m_toScan, waiting}, "SCAN");
-    run.process.setReadChannel(QProcess::StandardOutput);
-    ASSERT_TRUE(waitUntil([&] { return run.process.canReadLine(); }));
+    startScan(run, {scan, m_toScan, waiting});
     m_agent.tell(QStringLiteral("consumer-notification \"half was\\nnot scanned\""));
     m_agent.tell(QStringLiteral("stop-scan"));
     const Ending ending = endingOf(run);
@@ -119,14 +113,9 @@ TEST_F(TerminalWaiting, WhatTheAgentSaysMeanwhileIsPrinted) {
 }
 
 TEST_F(TerminalWaiting, AnAgentThatDiesMeanwhileEndsItWithThree) {
-    startAgent();
-    write(m_toScan + QStringLiteral("/1"), "1");
-    write(m_toScan + QStringLiteral("/2"), "2");
-    m_agent.tell(QStringLiteral("scan-pace 60000"));
+    startSlowAgent();
     ProgramRun run;
-    startAndAsk(run, {scan, m_toScan, m_more, waiting}, "SCAN");
-    run.process.setReadChannel(QProcess::StandardOutput);
-    ASSERT_TRUE(waitUntil([&] { return run.process.canReadLine(); }));
+    startScan(run, {scan, m_toScan, m_more, waiting});
     m_agent.kill();
     const Ending ending = endingOf(run);
     EXPECT_EQ(ending.status, 3);
@@ -135,14 +124,9 @@ TEST_F(TerminalWaiting, AnAgentThatDiesMeanwhileEndsItWithThree) {
 }
 
 TEST_F(TerminalWaiting, TheInterruptKeySaysThatTheScanGoesOn) {
-    startAgent();
-    write(m_toScan + QStringLiteral("/1"), "1");
-    write(m_toScan + QStringLiteral("/2"), "2");
-    m_agent.tell(QStringLiteral("scan-pace 60000"));
+    startSlowAgent();
     ProgramRun run;
-    startAndAsk(run, {scan, m_toScan, waiting}, "SCAN");
-    run.process.setReadChannel(QProcess::StandardOutput);
-    ASSERT_TRUE(waitUntil([&] { return run.process.canReadLine(); }));
+    startScan(run, {scan, m_toScan, waiting});
     run.send(SIGINT);
     const Ending ending = endingOf(run);
     EXPECT_EQ(ending.status, 128 + SIGINT);

@@ -78,6 +78,14 @@ class AtHome(Played):
         self.panel.click(1, self.desktop.clicks_for_window)
         self.panel.rest()
 
+    def play_colours(self, agent):
+        agent.tell_all("start", "halyx on")
+        self.panel.wait_colour("green")
+        self.picture("green")
+        agent.tell("driver lost")
+        self.panel.wait_colour("red")
+        self.picture("red")
+
     def test_start(self):
         self.program()
         self.panel.wait_colour("yellow")
@@ -87,12 +95,7 @@ class AtHome(Played):
         agent = self.agent()
         self.started(agent)
         self.panel.wait_colour("yellow")
-        agent.tell_all("start", "halyx on")
-        self.panel.wait_colour("green")
-        self.picture("green")
-        agent.tell("driver lost")
-        self.panel.wait_colour("red")
-        self.picture("red")
+        self.play_colours(agent)
 
     def test_click(self):
         before = self.panel.screen()
@@ -151,12 +154,7 @@ class WithoutTray(Played):
     def test_colours(self):
         agent = self.agent()
         self.shown(self.started(agent))
-        agent.tell_all("start", "halyx on")
-        self.panel.wait_colour("green")
-        self.picture("green")
-        agent.tell("driver lost")
-        self.panel.wait_colour("red")
-        self.picture("red")
+        self.play_colours(agent)
 
     def test_second_start(self):
         self.check_second_start(self.shown())

@@ -277,6 +277,15 @@ public:
         }
         return all;
     }
+    /// Reads while `sink` ends.
+    std::string readUntilGone(std::unique_ptr<SystemLogSink> sink) {
+        std::string seen;
+        std::thread reader([&] { seen = read(); });
+        sink.reset();
+        restore();
+        reader.join();
+        return seen;
+    }
     void restore() {
         if (m_before >= 0) {
             dup2(m_before, STDERR_FILENO);
@@ -295,11 +304,7 @@ TEST_F(SystemLogSinkTest, AReaderThatTakesNothingYetHoldsUpNobodyAndMissesNothin
     for (int i = 0; i < 20'000; ++i) { // far more than a pipe holds
         sink->write(LogLevel::Info, numberedLine(i));
     }
-    std::string seen;
-    std::thread reader([&] { seen = standardError.read(); });
-    sink.reset();
-    standardError.restore();
-    reader.join();
+    const std::string seen = standardError.readUntilGone(std::move(sink));
     EXPECT_EQ(seen, numberedLines(20'000));
 }
 
@@ -322,11 +327,7 @@ TEST_F(SystemLogSinkTest, LinesThatFindNoRoomAreCounted) {
     for (int i = 0; i < 5'000; ++i) {
         sink->write(LogLevel::Info, numberedLine(i));
     }
-    std::string seen;
-    std::thread reader([&] { seen = standardError.read(); });
-    sink.reset();
-    standardError.restore();
-    reader.join();
+    const std::string seen = standardError.readUntilGone(std::move(sink));
     const auto told = std::count(seen.begin(), seen.end(), '\n');
     EXPECT_LT(told, 5'000);
     EXPECT_NE(seen.find(" lines were lost\"\n"), std::string::npos);

@@ -1,13 +1,8 @@
 #include "shell/StatusItemMenu.h"
 
-#include "fakes/FakeAppearance.h"
 #include "fakes/FakeTexts.h"
-#include "fakes/MemoryUserDefaults.h"
-#include "fakes/RecordingAgentCommands.h"
 #include "fakes/WaitUntil.h"
-#include "model/HostCache.h"
-#include "shell/Resources.h"
-#include "shell/StatusItem.h"
+#include "shell/MenuParts.h"
 
 #include <gtest/gtest.h>
 
@@ -16,12 +11,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class StatusItemMenuTest : public testing::Test {
+class StatusItemMenuTest : public testing::Test, protected MenuParts {
 protected:
-    void SetUp() override {
-        resources.initialize();
-        record(menu);
-    }
+    void SetUp() override { record(menu); }
 
     /// Writes down what the menu asks of others than the agent.
     void record(const StatusItemMenu& asking) {
@@ -75,16 +67,6 @@ protected:
     void click(const char* text) { item(text).trigger(); }
     QMenu& logLevels() { return *item("TM_Logging").menu(); }
     void openLogLevels() { Q_EMIT logLevels().aboutToShow(); }
-
-    fakes::FakeAppearance appearance;
-    Resources resources{appearance, IconSet::Standard};
-    AppState state;
-    StatusItem statusItem{state, resources};
-    fakes::MemoryUserDefaults defaults;
-    HostCache hostCache{defaults, QStringLiteral("/nonexistent")};
-    QStringList done;
-    fakes::RecordingAgentCommands commands{done};
-    StatusItemMenu menu{state, hostCache, statusItem, commands};
 };
 
 TEST_F(StatusItemMenuTest, TheNormalFormHasTheUsersItems) {

@@ -1,15 +1,9 @@
 #include "shell/TrayIcon.h"
 
-#include "fakes/FakeAppearance.h"
 #include "fakes/FakeBusService.h"
 #include "fakes/FakeTexts.h"
-#include "fakes/MemoryUserDefaults.h"
-#include "fakes/RecordingAgentCommands.h"
 #include "fakes/WaitUntil.h"
-#include "model/HostCache.h"
-#include "shell/Resources.h"
-#include "shell/StatusItem.h"
-#include "shell/StatusItemMenu.h"
+#include "shell/MenuParts.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +15,7 @@ using fakes::FakeBusService;
 using fakes::PrivateSessionBus;
 
 /// The item itself is Qt's and needs a desktop; here it is decided whether and when there is one.
-class TrayIconTest : public testing::Test {
+class TrayIconTest : public testing::Test, protected MenuParts {
 protected:
     TrayIconTest() {
         watcher.answer = [this](const QDBusMessage& call) {
@@ -29,7 +23,6 @@ protected:
                        ? call.createReply(QVariant::fromValue(QDBusVariant(hasHost)))
                        : call.createErrorReply(QDBusError::UnknownProperty, QStringLiteral("none"));
         };
-        resources.initialize();
         menu.setupStatusItemAndMenu({});
     }
 
@@ -56,15 +49,6 @@ protected:
     X11Tray x11 = X11Tray::Absent;
     int x11Questions = 0;
 
-    fakes::FakeAppearance appearance;
-    Resources resources{appearance, IconSet::Standard};
-    AppState state;
-    StatusItem statusItem{state, resources};
-    fakes::MemoryUserDefaults defaults;
-    HostCache hostCache{defaults, QStringLiteral("/nonexistent")};
-    QStringList done;
-    fakes::RecordingAgentCommands commands{done};
-    StatusItemMenu menu{state, hostCache, statusItem, commands};
     TrayIcon icon{statusItem, menu, [this] { return askX11(); }, 1ms, 1ms};
     TrayIcon patientIcon{statusItem, menu, [this] { return askX11(); }, 1h, 1h};
 };

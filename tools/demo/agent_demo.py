@@ -21,8 +21,8 @@ sys.path.insert(0, str(PROJECT / "tests" / "desktop"))
 sys.path.insert(0, str(PROJECT / "tools" / "demo"))
 
 from desktop_session import BINARIES, DesktopSession, SessionError, wait_until  # noqa: E402
-from drivers import HOST_CACHE, LineReader, Program  # noqa: E402
-from steps import READER, SCREEN, Steps  # noqa: E402
+from drivers import HOST_CACHE, Program  # noqa: E402
+from steps import READER, SCREEN, Steps, notifications  # noqa: E402
 from texts import text  # noqa: E402
 from tray import TrayItem  # noqa: E402
 from watched import Watched, in_own_mounts  # noqa: E402
@@ -132,11 +132,7 @@ class Demonstration:
         self.session.screenshot(OUTPUT / f"{self.shots}-{name}.png")
 
     def play(self):
-        monitor = self.session.start_part(
-            "monitor", ["dbus-monitor", "--session",
-                        "interface='org.freedesktop.Notifications',member='Notify'"], stdout=-1,
-            text=True)
-        self.notified = LineReader(monitor.stdout)
+        self.notified = notifications(self.session)
         self.start()
         self.scan()
         self.restore()

@@ -17,8 +17,8 @@ sys.path.insert(0, str(PROJECT / "tests" / "desktop"))
 sys.path.insert(0, str(PROJECT / "tools" / "demo"))
 
 from desktop_session import DesktopSession, SessionError, wait_until  # noqa: E402
-from drivers import Agent, LineReader, Program  # noqa: E402
-from steps import READER, SCREEN, Steps  # noqa: E402
+from drivers import Agent, Program  # noqa: E402
+from steps import READER, SCREEN, Steps, notifications  # noqa: E402
 from texts import text  # noqa: E402
 from tray import TrayItem  # noqa: E402
 
@@ -66,11 +66,7 @@ class Headless:
     def play(self):
         self.paint_background()
         folder = suspicious_folder(self.session.folder / "home")
-        monitor = self.session.start_part(
-            "monitor", ["dbus-monitor", "--session",
-                        "interface='org.freedesktop.Notifications',member='Notify'"], stdout=-1,
-            text=True)
-        notified = LineReader(monitor.stdout)
+        notified = notifications(self.session)
         self.start_program()
         self.connect_agent()
         self.find_a_threat(folder, notified)

@@ -4,10 +4,19 @@ import pathlib
 import time
 
 from desktop_session import SessionError
+from drivers import LineReader
 
 SCREEN = "1440x900"
 READER = str(pathlib.Path(__file__).resolve().parent.parent.parent / "tests" / "desktop" /
              "services" / "accessible_window.py")
+
+
+def notifications(session):
+    """Every desktop notification of the session, as lines of a monitor."""
+    monitor = session.start_part(
+        "monitor", ["dbus-monitor", "--session", "interface='org.freedesktop.Notifications',member='Notify'"],
+        stdout=-1, text=True)
+    return LineReader(monitor.stdout)
 
 
 class Steps:

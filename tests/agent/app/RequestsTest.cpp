@@ -22,20 +22,14 @@ class RequestsTest : public BusTest {
 protected:
     void SetUp() override {
         BusTest::SetUp();
-        ASSERT_TRUE(
-            m_agent->registerVirtualObject(QStringLiteral("/com/korvale/agent_server"), &m_object));
-        ASSERT_TRUE(m_agent->registerService(QStringLiteral("com.korvale.agent_server")));
+        serve(m_object);
     }
 
     QJsonObject ask(const QByteArray& data) {
-        QDBusMessage message = QDBusMessage::createMethodCall(
-            QStringLiteral("com.korvale.agent_server"), QStringLiteral("/com/korvale/agent_server"),
-            QStringLiteral("com.korvale.agent_server"), QStringLiteral("Request"));
-        message << envelope(data);
-        const QDBusPendingCallWatcher watcher(m_caller->asyncCall(message));
-        EXPECT_TRUE(waitUntil([&] { return watcher.isFinished(); }));
-        const std::optional<QByteArray> reply = envelopeData(watcher.reply());
-        EXPECT_TRUE(reply.has_value()) << watcher.reply().errorMessage().toStdString();
+        const QDBusMessage answer = callAgent(QStringLiteral("com.korvale.agent_server"),
+                                              QStringLiteral("Request"), {envelope(data)});
+        const std::optional<QByteArray> reply = envelopeData(answer);
+        EXPECT_TRUE(reply.has_value()) << answer.errorMessage().toStdString();
         return QJsonDocument::fromJson(reply.value_or(QByteArray())).object();
     }
     QString resp(const QByteArray& data) {

@@ -5,7 +5,9 @@
 #include "fakes/WaitUntil.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusPendingCallWatcher>
 #include <QDBusReply>
+#include <QDBusVirtualObject>
 #include <QElapsedTimer>
 
 #include <memory>
@@ -29,6 +31,24 @@ protected:
         m_caller.reset();
         QDBusConnection::disconnectFromBus(QStringLiteral("agent side"));
         QDBusConnection::disconnectFromBus(QStringLiteral("caller side"));
+    }
+
+    /// `object` is what has the agent's name.
+    void serve(QDBusVirtualObject& object) {
+        ASSERT_TRUE(
+            m_agent->registerVirtualObject(QStringLiteral("/com/korvale/agent_server"), &object));
+        ASSERT_TRUE(m_agent->registerService(QStringLiteral("com.korvale.agent_server")));
+    }
+    /// What comes of the caller's call of it.
+    QDBusMessage callAgent(const QString& interface, const QString& method,
+                           const QVariantList& arguments) {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            QStringLiteral("com.korvale.agent_server"), QStringLiteral("/com/korvale/agent_server"),
+            interface, method);
+        message.setArguments(arguments);
+        const QDBusPendingCallWatcher watcher(m_caller->asyncCall(message));
+        EXPECT_TRUE(waitUntil([&] { return watcher.isFinished(); }));
+        return watcher.reply();
     }
 
     /// The bus has seen it go, too.

@@ -13,9 +13,7 @@ class ControlPortTest : public BusTest, public ControlHandler {
 protected:
     void SetUp() override {
         BusTest::SetUp();
-        ASSERT_TRUE(
-            m_agent->registerVirtualObject(QStringLiteral("/com/korvale/agent_server"), &m_object));
-        ASSERT_TRUE(m_agent->registerService(QStringLiteral("com.korvale.agent_server")));
+        serve(m_object);
     }
 
     void control(const ControlCall& call) override {
@@ -26,13 +24,7 @@ protected:
     }
 
     QDBusMessage call(const QString& method, const QVariantList& arguments) {
-        QDBusMessage message = QDBusMessage::createMethodCall(
-            QStringLiteral("com.korvale.agent_server"), QStringLiteral("/com/korvale/agent_server"),
-            QStringLiteral("com.korvale.agent_control"), method);
-        message.setArguments(arguments);
-        const QDBusPendingCallWatcher watcher(m_caller->asyncCall(message));
-        EXPECT_TRUE(waitUntil([&] { return watcher.isFinished(); }));
-        return watcher.reply();
+        return callAgent(QStringLiteral("com.korvale.agent_control"), method, arguments);
     }
     QJsonObject answer(const QString& method, const QString& arguments) {
         const QDBusMessage reply = call(method, {arguments});

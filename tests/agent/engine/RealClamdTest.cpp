@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <optional>
 #include <thread>
 
 using namespace korvale::agent;
@@ -124,8 +125,14 @@ TEST(RealClamd, KilledAgainAndAgainNeverMakesABadFileClean) {
 /// A clamd whose temporary folder is a small file system of the test's own, as a user fills it.
 class BlindClamd : public testing::Test {
 protected:
-    static constexpr int kInodes = 400;
-
+    void SetUp() override {
+        KORVALE_NEEDS(clamd());
+        KORVALE_NEEDS(mounts());
+        m_mount.emplace(ScratchMount::tmpfs(m_temporary.path(), "size=4m,nr_inodes=400"));
+        ASSERT_TRUE(m_mount->mounted());
+        m_clamd.emplace("TemporaryDirectory " + m_temporary.path() + "\n");
+        writeFile(m_folder / "other.conf", "DatabaseDirectory " + m_clamd->signatures() + "\n");
+    }
     void fill(int leave) {
         while (true) {
             const std::string path = m_temporary / ("fill" + std::to_string(m_filled));
@@ -148,9 +155,9 @@ protected:
         std::filesystem::remove(m_temporary / ("fill" + std::to_string(--m_filled)));
     }
     /// Unless it `seesFolder` the agent can tell by the sample only.
-    ClamdEngine::Settings settings(const RealClamd& clamd, bool seesFolder) const {
-        return {seesFolder ? clamd.configuration() : m_folder / "other.conf", clamd.socket(), 10s,
-                m_folder.path(), 500ms};
+    [[nodiscard]] ClamdEngine::Settings settings(bool seesFolder) const {
+        return {seesFolder ? m_clamd->configuration() : m_folder / "other.conf", m_clamd->socket(),
+                10s, m_folder.path(), 500ms};
     }
     static void waitUntilBelieved(ClamdEngine& engine) {
         const auto limit = std::chrono::steady_clock::now() + 60s;
@@ -162,20 +169,15 @@ protected:
 
     ScratchFolder m_folder;
     ScratchFolder m_temporary;
+    std::optional<ScratchMount> m_mount;
+    std::optional<RealClamd> m_clamd;
     int m_filled = 0;
 };
 
 TEST_F(BlindClamd, IsNotBelievedWhileItsTemporaryFolderIsFull) {
-    KORVALE_NEEDS(clamd());
-    KORVALE_NEEDS(mounts());
-    const ScratchMount mount =
-        ScratchMount::tmpfs(m_temporary.path(), "size=4m,nr_inodes=" + std::to_string(kInodes));
-    ASSERT_TRUE(mount.mounted());
-    const RealClamd clamd("TemporaryDirectory " + m_temporary.path() + "\n");
     writeFile(m_folder / "bad", RealClamd::badMarker);
-    writeFile(m_folder / "other.conf", "DatabaseDirectory " + clamd.signatures() + "\n");
     for (const bool seesFolder : {true, false}) {
-        ClamdEngine engine(settings(clamd, seesFolder));
+        ClamdEngine engine(settings(seesFolder));
         ASSERT_TRUE(engine.refresh().reachable) << engine.state().trouble;
         EXPECT_EQ(judge(engine, m_folder / "bad").verdict, Verdict::Unsafe);
         fill(0);
@@ -190,19 +192,12 @@ TEST_F(BlindClamd, IsNotBelievedWhileItsTemporaryFolderIsFull) {
 }
 
 TEST_F(BlindClamd, IsMadeToForgetWhatItCalledCleanWithRoomForOneFileOnly) {
-    KORVALE_NEEDS(clamd());
-    KORVALE_NEEDS(mounts());
-    const ScratchMount mount =
-        ScratchMount::tmpfs(m_temporary.path(), "size=4m,nr_inodes=" + std::to_string(kInodes));
-    ASSERT_TRUE(mount.mounted());
-    const RealClamd clamd("TemporaryDirectory " + m_temporary.path() + "\n");
     writeFile(m_folder / "packed", packedEicarTestContent());
-    writeFile(m_folder / "other.conf", "DatabaseDirectory " + clamd.signatures() + "\n");
-    ClamdEngine engine(settings(clamd, false));
+    ClamdEngine engine(settings(false));
     ASSERT_TRUE(engine.refresh().reachable) << engine.state().trouble;
     // Its folder takes the one inode, what it unpacks would need another. What it calls clean then
     // it remembers, though there is room again.
-    ClamdEngine gullible({clamd.configuration(), clamd.socket(), 10s, {}});
+    ClamdEngine gullible({m_clamd->configuration(), m_clamd->socket(), 10s, {}});
     fill(1);
     EXPECT_EQ(judge(gullible, m_folder / "packed").verdict, Verdict::Clean) << "no such danger";
     empty();
@@ -214,14 +209,8 @@ TEST_F(BlindClamd, IsMadeToForgetWhatItCalledCleanWithRoomForOneFileOnly) {
 }
 
 TEST_F(BlindClamd, WithLittleRoomIsNotBelievedThoughItFindsTheSample) {
-    KORVALE_NEEDS(clamd());
-    KORVALE_NEEDS(mounts());
-    const ScratchMount mount =
-        ScratchMount::tmpfs(m_temporary.path(), "size=4m,nr_inodes=" + std::to_string(kInodes));
-    ASSERT_TRUE(mount.mounted());
-    const RealClamd clamd("TemporaryDirectory " + m_temporary.path() + "\n");
     writeFile(m_folder / "good", "harmless");
-    ClamdEngine engine(settings(clamd, true));
+    ClamdEngine engine(settings(true));
     ASSERT_TRUE(engine.refresh().reachable) << engine.state().trouble;
     EXPECT_EQ(judge(engine, m_folder / "good").verdict, Verdict::Clean);
     fill(4); // enough for the sample; an archive in an archive needs more

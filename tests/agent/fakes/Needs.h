@@ -34,7 +34,8 @@ inline std::string root() {
 
 /// File systems of the test's own.
 inline std::string mounts() {
-    return unless(ScratchMount::possible(), "Only root can mount the file systems that this needs.");
+    return unless(ScratchMount::possible(),
+                  "Only root can mount the file systems that this needs.");
 }
 
 /// One of a kind that the machine may lack.
@@ -54,8 +55,9 @@ inline std::string watch() {
     }
     const UniqueFd group(::fanotify_init(FAN_CLASS_CONTENT | FAN_CLOEXEC, O_RDONLY));
     const int error = errno;
-    return unless(static_cast<bool>(group), std::string("The kernel lets nobody here watch files: ") +
-                                                std::strerror(error) + '.');
+    return unless(static_cast<bool>(group),
+                  std::string("The kernel lets nobody here watch files: ") + std::strerror(error) +
+                      '.');
 }
 
 inline std::string clamd() {
@@ -81,9 +83,10 @@ inline std::string umockdev() {
 
 /// To run the agent as its unit has it.
 inline std::string unitSandbox() {
-    return unless(succeeds("/usr/bin/python3 -c 'import seccomp' 2>/dev/null && "
-                           "command -v setpriv >/dev/null && command -v systemd-analyze >/dev/null"),
-                  "There is no python3-seccomp, setpriv or systemd-analyze.");
+    return unless(
+        succeeds("/usr/bin/python3 -c 'import seccomp' 2>/dev/null && "
+                 "command -v setpriv >/dev/null && command -v systemd-analyze >/dev/null"),
+        "There is no python3-seccomp, setpriv or systemd-analyze.");
 }
 
 /// The file system of `folder` is one whose verdicts are remembered.

@@ -1,6 +1,5 @@
-#include "agent/quarantine/VaultFixture.h"
-
 #include "agent/fakes/Needs.h"
+#include "agent/quarantine/VaultFixture.h"
 
 namespace korvale::agent {
 namespace {

@@ -1,5 +1,4 @@
 #include "WrittenFixture.h"
-
 #include "agent/fakes/Needs.h"
 
 #include <sched.h>

@@ -3,6 +3,7 @@
 #include "agent/fakes/Needs.h"
 
 #include <fcntl.h>
+#include <ostream>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -20,6 +21,9 @@ struct Harm {
     bool bus = false;
     int signal = SIGSTOP;
 };
+void PrintTo(const Harm& harm, std::ostream* stream) {
+    *stream << harm.name; // which becomes part of the test's name
+}
 
 /// Programs go on starting, each within its time limit, whatever happens to the agent and to what
 /// it talks to.

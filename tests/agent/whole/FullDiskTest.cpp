@@ -1,5 +1,4 @@
 #include "AgentRun.h"
-
 #include "agent/fakes/Needs.h"
 
 #include <vector>

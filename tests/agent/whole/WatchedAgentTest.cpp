@@ -1,5 +1,4 @@
 #include "WatchedRun.h"
-
 #include "agent/fakes/Needs.h"
 
 #include <QElapsedTimer>
@@ -7,7 +6,16 @@
 namespace korvale::agent {
 namespace {
 
-class WatchedAgentTest : public WatchedRun {};
+class WatchedAgentTest : public WatchedRun {
+protected:
+    /// Programs are judged before they run, and "evil" is bad; it stays, to be tried again.
+    void refuseEvil(const RealClamd& clamd) {
+        watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
+        ASSERT_TRUE(watchedBy("execute"));
+        makeProgram(file("evil"), RealClamd::badMarker);
+        ASSERT_EQ(runProgram(file("evil")), -EPERM);
+    }
+};
 
 TEST_F(WatchedAgentTest, ABadFileThatIsWrittenIsFoundToldAndTakenAway) {
     watch();
@@ -44,13 +52,9 @@ TEST_F(WatchedAgentTest, WhatIsRestoredIsNotTakenAgain) {
 TEST_F(WatchedAgentTest, ABadProgramIsNotRunAndTold) {
     KORVALE_NEEDS(clamd());
     RealClamd clamd;
-    // Left where it is, so that it can be tried again.
-    watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
-    ASSERT_TRUE(watchedBy("execute"));
+    refuseEvil(clamd);
     makeProgram(file("good"));
-    makeProgram(file("evil"), RealClamd::badMarker);
     EXPECT_EQ(runProgram(file("good")), 0);
-    EXPECT_EQ(runProgram(file("evil")), -EPERM);
     EXPECT_EQ(runProgram(file("evil")), -EPERM);
     EXPECT_TRUE(heard("com.korvale.exe.blocked"));
     EXPECT_EQ(published("exe_blocked.log").value(QStringLiteral("BlockedExePath")),
@@ -90,10 +94,7 @@ TEST_F(WatchedAgentTest, ToBeginToWatchIsNoMissingDriver) {
 TEST_F(WatchedAgentTest, AGuardThatIsLostIsMissedAndStartedAgain) {
     KORVALE_NEEDS(clamd());
     RealClamd clamd;
-    watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
-    ASSERT_TRUE(watchedBy("execute"));
-    makeProgram(file("evil"), RealClamd::badMarker);
-    ASSERT_EQ(runProgram(file("evil")), -EPERM);
+    refuseEvil(clamd);
     const pid_t first = guard();
     m_ear->heard.clear();
     ::kill(first, SIGKILL);
@@ -137,10 +138,7 @@ TEST_F(WatchedAgentTest, NothingIsRefusedBeforeTheEngineHasAnsweredOnce) {
 TEST_F(WatchedAgentTest, AnAllowedContentRuns) {
     KORVALE_NEEDS(clamd());
     RealClamd clamd;
-    watch("block = \"execute\"\n[quarantine]\nunsafe = false\n", &clamd);
-    ASSERT_TRUE(watchedBy("execute"));
-    makeProgram(file("evil"), RealClamd::badMarker);
-    ASSERT_EQ(runProgram(file("evil")), -EPERM);
+    refuseEvil(clamd);
     ASSERT_TRUE(waitUntil([&] { return publishedState(QStringLiteral("evil")) == 1; }));
     const QJsonArray threats = control("Threats").value(QStringLiteral("threats")).toArray();
     ASSERT_EQ(threats.size(), 1);
