@@ -5,6 +5,18 @@
 #include <QStyleOption>
 
 namespace korvale {
+namespace {
+
+void drawFrame(QPainter& painter, const QRect& rect, const QColor& color) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(color);
+    painter.drawRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.restore();
+}
+
+} // namespace
 
 MenuStyle::MenuStyle(QObject* parent) : QProxyStyle(QApplication::style()->name()) {
     setParent(parent);
@@ -13,17 +25,16 @@ MenuStyle::MenuStyle(QObject* parent) : QProxyStyle(QApplication::style()->name(
 void MenuStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                               QPainter* painter, const QWidget* widget) const {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
-    if (element != PE_IndicatorCheckBox) {
-        return;
+    QColor quiet = option->palette.color(QPalette::PlaceholderText);
+    if (element == PE_IndicatorCheckBox) {
+        const bool isCurrent = (option->state & State_Selected) != 0;
+        drawFrame(*painter, option->rect,
+                  isCurrent ? option->palette.color(QPalette::HighlightedText) : quiet);
+    } else if (element == PE_PanelMenu) {
+        static constexpr int faint = 128;
+        quiet.setAlpha(faint);
+        drawFrame(*painter, option->rect, quiet);
     }
-    const bool isCurrent = (option->state & State_Selected) != 0;
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setBrush(Qt::NoBrush);
-    painter->setPen(
-        option->palette.color(isCurrent ? QPalette::HighlightedText : QPalette::PlaceholderText));
-    painter->drawRect(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5));
-    painter->restore();
 }
 
 } // namespace korvale

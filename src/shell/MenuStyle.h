@@ -4,8 +4,9 @@
 
 namespace korvale {
 
-/// Draws menus as the application's style does, but for the frame of a check box: the style derives
-/// its colour from the background alone, so that in a dark palette an empty box is not to be seen.
+/// Draws menus as the application's style does, but for their frames and those of check boxes: the
+/// style derives their colour from the background alone, so that neither an empty box nor where a
+/// menu ends is to be seen in a dark palette.
 class MenuStyle final : public QProxyStyle {
     Q_OBJECT
 

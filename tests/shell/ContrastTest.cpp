@@ -294,6 +294,21 @@ TEST_P(ContrastTest, TheEmptyCheckBoxesOfTheMenuCanBeSeen) {
     }
 }
 
+TEST_P(ContrastTest, WithHighContrastAMenuHasAFrame) {
+    statusMenu.addAction(QStringLiteral("MMMM"));
+    controller().dressStatusMenu();
+    resources.setHighContrast(true);
+    statusMenu.popup(QPoint());
+    QApplication::processEvents();
+    const QImage menu = statusMenu.grab().toImage();
+    const QRgb ground = windowPalette(GetParam(), true).color(QPalette::Window).rgb();
+    for (const QPoint& edge : {QPoint(0, menu.height() / 2), QPoint(menu.width() - 1, 9),
+                               QPoint(menu.width() / 2, 0), QPoint(9, menu.height() - 1)}) {
+        EXPECT_GE(contrast(menu.pixel(edge), ground), leastShapeContrast) << edge.x();
+    }
+    statusMenu.hide();
+}
+
 TEST_P(ContrastTest, WithHighContrastEverythingIsBlackAndWhite) {
     resources.setHighContrast(true);
     QWidget& window = shownWindow();
