@@ -19,14 +19,13 @@ constexpr int answerLimitMs = 5000;
 StatusFollower::StatusFollower(const QDBusConnection& sessionBus, Told told)
     : m_bus(sessionBus), m_program(QString::fromLatin1(statusService)), m_told(std::move(told)) {
     connect(&m_program, &NameOwner::changed, this, &StatusFollower::ask);
-    m_program.follow(m_bus);
     m_bus.connect(QString::fromLatin1(statusService), QString::fromLatin1(statusPath),
                   QStringLiteral("org.freedesktop.DBus.Properties"),
                   QStringLiteral("PropertiesChanged"), this, SLOT(ask()));
     m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                   QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                   this, SLOT(busLost()));
-    QMetaObject::invokeMethod(this, &StatusFollower::ask, Qt::QueuedConnection);
+    m_program.follow(m_bus); // and asks once it is known who is there first
 }
 
 void StatusFollower::ask() {
