@@ -69,6 +69,8 @@ Agent::Agent(ConfigurationFile configuration, GuardProcess guard,
       m_keeper(std::move(keeper)),
       m_cache(std::move(cache)),
       m_engines(m_configuration.current()),
+      m_engineFiles(
+          engineFilesOf(readClamdConfiguration(m_configuration.current().engineConfiguration))),
       m_updates(
           m_units,
           updateSettings(m_configuration.current(), signatureFolder(m_configuration.current())),

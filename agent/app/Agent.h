@@ -120,6 +120,7 @@ private:
     std::unique_ptr<FindingsKeeper> m_keeper;
     std::unique_ptr<VerdictCache> m_cache; ///< null when it cannot be opened
     Engines m_engines;
+    const EngineFiles m_engineFiles; ///< as they were at the start
     SystemdUnits m_units;
     Updates m_updates;
     EngineWatch m_engineWatch;

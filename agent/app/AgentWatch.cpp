@@ -30,7 +30,7 @@ void Agent::configureWatch() {
     const Configuration& configuration = m_configuration.current();
     // A machine whose engine never worked must not be locked out of its own programs.
     const bool check = configuration.blockExecute && m_engineMark.isSet();
-    m_watch.configure(watchOptionsOf(configuration, check));
+    m_watch.configure(watchOptionsOf(configuration, m_engineFiles, check));
     m_exploits.listen(configuration.tellExploits);
 }
 

@@ -2,8 +2,10 @@
 
 namespace korvale::agent {
 
-WatchOptions watchOptionsOf(const Configuration& configuration, bool checkStarts) {
+WatchOptions watchOptionsOf(const Configuration& configuration, const EngineFiles& engine,
+                            bool checkStarts) {
     WatchOptions options;
+    options.engine = engine;
     options.folders = configuration.watchFolders;
     options.checkStarts = checkStarts && !configuration.watchFolders.empty();
     options.maxFileSize = configuration.largestFile;

@@ -6,6 +6,7 @@
 namespace korvale::agent {
 
 /// What is watched, as the configuration wants it; without the agent's own folders.
-[[nodiscard]] WatchOptions watchOptionsOf(const Configuration& configuration, bool checkStarts);
+[[nodiscard]] WatchOptions watchOptionsOf(const Configuration& configuration,
+                                          const EngineFiles& engine, bool checkStarts);
 
 } // namespace korvale::agent

@@ -64,6 +64,8 @@ void take(std::string_view option, std::string_view value, ClamdConfiguration& c
         configuration.databaseFolder = value;
     } else if (option == "TemporaryDirectory" && value.starts_with('/')) {
         configuration.temporaryFolder = value;
+    } else if (option == "User") {
+        configuration.user = value;
     } else if (option == "ScanArchive") {
         configuration.scanArchives = !isNo(value);
     }

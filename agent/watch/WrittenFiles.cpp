@@ -5,6 +5,8 @@
 #include "agent/scan/LowPriority.h"
 #include "agent/watch/WatchedFile.h"
 
+#include <sys/stat.h>
+
 namespace korvale::agent {
 
 /// Judges what a walk through a folder meets.
@@ -151,6 +153,11 @@ bool WrittenFiles::isWorthLooking(const WalkedFile& file, const WatchOptions& op
 }
 
 void WrittenFiles::judge(WalkedFile& file, const WatchOptions& options) {
+    struct stat status {};
+    if (::fstat(file.descriptor.get(), &status) == 0 &&
+        options.engine.contain(file.path(), status.st_uid)) {
+        return; // written before anybody could tell the number of its process
+    }
     const VerdictMemory::Begun begun = m_memory.begin(file);
     Judgement judgement =
         m_engine.judge(file.descriptor.get(), options.fileDeadline, m_stop.get_token());

@@ -42,6 +42,7 @@ TEST(ClamdConfiguration, KnowsWhereAndWhetherClamdUnpacks) {
     EXPECT_TRUE(parseClamdConfiguration("ScanArchive yes").scanArchives);
     EXPECT_EQ(parseClamdConfiguration("TemporaryDirectory /var/tmp").temporaryFolder, "/var/tmp");
     EXPECT_EQ(parseClamdConfiguration("TemporaryDirectory tmp").temporaryFolder, "/tmp");
+    EXPECT_EQ(parseClamdConfiguration("User clamav").user, "clamav");
 }
 
 TEST(ClamdConfiguration, WithoutLimitsStillHasClamdsOwn) {

@@ -60,6 +60,31 @@ TEST_F(WrittenTest, FilesOfTheAgentAndOfTheEngineAreNotJudged) {
     EXPECT_EQ(m_engine.timesSeen("bad temporary"), 0);
 }
 
+TEST_F(WrittenTest, WhatTheEnginesUserWritesInItsFolderIsNotJudged) {
+    constexpr uid_t engine = 4711;
+    const std::string temporary = m_folder / "temporary";
+    ASSERT_EQ(::mkdir(temporary.c_str(), 0755), 0);
+    WatchOptions options;
+    options.folders = {m_folder.path()};
+    options.engine = {temporary, engine};
+    m_watch->configure(options);
+    const auto write = [](const std::string& path, uid_t owner) {
+        byAnother([&] {
+            const UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644));
+            ASSERT_EQ(::fchown(file.get(), owner, 0), 0);
+            const std::string text = "bad " + path;
+            ASSERT_GT(::write(file.get(), text.data(), text.size()), 0);
+        });
+    };
+    write(temporary + "/unpacked", engine);
+    write(temporary + "/of-somebody-else", 1);
+    write(m_folder / "elsewhere", engine);
+    EXPECT_TRUE(finds(temporary + "/of-somebody-else"));
+    EXPECT_TRUE(finds(m_folder / "elsewhere"));
+    settle();
+    EXPECT_EQ(m_engine.timesSeen("bad " + temporary + "/unpacked"), 0);
+}
+
 TEST_F(WrittenTest, AWriterInAnotherMountNamespaceIsSeen) {
     byAnother([this] {
         ASSERT_EQ(::unshare(CLONE_NEWNS), 0);

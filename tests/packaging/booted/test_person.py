@@ -31,7 +31,7 @@ class SeenByAPerson(MachineCase):
         self.eventually("the green shield", lambda: self.state().get("color") == "green")
         self.assertEqual(self.ada.does("korvale-ui", "--status").returncode, 0)
         # Until the agent has said that the policy wants notifications, they are held back.
-        self.eventually("the policy", lambda: self.state()["policy"]["name"], 90)
+        self.eventually("the policy", lambda: self.state()["policy"]["name"] == "Local configuration", 90)
 
     def test_a_bad_file_in_downloads_is_told_and_taken_within_two_seconds(self):
         self.ada.listen_for_bubbles()

@@ -39,6 +39,13 @@ class Service(MachineCase):
         self.assertEqual(self.shown("NRestarts"), "0")
         self.assertEqual(self.shown("ActiveState", "clamav-daemon.service"), "active")
 
+    def test_the_engines_own_files_are_no_threats(self):
+        """At each start the agent gives clamd a known bad file, which clamd unpacks in a watched folder."""
+        for _ in range(5):
+            self.machine.inside("systemctl", "restart", AGENT)
+            self.eventually("the protection", self.is_protected)
+        self.assertEqual(self.control("threats", "--all").get("threats"), [])
+
     def test_only_this_machines_own_file_systems_are_watched(self):
         own = {line.split()[0]: line.split()[1]
                for line in self.machine.says("findmnt", "--noheadings", "--list", "--output=TARGET,FSTYPE").splitlines()}
