@@ -14,7 +14,7 @@ struct ClamdConfiguration {
     std::string localSocket = "/run/clamav/clamd.ctl";
     std::string databaseFolder = "/var/lib/clamav";
     std::string temporaryFolder = "/tmp"; ///< in which clamd unpacks; without it, it scans nothing
-    std::string user; ///< whom clamd becomes; empty: nobody else
+    std::string user;                     ///< whom clamd becomes; empty: nobody else
     bool scanArchives = true;
 
     /// clamd answers "OK" for larger files without having read them. Never above what clamd can
