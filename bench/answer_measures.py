@@ -12,7 +12,7 @@ import dbus.lowlevel
 
 import process_measures as measure
 from desktop_measures import BATCH, ms
-from desktop_session import SessionError
+from desktop_session import HERE, SessionError
 from drivers import host_cache
 from report import Figure
 from tray import ITEM, PROPERTIES, TrayItem
@@ -95,6 +95,26 @@ class IconWatch:
         self._session.close()
 
 
+def answer_under_flood(bench, item):
+    """The menu asked for again and again, without and with 10,000 signals a second of another process."""
+    turns = 50 if bench.quick else 300
+
+    def answered():
+        return statistics.median(seconds_of(item.open_menu) for _ in range(turns))
+    answered()  # what the first opening needs is there from now on
+    calm = answered()
+    with subprocess.Popen(["/usr/bin/python3", str(HERE / "services" / "flooding_neighbour.py"),
+                           bench.session.env["DBUS_SYSTEM_BUS_ADDRESS"], "-", "10000"],
+                          stdout=subprocess.PIPE, text=True) as flood:
+        flood.stdout.readline()  # a second's worth is sent
+        flooded = answered()
+        flood.kill()
+    item.close_menu()
+    return [Figure(GROUP, "the menu, asked for while another process sends 10,000 signals a second",
+                   f"{flooded * 1e3:.2f} ms", f"{calm * 1e3:.2f} ms without", flooded / calm,
+                   "≤ 2 undisturbed", 2.0)]
+
+
 def seconds_of(act):
     begin = time.monotonic()
     act()
@@ -124,6 +144,7 @@ def answers(bench):
     figures = icon_after_signal(bench, item)
     with bench.agent() as agent:
         figures += clicks_during_batches(bench, agent, item, program.pid)
+        figures += answer_under_flood(bench, item)
     item.close()
     program.end()
     return figures, {}

@@ -69,28 +69,46 @@ def used(sessions):
 
 
 def wait_quiet(sessions):
-    """Until the programs have done what there was to do."""
-    before = used(sessions)
-    while True:
-        time.sleep(2)
-        now = used(sessions)
-        if now - before < 0.002 * len(sessions):
-            return
+    """Until the programs have done what there was to do; returns when the last of it was seen."""
+    def read_by_main_threads():
+        return sum(int(pathlib.Path(f"/proc/{session.pid}/schedstat").read_text().split()[0])
+                   for session in sessions) * 1e-9
+    busy, before = time.monotonic(), read_by_main_threads()
+    while time.monotonic() - busy < 2:
+        time.sleep(0.02)
+        now = read_by_main_threads()
+        if now - before > 0.001:  # far more than the polls at rest
+            busy = time.monotonic()
         before = now
+    return busy
+
+
+def reset_peak(pid):
+    """What the program holds, in KiB; its peak counts from here."""
+    pathlib.Path(f"/proc/{pid}/clear_refs").write_text("5")
+    return memory_line(pid, "VmRSS")
+
+
+def memory_line(pid, name):
+    text = pathlib.Path(f"/proc/{pid}/status").read_text()
+    return int(text.split(f"{name}:")[1].split()[0])
 
 
 def burst(bench, agent, sessions):
-    """CPU seconds of all programs, and seconds until the last has read it, for one list."""
+    """CPU seconds of all programs, seconds until the last of them has read it, and by how many KiB
+    each grew meanwhile, together, for one list that all are told of at once."""
     path = bench.folder / "sessions.log"
     subprocess.run([str(bench.binaries / "korvale-bench-batch"), "--mode=generate",
                     f"--repeat={RECORDS}", str(path)], check=True)
     folder = host_cache(bench.session)
     os.replace(path, folder / "file_states.log")
     (folder / "header.log").write_text('{"MessageMask": 1}')
-    before = used(sessions)
+    held = [reset_peak(session.pid) for session in sessions]
+    before, told = used(sessions), time.monotonic()
     agent.tell(f"post {BATCH}")
-    wait_quiet(sessions)
-    return used(sessions) - before
+    last = wait_quiet(sessions) - told
+    grown = sum(memory_line(session.pid, "VmHWM") for session in sessions) - sum(held)
+    return used(sessions) - before, last, grown
 
 
 def sessions(bench):
@@ -115,7 +133,7 @@ def sessions(bench):
         before = used(running)
         time.sleep(seconds)
         rest = (used(running) - before) / seconds
-        read = burst(bench, agent, running)
+        read, last, grown = burst(bench, agent, running)
     bench.clear_host_cache()
     return [
         Figure(GROUP, f"memory of {count} programs at rest (sum of Pss)", mib(proportional),
@@ -124,4 +142,10 @@ def sessions(bench):
         Figure(GROUP, f"processor time of {count} programs at rest, a second", ms(rest),
                f"{ms(rest / count)} each", rest * 1e3 / count, "≤ 1 ms each", 1.0, unit=" ms"),
         Figure(GROUP, f"processor time of {count} programs for a list of {RECORDS:,}", ms(read),
-               f"{ms(read / count)} each", read / count, "none", float("inf"), unit=" s")], {}
+               f"{ms(read / count)} each", read / count, "none", float("inf"), unit=" s"),
+        Figure(GROUP, "the same until the last of them has read it", ms(last),
+               f"{ms(read)} shared by {os.cpu_count()} cores", last * os.cpu_count() / read, "none",
+               float("inf")),
+        Figure(GROUP, "memory that takes together at most, were all at their peak at once", mib(grown),
+               f"{mib(grown / count)} each", grown / count / 1024, "none", float("inf"),
+               unit=" MiB")], {}
