@@ -45,8 +45,11 @@ class Container:
             raise AssertionError(f"the machine does not start:\n{self.console()}") from None
         finally:
             ready.close()
-        children = pathlib.Path(f"/proc/{self.process.pid}/task/{self.process.pid}/children").read_text("ascii")
-        self.leader = int(children.split()[0])
+        self.leader = self._children()[0]
+
+    def _children(self):
+        children = pathlib.Path(f"/proc/{self.process.pid}/task/{self.process.pid}/children")
+        return [int(number) for number in children.read_text("ascii").split()]
 
     def enter(self, *command, **options):
         """A command of root's inside; returns what became of it, with all it said as text."""
@@ -67,6 +70,10 @@ class Container:
 
     def kill(self):
         if self.process is not None:
+            for leader in self._children():  # which would outlive systemd-nspawn; with it go all of its machine
+                os.kill(leader, signal.SIGKILL)
+            with contextlib.suppress(subprocess.TimeoutExpired):
+                self.process.wait(30)  # it ends when they all have
             self.process.kill()
             self.process.wait()
             self.process, self.leader = None, 0
