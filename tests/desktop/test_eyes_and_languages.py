@@ -9,6 +9,7 @@ from desktop_session import BINARIES
 from window_case import READER, WindowCase, text, wait_until, window_of
 
 TABS = ("HPS_Threats", "HPS_Exploits", "HPS_Events", "HPS_ExternalDevices")
+PATH = "/home/ada/見積書.xlsx"
 
 
 class SpokenCase(WindowCase):
@@ -24,13 +25,21 @@ class SpokenCase(WindowCase):
         self.status_item = self.item(self.details)
         self.reported_agent.tell_all("start", "halyx on", "quillmar on", "batch on")
         self.status_item.wait_colour("green")
-        self.publish("threat /home/ada/見積書.xlsx 1 id-x", "analysed 4711")
+        self.publish(f"threat {PATH} 1 id-x", "analysed 4711")
         return self.open_window()
 
     def picture(self, name):
         if PICTURES:
             os.makedirs(PICTURES, exist_ok=True)
             self.desktop.screenshot(os.path.join(PICTURES, f"{name}.png"))
+
+    def names(self):
+        return [name for _, name, _ in self.tree()]
+
+    def check_names(self):
+        nameless = {role for role, name, _ in self.tree() if not name} & {"push button", "page tab", "table", "image",
+                                                                           "text", "frame", "dialog"}
+        self.assertEqual(nameless, set())
 
     def tab_names(self):
         return [name.rpartition(" (")[0] or name.rstrip() for role, name, _ in self.tree() if role == "page tab"]
@@ -84,11 +93,44 @@ class Scales(SpokenCase):
         wait_until(lambda: self.current_tab()[1] == 1, "the row")
         self.check_keys()
         self.check_focus()
+        self.check_names()
+        self.check_details()
+        self.check_notifications()
+        self.check_export()
         self.check_positions()
-        nameless = {role for role, name, _ in self.tree() if not name} & {"push button", "page tab", "table", "image"}
-        self.assertEqual(nameless, set())
         self.press("Escape", "Escape")
         wait_until(lambda: window_of(self.desktop, self.details) is None, "the window to go")
+
+    def check_details(self):
+        self.press("Return")
+        self.wait_text(text("HPS_PaneCopyPath"))
+        self.picture(f"details-{self.factor}")
+        self.check_focus()
+        self.check_names()
+        self.click_at(self.read(f"place:{text('HPS_PaneCopyPath')}"))
+        wait_until(lambda: self.clipboard() == PATH, "the path")
+        self.press("Escape")
+        wait_until(lambda: text("HPS_PaneCopyPath") not in self.names(), "the pane to close")
+
+    def check_notifications(self):
+        self.press("ctrl+n")
+        self.wait_text(text("HPS_ClearNotifications"))
+        self.picture(f"notifications-{self.factor}")
+        self.check_names()
+        self.press("Escape")
+        wait_until(lambda: text("HPS_ClearNotifications") not in self.names(), "the notifications to go")
+
+    def check_export(self):
+        before = self.windows()
+        self.click_at(self.read(f"place:{text('HPS_Export')}"))
+        menu = wait_until(lambda: self.windows() - before, "the menu").pop()
+        self.picture(f"export-{self.factor}")
+        places = dict(line.split("=") for line in
+                      self.desktop.run(["xdotool", "getwindowgeometry", "--shell", menu]).split())
+        self.assertGreaterEqual(int(places["X"]), 0)
+        self.assertLessEqual(int(places["X"]) + int(places["WIDTH"]), 1280)
+        self.press("Escape")
+        wait_until(lambda: self.windows() == before, "the menu to close")
 
     def check_keys(self):
         self.press("ctrl+Next")
@@ -109,7 +151,9 @@ class Scales(SpokenCase):
             reached |= {name for _, name in json.loads(focus)}
             if focus == begin:
                 break
-        wanted = {name for role, name in json.loads(self.read("focusable")) if role != "page tab"}
+        pressable = json.loads(self.read("sensitive"))
+        wanted = {name for role, name in json.loads(self.read("focusable"))
+                  if role != "page tab" and (role != "push button" or name in pressable)}
         self.assertLessEqual(wanted, reached)
 
     def click_at(self, place):
@@ -145,7 +189,48 @@ class Scales(SpokenCase):
         hints = self.desktop.run(["xprop", "-id", window, "WM_NORMAL_HINTS"])
         self.assertIn(f"minimum size: {560 * 3 // 2} by {320 * 3 // 2}", hints)
         wait_until(lambda: self.current_tab()[1] == 1, "the row")
+        self.click_at(self.read("cell:0"))
+        self.check_details()
+        self.check_notifications()
+        self.check_export()
         self.check_positions()
+
+
+class HighContrast(SpokenCase):
+    """As the portal tells it, on a light and on a dark desktop."""
+
+    def color(self, window, x, y):
+        """Of a point of the window, as three bytes."""
+        place = dict(line.split("=") for line in
+                     self.desktop.run(["xdotool", "getwindowgeometry", "--shell", window]).split())
+        return self.desktop.pixels(int(place["X"]) + x, int(place["Y"]) + y, 1, 1)
+
+    def check(self, scheme, ground):
+        self.desktop.start_service("portal", "settings_portal.py", str(scheme), "1")
+        self.addCleanup(self.desktop.stop_part, "portal")
+        window = self.opened()
+        wait_until(lambda: self.color(window, 3, 3) == ground, "the ground of the window")
+        wait_until(lambda: self.current_tab()[1] == 1, "the row")
+        self.click_row(0)
+        self.press("Return")
+        self.wait_text(text("HPS_PaneCopyPath"))
+        self.press("ctrl+f")
+        self.desktop.play("type", "xlsx")
+        wait_until(lambda: "xlsx" in json.loads(self.read("texts")), "the words to find")
+        self.picture(f"contrast-{scheme}-details")
+        x, y = json.loads(self.read(f"size:{text('HPS_ColDetails')}"))
+        self.assertGreater(x * y, 0)
+        self.press("ctrl+n")
+        self.wait_text(text("HPS_ClearNotifications"))
+        told = wait_until(lambda: self.windows() - {window}, "the notifications").pop()
+        wait_until(lambda: self.color(told, 3, 3) == ground, "the ground of the notifications")
+        self.picture(f"contrast-{scheme}-notifications")
+
+    def test_is_black_on_white_on_a_light_desktop(self):
+        self.check(0, b"\xff\xff\xff")
+
+    def test_is_white_on_black_on_a_dark_desktop(self):
+        self.check(1, b"\0\0\0")
 
 
 class ToolkitPositions(DesktopCase):

@@ -1,8 +1,12 @@
 """The whole program on a Wayland compositor (sway, waybar)."""
+import json
+import os
 import unittest
 
+from at_home import PICTURES
 from desktop_case import DesktopCase, wait_until
 from wayland_session import WaylandSession
+from window_case import WindowCase, text
 
 APP_ID = "com.korvale.ui"
 EXIT_LINE = r'^INFO "-\[AppDelegate applicationWillTerminate:\]\(\) Bastion KorvaleUI Exit"$'
@@ -88,6 +92,69 @@ class Wayland(DesktopCase):
         self.desktop.stop_part("panel")
         self.desktop.start_panel()
         self.item(program)
+
+
+class Window(WindowCase):
+    """Worked by keyboard, and read as screen readers do."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = WaylandSession(accessibility=True).__enter__()
+        cls.addClassCleanup(cls.desktop.stop)
+
+    def press(self, *keys):
+        for key in keys:
+            self.desktop.play("key", key)
+
+    def open_window(self):
+        self.desktop.wait_in_front(APP_ID, self.status_item.activate)
+        return wait_until(self.current_tab, "the window's accessibles")
+
+    def opened(self):
+        self.publish("threat /home/ada/alpha.exe 1 id-a", "threat /home/ada/gamma.exe 1 id-c")
+        self.open_window()
+        self.go_to("HPS_Threats", 2)
+
+    def names(self):
+        return [name for _, name, _ in self.tree()]
+
+    def picture(self, name):
+        if PICTURES:
+            os.makedirs(PICTURES, exist_ok=True)
+            self.desktop.screenshot(os.path.join(PICTURES, f"wayland-{name}.png"))
+
+    def test_rows_are_found_and_exported(self):
+        self.opened()
+        self.press("ctrl+f")
+        self.desktop.play("type", "gamma")
+        wait_until(lambda: self.current_tab()[1] == 1, "one row")
+        self.press("ctrl+s", "Return")
+        wait_until(lambda: "threats.csv" in self.read("texts"), "the dialog")
+        self.picture("export-dialog")
+        self.press("Return")
+        path = self.desktop.folder / "home" / "threats.csv"
+        first, second = text("HPS_ExportDone").split("%@")[:2]
+        self.wait_text(f"{first}{path}{second}1")
+        self.assertIn("gamma.exe", path.read_text())
+
+    def test_notifications_are_a_window_of_their_own(self):
+        self.opened()
+        self.press("ctrl+n")
+        self.wait_text(text("HPS_ClearNotifications"))
+        self.picture("notifications")
+        self.press("Escape")
+        wait_until(lambda: text("HPS_ClearNotifications") not in self.names(), "the window to go")
+        self.desktop.wait_in_front(APP_ID)
+
+    def test_larger_text_of_the_portal_enlarges_what_stands_around_the_tables(self):
+        self.open_window()
+        before = json.loads(self.read(f"size:{text('HPS_Notifications')}"))
+        self.desktop.start_service("portal", "settings_portal.py", "0", "0", "1.5")
+        self.cleanup.callback(self.desktop.stop_part, "portal")
+        wait_until(lambda: json.loads(self.read(f"size:{text('HPS_Notifications')}"))[1] >= 1.3 * before[1],
+                   "larger text")
+        self.press("Return")
+        self.picture("large-text")
 
 
 class EndOfTheCompositor(DesktopCase):

@@ -21,10 +21,10 @@ class WaylandSession(DesktopSession):
     name = "sway"
     window_manager = None  # the compositor fills its screen
 
-    def __init__(self, notifications="recording", border="normal"):
+    def __init__(self, notifications="recording", border="normal", accessibility=False):
         """With the border "csd" programs draw their title bars themselves, as on GNOME."""
         self.border = border
-        super().__init__(panel=False, notifications=notifications)
+        super().__init__(panel=False, notifications=notifications, accessibility=accessibility)
 
     def _start(self):
         super()._start()

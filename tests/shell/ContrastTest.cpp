@@ -3,6 +3,7 @@
 #include "platform/NotificationServer.h"
 #include "shell/AboutPanel.h"
 #include "shell/AnswerStrip.h"
+#include "shell/ExportLine.h"
 #include "shell/MarkedAction.h"
 #include "shell/NotificationsWindow.h"
 #include "shell/WindowFixture.h"
@@ -12,12 +13,14 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTextEdit>
 
 #include <cmath>
+#include <ostream>
 
 namespace korvale {
 namespace {
@@ -72,11 +75,21 @@ int seenPixels(const QImage& area) {
     return seen;
 }
 
-class ContrastTest : public WindowFixture, public testing::WithParamInterface<bool> {
+struct Look {
+    const char* name;
+    bool isDark;
+    bool isHighContrast;
+};
+void PrintTo(const Look& look, std::ostream* stream) {
+    *stream << look.name;
+}
+
+class ContrastTest : public WindowFixture, public testing::WithParamInterface<Look> {
 protected:
     void SetUp() override {
         resources.initialize();
-        appearance.set(GetParam() ? QVariant(QStringLiteral("Dark")) : QVariant());
+        appearance.set(GetParam().isDark ? QVariant(QStringLiteral("Dark")) : QVariant());
+        resources.setHighContrast(GetParam().isHighContrast);
         state.customName = QStringLiteral("ada-workstation");
         state.analyzedCount = 128431;
         state.quarantineCount = 12;
@@ -104,7 +117,10 @@ protected:
     }
 
     static void expectLegible(const QImage& window, const QRect& area, const QString& what) {
-        EXPECT_GE(drawnContrast(window.copy(area)), leastContrast) << what.toStdString();
+        const qreal scale = window.devicePixelRatio();
+        const QRect pixels((QPointF(area.topLeft()) * scale).toPoint(),
+                           (QSizeF(area.size()) * scale).toSize());
+        EXPECT_GE(drawnContrast(window.copy(pixels)), leastContrast) << what.toStdString();
     }
 
     static QRect areaOf(const QWidget& part, const QRect& area) {
@@ -198,6 +214,16 @@ TEST_P(ContrastTest, TheAnswerStripCanBeReadWithEveryVerdictAndWithOrWithoutWord
     }
 }
 
+TEST_P(ContrastTest, WhatBecomesOfAnExportCanBeRead) {
+    MainWindow& window = shownWindow();
+    ExportLine line;
+    window.answerStrip().layout()->addWidget(&line);
+    line.showRunning(QStringLiteral("MMMM"));
+    expectLegible(window);
+    line.showResult(QStringLiteral("MMMM"));
+    expectLegible(window);
+}
+
 TEST_P(ContrastTest, RowsCanBeReadSelectedOrNotWithAndWithoutTheFocus) {
     shownWindow();
     fill();
@@ -253,7 +279,7 @@ TEST_P(ContrastTest, TheNotificationsCanBeRead) {
 
 /// What is not on the screen now: tooltips, menus, what is disabled.
 TEST_P(ContrastTest, EveryTextOfThePaletteCanBeReadOnItsBackground) {
-    const QPalette palette = windowPalette(GetParam());
+    const QPalette palette = windowPalette(GetParam().isDark, GetParam().isHighContrast);
     using P = QPalette;
     for (const auto& [text, background] :
          {std::pair{P::WindowText, P::Window}, std::pair{P::Text, P::Base},
@@ -314,18 +340,22 @@ TEST_P(ContrastTest, WithHighContrastEverythingIsBlackAndWhite) {
     QWidget& window = shownWindow();
     controller().updateDisplay();
     expectLegible(window);
-    const QColor ground(GetParam() ? Qt::black : Qt::white);
+    const bool isDark = GetParam().isDark;
+    const QColor ground(isDark ? Qt::black : Qt::white);
     EXPECT_EQ(window.palette().color(QPalette::Window), ground);
     EXPECT_EQ(window.grab().toImage().pixelColor(3, 3), ground);
     EXPECT_EQ(part<QLabel>("deviceName").palette().color(QPalette::PlaceholderText),
-              QColor(GetParam() ? Qt::white : Qt::black));
+              QColor(isDark ? Qt::white : Qt::black));
     resources.setHighContrast(false);
     EXPECT_EQ(window.palette().color(QPalette::Window),
-              windowPalette(GetParam()).color(QPalette::Window));
+              windowPalette(isDark).color(QPalette::Window));
 }
 
-INSTANTIATE_TEST_SUITE_P(LightAndDark, ContrastTest, testing::Bool(),
-                         [](const auto& dark) { return dark.param ? "Dark" : "Light"; });
+INSTANTIATE_TEST_SUITE_P(Looks, ContrastTest,
+                         testing::Values(Look{"Light", false, false}, Look{"Dark", true, false},
+                                         Look{"LightHighContrast", false, true},
+                                         Look{"DarkHighContrast", true, true}),
+                         [](const auto& look) { return look.param.name; });
 
 } // namespace
 } // namespace korvale

@@ -2,7 +2,9 @@
 #include "fakes/RecordingRowBatch.h"
 #include "platform/NotificationServer.h"
 #include "shell/AboutPanel.h"
+#include "shell/AnswerStrip.h"
 #include "shell/ElidedLabel.h"
+#include "shell/ExportLine.h"
 #include "shell/LinkButton.h"
 #include "shell/NotificationsWindow.h"
 #include "shell/Translations.h"
@@ -13,6 +15,7 @@
 #include <QAbstractButton>
 #include <QFontDatabase>
 #include <QLabel>
+#include <QLayout>
 #include <QPlainTextEdit>
 #include <QTabBar>
 
@@ -160,6 +163,21 @@ TEST_P(LabelRoomTest, OfTheButtonsOfADetailedRowInEveryWindow) {
     expectRoom(pane);
     for (const auto* button : pane.findChildren<QAbstractButton*>()) {
         EXPECT_TRUE(pane.rect().contains(button->geometry())) << button->text().toStdString();
+    }
+}
+
+TEST_P(LabelRoomTest, OfTheButtonOfAnExportInTheSmallestWindow) {
+    MainWindow& window = shownWindow();
+    ExportLine line;
+    window.answerStrip().layout()->addWidget(&line);
+    window.resize(window.minimumSize());
+    for (const bool isRunning : {true, false}) {
+        isRunning ? line.showRunning(QString(200, u'M')) : line.showResult(QString(200, u'M'));
+        QApplication::processEvents();
+        const auto* button = line.findChild<QAbstractButton*>();
+        EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
+        EXPECT_TRUE(line.rect().contains(button->geometry())) << button->text().toStdString();
+        EXPECT_TRUE(window.rect().contains(QRect(line.mapTo(&window, QPoint()), line.size())));
     }
 }
 

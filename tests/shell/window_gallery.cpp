@@ -2,9 +2,13 @@
 // in every state worth looking at and saves one picture of each in FOLDER. Not a test by itself: it
 // is for people who judge looks. Set QT_SCALE_FACTOR for other scales and LANGUAGE for other
 // languages.
+#include "core/base/TextFormat.h"
 #include "fakes/RecordingRowBatch.h"
 #include "platform/NotificationServer.h"
+#include "platform/Texts.h"
 #include "shell/AboutPanel.h"
+#include "shell/AnswerStrip.h"
+#include "shell/ExportLine.h"
 #include "shell/MainWindow.h"
 #include "shell/MarkedAction.h"
 #include "shell/NotificationsWindow.h"
@@ -14,6 +18,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QKeyEvent>
+#include <QLayout>
+#include <QLineEdit>
 #include <QTabWidget>
 #include <QTemporaryDir>
 
@@ -124,26 +130,34 @@ public:
         for (const bool dark : {false, true}) {
             appearance.set(dark ? QVariant(QStringLiteral("Dark")) : QVariant());
             const QString look = dark ? QStringLiteral("dark") : QStringLiteral("light");
-            drawTabs(look + u"-empty"_qs);
-            fill(14);
-            drawTabs(look + u"-typical"_qs);
-            drawDetails(look + u"-details"_qs);
-            fill(1000);
-            statusItem.setTrayAvailable(false);
-            drawTabs(look + u"-thousand-notray"_qs);
-            statusItem.setTrayAvailable(true);
-            m_controller.window()->resize(560, 340);
-            drawTabs(look + u"-small"_qs);
-            drawDetails(look + u"-small-details"_qs);
-            m_controller.window()->resize(920, 560);
-            drawAbout(look + u"-about"_qs);
-            drawNotifications(look + u"-notifications"_qs);
-            drawMenu(look + u"-menu"_qs);
-            empty();
+            drawLook(look);
+            resources.setHighContrast(true);
+            drawLook(look + u"-contrast"_qs);
+            resources.setHighContrast(false);
         }
     }
 
 private:
+    void drawLook(const QString& look) {
+        drawTabs(look + u"-empty"_qs);
+        fill(14);
+        drawTabs(look + u"-typical"_qs);
+        drawFoundAndExported(look);
+        drawDetails(look + u"-details"_qs);
+        fill(1000);
+        statusItem.setTrayAvailable(false);
+        drawTabs(look + u"-thousand-notray"_qs);
+        statusItem.setTrayAvailable(true);
+        m_controller.window()->resize(560, 340);
+        drawTabs(look + u"-small"_qs);
+        drawDetails(look + u"-small-details"_qs);
+        m_controller.window()->resize(920, 560);
+        drawAbout(look + u"-about"_qs);
+        drawNotifications(look + u"-notifications"_qs);
+        drawMenu(look + u"-menu"_qs);
+        empty();
+    }
+
     void fill(std::size_t count) {
         fileThreats.loadData(rows(count));
         processThreats.loadData(rows(count, true));
@@ -187,6 +201,21 @@ private:
             tabs->setCurrentIndex(tab);
             draw(*m_controller.window(), name + u'-' + QString::number(tab));
         }
+    }
+
+    void drawFoundAndExported(const QString& look) {
+        MainWindow& window = *m_controller.window();
+        auto* field = window.findChild<QLineEdit*>(QStringLiteral("findField"));
+        field->setText(QStringLiteral("e o"));
+        ExportLine line;
+        window.answerStrip().layout()->addWidget(&line);
+        line.showRunning(formatText(localizedText("HPS_ExportRuns"), {u"threats.csv"_qs}));
+        line.setProgress(40);
+        draw(window, look + u"-exporting"_qs);
+        line.showResult(formatText(localizedText("HPS_ExportDone"),
+                                   {u"/home/ada/Documents/threats.csv"_qs, u"1,034"_qs}));
+        draw(window, look + u"-exported"_qs);
+        field->clear();
     }
 
     /// Of the third row, by keyboard.

@@ -9,6 +9,7 @@ cells: the current table's cells as a JSON list of rows; tips: their description
 titles: the current table's column titles as a JSON list.
 focus: role and name of what has the keyboard, as JSON; focusable: the same of all that can have it.
 place:NAME: the middle of the first thing of that name on the screen, as JSON.
+size:NAME: its width and height, as JSON.
 cell:N: the middle of the first cell of the current table's row N on the screen, as JSON.
 """
 import json
@@ -74,6 +75,11 @@ def middle(node):
     return [box.x + box.width // 2, box.y + box.height // 2]
 
 
+def size(node):
+    box = node.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
+    return [box.width, box.height]
+
+
 def named(node, name):
     if node.get_name() == name and node.get_state_set().contains(Atspi.StateType.SHOWING):
         return node
@@ -126,6 +132,9 @@ def main():
         return
     if what.startswith("place:"):
         print(json.dumps(middle(named(app, what.partition(":")[2]))))
+        return
+    if what.startswith("size:"):
+        print(json.dumps(size(named(app, what.partition(":")[2]))))
         return
     table = find(app, Atspi.Role.TABLE)
     if table is None:
