@@ -35,11 +35,13 @@ void LinkButton::paintEvent(QPaintEvent* /*event*/) {
         painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), look::focusRingRadius,
                                 look::focusRingRadius);
     }
+    const QColor link = palette().color(QPalette::Link);
+    const QColor disabled = palette().color(QPalette::Disabled, QPalette::WindowText);
     QFont drawn = font();
-    drawn.setUnderline(isEnabled() && (underMouse() || isDown()));
+    // With high contrast the colour does not tell.
+    drawn.setUnderline(isEnabled() && (underMouse() || isDown() || link == disabled));
     painter.setFont(drawn);
-    painter.setPen(isEnabled() ? palette().color(QPalette::Link)
-                               : palette().color(QPalette::Disabled, QPalette::WindowText));
+    painter.setPen(isEnabled() ? link : disabled);
     painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
 }
 

@@ -5,7 +5,8 @@
 namespace korvale {
 
 /// A button of nothing but its text, for a quiet row: in the palette's link colour, underlined
-/// while it is pointed at. Space and Enter press it.
+/// while it is pointed at, or as long as it can be pressed where that colour does not say so. Space
+/// and Enter press it.
 class LinkButton final : public QToolButton {
     Q_OBJECT
 

@@ -4,6 +4,7 @@
 #include "shell/AboutPanel.h"
 #include "shell/AnswerStrip.h"
 #include "shell/ExportLine.h"
+#include "shell/LinkButton.h"
 #include "shell/MarkedAction.h"
 #include "shell/NotificationsWindow.h"
 #include "shell/WindowFixture.h"
@@ -185,7 +186,7 @@ protected:
 };
 
 TEST_P(ContrastTest, TheWindowAndItsEmptyTablesCanBeRead) {
-    QWidget& window = shownWindow();
+    QWidget& window = roomyWindow();
     controller().updateDisplay();
     for (int tab = 0; tab < tabView().count(); ++tab) {
         tabView().setCurrentIndex(tab);
@@ -199,7 +200,7 @@ TEST_P(ContrastTest, TheWindowAndItsEmptyTablesCanBeRead) {
 }
 
 TEST_P(ContrastTest, TheAnswerStripCanBeReadWithEveryVerdictAndWithOrWithoutWordsToFind) {
-    MainWindow& window = shownWindow();
+    MainWindow& window = roomyWindow();
     AnswerStrip& strip = window.answerStrip();
     const QString words = QStringLiteral("MMMM");
     for (const Verdict verdict :
@@ -215,7 +216,7 @@ TEST_P(ContrastTest, TheAnswerStripCanBeReadWithEveryVerdictAndWithOrWithoutWord
 }
 
 TEST_P(ContrastTest, WhatBecomesOfAnExportCanBeRead) {
-    MainWindow& window = shownWindow();
+    MainWindow& window = roomyWindow();
     ExportLine line;
     window.answerStrip().layout()->addWidget(&line);
     line.showRunning(QStringLiteral("MMMM"));
@@ -225,7 +226,7 @@ TEST_P(ContrastTest, WhatBecomesOfAnExportCanBeRead) {
 }
 
 TEST_P(ContrastTest, RowsCanBeReadSelectedOrNotWithAndWithoutTheFocus) {
-    shownWindow();
+    roomyWindow();
     fill();
     int tab = 0;
     for (ThreatsTableView* table : tables()) {
@@ -241,7 +242,7 @@ TEST_P(ContrastTest, RowsCanBeReadSelectedOrNotWithAndWithoutTheFocus) {
 }
 
 TEST_P(ContrastTest, TheDetailsOfARowCanBeRead) {
-    QWidget& window = shownWindow();
+    QWidget& window = roomyWindow();
     fill();
     auto* table = tables().front();
     table->setCurrentIndex(table->model()->index(0, 0));
@@ -275,6 +276,16 @@ TEST_P(ContrastTest, TheNotificationsCanBeRead) {
             expectLegible(*window);
         }
     }
+}
+
+TEST_P(ContrastTest, AButtonThatCannotBePressedLooksUnlikeOneThatCan) {
+    LinkButton button;
+    button.setPalette(windowPalette(GetParam().isDark, GetParam().isHighContrast));
+    button.setText(QStringLiteral("MMMM"));
+    button.resize(button.sizeHint());
+    const QImage canBePressed = button.grab().toImage();
+    button.setEnabled(false);
+    EXPECT_NE(button.grab().toImage(), canBePressed);
 }
 
 /// What is not on the screen now: tooltips, menus, what is disabled.
@@ -327,7 +338,7 @@ TEST_P(ContrastTest, WithHighContrastAMenuHasAFrame) {
     statusMenu.popup(QPoint());
     QApplication::processEvents();
     const QImage menu = statusMenu.grab().toImage();
-    const QRgb ground = windowPalette(GetParam(), true).color(QPalette::Window).rgb();
+    const QRgb ground = windowPalette(GetParam().isDark, true).color(QPalette::Window).rgb();
     for (const QPoint& edge : {QPoint(0, menu.height() / 2), QPoint(menu.width() - 1, 9),
                                QPoint(menu.width() / 2, 0), QPoint(9, menu.height() - 1)}) {
         EXPECT_GE(contrast(menu.pixel(edge), ground), leastShapeContrast) << edge.x();
@@ -337,7 +348,7 @@ TEST_P(ContrastTest, WithHighContrastAMenuHasAFrame) {
 
 TEST_P(ContrastTest, WithHighContrastEverythingIsBlackAndWhite) {
     resources.setHighContrast(true);
-    QWidget& window = shownWindow();
+    QWidget& window = roomyWindow();
     controller().updateDisplay();
     expectLegible(window);
     const bool isDark = GetParam().isDark;

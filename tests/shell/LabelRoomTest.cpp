@@ -91,8 +91,8 @@ protected:
     const Translations texts{{QByteArray(GetParam())}};
 };
 
-TEST_P(LabelRoomTest, InTheWindowAsItFirstOpens) {
-    const MainWindow& window = shownWindow();
+TEST_P(LabelRoomTest, InTheWindow) {
+    const MainWindow& window = roomyWindow();
     for (const StatusState status : {StatusState::NotRunning, StatusState::NoNetwork,
                                      StatusState::Running, StatusState::NoDriver}) {
         statusLine.updateStatusMessage(status);

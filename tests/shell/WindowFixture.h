@@ -40,6 +40,14 @@ protected:
         return *m_controller->window();
     }
 
+    /// As large as on a desktop, whatever the platform's screen has room for.
+    MainWindow& roomyWindow() {
+        MainWindow& window = shownWindow();
+        window.resize(920, 560);
+        QApplication::processEvents();
+        return window;
+    }
+
     /// A part of the window, by its name in the layout.
     template <class Widget>
     Widget& part(const char* name) {
