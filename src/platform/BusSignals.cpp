@@ -14,6 +14,7 @@ QString matchRule(const SignalRule& rule) {
             parts << QLatin1String(key) + QLatin1String("='") + value + u'\'';
         }
     };
+    add("sender", rule.sender);
     add("path", rule.path);
     add("interface", rule.interface);
     add("member", rule.member);

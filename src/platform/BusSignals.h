@@ -13,6 +13,9 @@ struct SignalRule {
     QString interface;
     QString member;
     QString firstArgument;
+    /// A name of the bus: it keeps back what others send, a flood included. Only on a bus that
+    /// SystemBus made; elsewhere all senders are heard.
+    QString sender{};
 };
 
 /// Connects `slot`, SLOT(name(QDBusMessage)), to the signals of a message bus, whoever sends them:

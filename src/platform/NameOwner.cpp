@@ -19,7 +19,7 @@ void NameOwner::follow(const QDBusConnection& bus) {
         return;
     }
     const QDBusMessage call = busCall("NameOwnerChanged");
-    hearSignals(m_bus, {call.path(), call.interface(), call.member(), m_name}, this,
+    hearSignals(m_bus, {call.path(), call.interface(), call.member(), m_name, call.service()}, this,
                 SLOT(onNameOwnerChanged(QDBusMessage)));
     ask();
 }

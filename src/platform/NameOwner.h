@@ -27,6 +27,7 @@ public:
     void forget();
 
     [[nodiscard]] bool isKnown() const { return m_state == State::Known; }
+    [[nodiscard]] const QString& name() const { return m_name; }
     /// The owner's unique name; empty: nobody, or not known.
     [[nodiscard]] const QString& owner() const { return m_owner; }
     [[nodiscard]] Is compare(const QString& uniqueName) const;

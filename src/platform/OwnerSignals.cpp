@@ -17,8 +17,9 @@ OwnerSignals::OwnerSignals(const NameOwner& owner, QObject* parent)
     connect(&owner, &NameOwner::changed, this, &OwnerSignals::decide);
 }
 
-bool OwnerSignals::hear(const QDBusConnection& bus, const SignalRule& rule) {
+bool OwnerSignals::hear(const QDBusConnection& bus, SignalRule rule) {
     m_undecided.clear(); // of an earlier connection
+    rule.sender = m_owner.name();
     return hearSignals(bus, rule, this, SLOT(onSignal(QDBusMessage)));
 }
 

@@ -22,7 +22,7 @@ public:
 
     /// From now on, on this connection; before `owner` follows its name there, so that nothing is
     /// missed once the owner is known. False when they cannot be heard.
-    bool hear(const QDBusConnection& bus, const SignalRule& rule);
+    bool hear(const QDBusConnection& bus, SignalRule rule);
 
 Q_SIGNALS:
     void received(const QDBusMessage& signal);

@@ -11,8 +11,19 @@
 #include <utility>
 
 namespace korvale {
+
+/// Who has sent what comes to a connection by which the program hears the agent.
+class Senders final : public QObject {
+    Q_OBJECT
+public:
+    QStringList names;
+public Q_SLOTS:
+    void hear(const QDBusMessage& message) { names << message.service(); }
+};
+
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -66,6 +77,33 @@ TEST_F(AgentSignalsTest, AllTwentyAreHeardInTheOrderSent) {
         EXPECT_TRUE(waitUntil([&] { return listener.heard.size() >= expected.size(); }));
     }
     EXPECT_EQ(listener.heard, expected);
+}
+
+TEST_F(AgentSignalsTest, WhatOthersSendTheBusKeepsBack) {
+    joinBus();
+    Senders senders;
+    QDBusConnection connection = bus.connection();
+    QStringList interfaces = agentNotificationInterfaces();
+    interfaces << QStringLiteral("com.korvale.agent_server")
+               << QStringLiteral("org.freedesktop.DBus");
+    for (const QString& interface : std::as_const(interfaces)) {
+        ASSERT_TRUE(connection.connect(QString(), QString(), interface, QString(), &senders,
+                                       SLOT(hear(QDBusMessage))));
+    }
+    BusAgent agent(daemon.address());
+    ASSERT_TRUE(agent.takeName());
+    BusAgent other(daemon.address());
+    for (const AgentNotificationRow& row : agentNotificationTable) {
+        other.post(QString::fromLatin1(row.name));
+    }
+    other.postMessage({});
+    other.postOwnerChange(QStringLiteral("com.korvale.agent_server"), agent.uniqueName(), {});
+    other.flush();
+    const AgentNotificationRow& mark = agentNotificationTable.front();
+    agent.post(QString::fromLatin1(mark.name));
+    heardUpTo(mark.code);
+    EXPECT_THAT(senders.names, Contains(agent.uniqueName()));
+    EXPECT_FALSE(senders.names.contains(other.uniqueName())) << "a flood does not wake the program";
 }
 
 TEST_F(AgentSignalsTest, OfSeveralBatchesThatWaitTheLastStandsForAll) {
@@ -238,3 +276,5 @@ TEST_F(AgentSignalsTest, WithoutABusAtStartTheAgentIsHeardOnceThereIsOne) {
 
 } // namespace
 } // namespace korvale
+
+#include "AgentSignalsTest.moc"
