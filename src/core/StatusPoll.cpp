@@ -18,7 +18,6 @@ namespace {
 constexpr double agentSilenceLimit = 300;
 constexpr double queryPeriod = 60;
 constexpr double statusRefreshPeriod = 2.5;
-constexpr double heldUpPeriod = 10;
 
 /// What never happened is longer ago than anything.
 double secondsSince(std::optional<double> moment, double now) {
@@ -36,11 +35,10 @@ StatusPoll::StatusPoll(AppState& state, const StatusPollParts& parts,
 
 void StatusPoll::timerFired() {
     const double now = m_parts.clock.now();
-    const bool mayHaveMissed = wasHeldUp(now);
     if (displayUpdaterStatus()) {
         return; // everything else waits for the next tick
     }
-    if (!mayHaveMissed && secondsSince(m_state.lastAgentReportTime, now) >= agentSilenceLimit) {
+    if (secondsSince(m_state.lastAgentReportTime, now) >= agentSilenceLimit) {
         m_state.agentIsAway = true;
         m_parts.status.updateStatusMessage(StatusState::NotRunning);
     }
@@ -55,13 +53,6 @@ void StatusPoll::timerFired() {
         m_shownDeviceName = m_state.customName;
         m_parts.deviceName.showDeviceName();
     }
-}
-
-/// True at the first tick after a long pause: the process was stopped, or the main thread was busy.
-/// What the agent said meanwhile is heard before it is taken for silent, at the next tick.
-bool StatusPoll::wasHeldUp(double now) {
-    const std::optional<double> last = std::exchange(m_lastTick, now);
-    return last && now - *last >= heldUpPeriod;
 }
 
 /// True when there was a new status file, whether or not it could be read.

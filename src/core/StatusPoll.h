@@ -41,7 +41,6 @@ public:
     void timerFired();
 
 private:
-    [[nodiscard]] bool wasHeldUp(double now);
     [[nodiscard]] bool displayUpdaterStatus();
     void sendQueries();
     void applyCustomName(const ServiceReply& reply);
@@ -51,7 +50,6 @@ private:
     AppState& m_state;
     StatusPollParts m_parts;
     UpdaterStatusFolder m_updaterStatus;
-    std::optional<double> m_lastTick;
     std::optional<double> m_lastQueryTime;
     QString m_shownDeviceName;
 };

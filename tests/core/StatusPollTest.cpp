@@ -194,17 +194,6 @@ TEST_F(StatusPollTest, SilenceIsRepeatedUntilTheAgentReports) {
     EXPECT_EQ(tick(1), QStringList());
 }
 
-TEST_F(StatusPollTest, AfterItWasStoppedItHearsTheAgentBeforeItTakesItForSilent) {
-    tick();
-    state.agentIsAway = false;
-    EXPECT_FALSE(tick(3600).contains(notRunning));
-    EXPECT_FALSE(state.agentIsAway);
-    state.lastAgentReportTime = clock.seconds; // what was sent meanwhile
-    EXPECT_FALSE(tick(2.5).contains(notRunning));
-    EXPECT_FALSE(tick(3600).contains(notRunning));
-    EXPECT_TRUE(tick(2.5).contains(notRunning)) << "this time nothing was";
-}
-
 TEST_F(StatusPollTest, AfterItWasStoppedItAsksOnce) {
     tick();
     for (const auto& request : std::vector(channel.requests)) {
