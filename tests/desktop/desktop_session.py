@@ -6,6 +6,7 @@ import pathlib
 import random
 import shutil
 import signal
+import socket
 import subprocess
 import tempfile
 import time
@@ -26,6 +27,14 @@ LEAKING_NAMES = ("DISPLAY", "WAYLAND_DISPLAY", "SESSION_MANAGER", "XAUTHORITY", 
 
 class SessionError(Exception):
     """A part of the desktop did not come up."""
+
+
+def accepts_clients(path):
+    """A socket is there before anybody listens on it."""
+    with socket.socket(socket.AF_UNIX) as client, contextlib.suppress(OSError):
+        client.connect(str(path))
+        return True
+    return False
 
 
 def wait_until(condition, what, timeout=20.0):
@@ -226,15 +235,15 @@ class DesktopSession:
             (self.folder / "services" / service.name).write_text("\n".join(lines) + "\n")
         self._start_bus("session-bus", "run/bus")
 
-    def _start_bus(self, name, socket):
-        path = self.folder / socket
+    def _start_bus(self, name, where):
+        path = self.folder / where
         path.unlink(missing_ok=True)
         config = self.folder / f"{name}.conf"
         template = (HERE / "conf" / f"{name}.conf.in").read_text()
         config.write_text(template.replace("@DIR@", str(self.folder)))
         self.start_part(name, ["dbus-daemon", f"--config-file={config}", "--nofork",
                                "--nopidfile", "--nosyslog"])
-        self._wait_part(name, path.is_socket)
+        self._wait_part(name, lambda: accepts_clients(path))
 
     def _start_display(self):
         # A number of its own for each server, since several tests run side by side; without reset,
