@@ -142,6 +142,7 @@ class Scales(SpokenCase):
 
     def check_focus(self):
         """Tab reaches everything that can have the keyboard, the tab bar standing for its tabs."""
+        self.wait_text("Demonstration machine")  # asked for with the first poll: a label changes its name
         reached = set()
         begin = focus = self.read("focus")
         while True:
