@@ -12,12 +12,15 @@ const fuzz::Grammar& fuzz::targetGrammar() {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArray content = QByteArrayView(data, static_cast<qsizetype>(size)).toByteArray();
-    const auto plain = parseDesktopEntry(content, {});
-    const auto german = parseDesktopEntry(content, {"de_AT@x", "de_AT", "de"});
+    const std::string_view text(content.constData(), size);
+    const auto plain = parseDesktopEntry(text, {});
+    const auto german = parseDesktopEntry(text, {"de_AT@x", "de_AT", "de"});
     fuzz::require(!plain || german); // another language never takes an entry away
     for (const auto& entry : {plain, german}) {
         if (entry) {
-            fuzz::require(!entry->program.isEmpty() && entry->name.isValidUtf16());
+            fuzz::require(!entry->program.empty() && entry->name.isValidUtf16());
+            fuzz::require(mayStart(
+                text, [&entry](const std::string& program) { return program == entry->program; }));
             ++fuzz::taken;
         }
     }

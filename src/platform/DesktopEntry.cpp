@@ -2,18 +2,12 @@
 
 #include "core/base/Blanks.h"
 
-#include <QList>
-
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
 namespace korvale {
 namespace {
-
-QByteArray bytes(std::string_view text) {
-    return {text.data(), static_cast<qsizetype>(text.size())};
-}
 
 /// Without the blanks at both ends.
 std::string_view trimmed(std::string_view text) {
@@ -27,11 +21,8 @@ std::string_view trimmed(std::string_view text) {
 }
 
 /// Undoes the escapes that every text value may have.
-QByteArray unescaped(std::string_view value) {
-    if (value.find('\\') == std::string_view::npos) { // nearly always
-        return bytes(value);
-    }
-    QByteArray result;
+std::string unescaped(std::string_view value) {
+    std::string result;
     for (std::size_t i = 0; i < value.size(); ++i) {
         if (value[i] != '\\' || i + 1 == value.size()) {
             result += value[i];
@@ -58,21 +49,27 @@ QByteArray unescaped(std::string_view value) {
 }
 
 /// The first word of a command line: up to a blank, or between quotes with backslash escapes.
-QByteArray firstWord(const QByteArray& commandLine) {
-    const QByteArray line = commandLine.trimmed();
-    if (!line.startsWith('"')) {
-        const auto end = std::find_if(line.begin(), line.end(),
-                                      [](char c) { return c == ' ' || c == '\t' || c == '\n'; });
-        return line.left(std::distance(line.begin(), end));
+std::string firstWord(std::string_view commandLine) {
+    const std::string_view line = trimmed(commandLine);
+    if (!line.starts_with('"')) {
+        const auto* const end = std::find_if(
+            line.begin(), line.end(), [](char c) { return c == ' ' || c == '\t' || c == '\n'; });
+        return {line.begin(), end};
     }
-    QByteArray word;
-    for (qsizetype i = 1; i < line.size() && line[i] != '"'; ++i) {
+    std::string word;
+    for (std::size_t i = 1; i < line.size() && line[i] != '"'; ++i) {
         if (line[i] == '\\' && i + 1 < line.size()) {
             ++i;
         }
         word += line[i];
     }
     return word;
+}
+
+/// What the value of an "Exec" starts.
+std::string programIn(std::string_view exec) {
+    return exec.find('\\') == std::string_view::npos ? firstWord(exec) // nearly always
+                                                     : firstWord(unescaped(exec));
 }
 
 /// How much "Name[language]" is wanted: 0 most; one past the last is the plain "Name". `key` begins
@@ -124,7 +121,7 @@ public:
         const std::string_view key = trimmed(line.substr(0, equals));
         const std::string_view value = trimmed(line.substr(equals + 1));
         if (key == "Exec") {
-            m_entry.program = firstWord(unescaped(value));
+            m_entry.program = programIn(value);
         } else if (key == "Type") {
             m_isApplication = value == "Application";
         } else if (key == "Hidden") {
@@ -137,7 +134,7 @@ public:
     }
 
     [[nodiscard]] std::optional<DesktopEntry> entry() const {
-        const bool usable = m_isApplication && !m_isHidden && !m_entry.program.isEmpty() &&
+        const bool usable = m_isApplication && !m_isHidden && !m_entry.program.empty() &&
                             m_rank <= m_languages.size();
         return usable ? std::optional(m_entry) : std::nullopt;
     }
@@ -146,7 +143,7 @@ private:
     void takeName(std::size_t rank, std::string_view value) {
         if (rank < m_rank) {
             m_rank = rank;
-            m_entry.name = QString::fromUtf8(unescaped(value));
+            m_entry.name = QString::fromStdString(unescaped(value));
         }
     }
 
@@ -157,17 +154,29 @@ private:
     bool m_isHidden = false;
 };
 
+/// Up to the line feed or the end.
+std::string_view lineAt(const char* begin, const char* end) {
+    const void* feed = std::memchr(begin, '\n', static_cast<std::size_t>(end - begin));
+    return {begin, feed ? static_cast<const char*>(feed) : end};
+}
+
+/// Only blanks stand before `at` in its line.
+bool beginsLine(const char* begin, const char* at) {
+    while (at > begin && at[-1] != '\n' && isBlank(at[-1])) {
+        --at;
+    }
+    return at == begin || at[-1] == '\n';
+}
+
 } // namespace
 
-std::optional<DesktopEntry> parseDesktopEntry(const QByteArray& content,
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view content,
                                               const std::vector<QByteArray>& languages) {
     Reader reader(languages);
     bool inMainGroup = false;
-    const char* const end = content.constData() + content.size();
-    for (const char* next = content.constData(); next < end;) {
-        const auto* feed =
-            static_cast<const char*>(std::memchr(next, '\n', static_cast<std::size_t>(end - next)));
-        const std::string_view line(next, static_cast<std::size_t>((feed ? feed : end) - next));
+    const char* const end = content.data() + content.size();
+    for (const char* next = content.data(); next < end;) {
+        const std::string_view line = lineAt(next, end);
         next += line.size() + 1;
         const char first = line.empty() ? '#' : line.front();
         if (first == '[') {
@@ -180,6 +189,33 @@ std::optional<DesktopEntry> parseDesktopEntry(const QByteArray& content,
         }
     }
     return reader.entry();
+}
+
+bool mayStart(std::string_view content, const std::function<bool(const std::string&)>& isWanted) {
+    static constexpr std::string_view key = "Exec";
+    std::string last; // the actions of an entry mostly start its program again
+    for (std::size_t at = content.find('E'); at != std::string_view::npos;
+         at = content.find('E', at + 1)) {
+        if (!content.substr(at).starts_with(key) ||
+            !beginsLine(content.data(), content.data() + at)) {
+            continue;
+        }
+        const std::string_view line =
+            lineAt(content.data() + at + key.size(), content.data() + content.size());
+        const std::size_t equals = line.find('=');
+        if (equals == std::string_view::npos) {
+            continue;
+        }
+        std::string program = programIn(trimmed(line.substr(equals + 1)));
+        if (program.empty() || program == last) {
+            continue;
+        }
+        if (isWanted(program)) {
+            return true;
+        }
+        last = std::move(program);
+    }
+    return false;
 }
 
 } // namespace korvale

@@ -1,22 +1,22 @@
 #include "platform/DesktopEntryIndex.h"
 
-#include "platform/SmallFile.h"
+#include "platform/RegularFile.h"
 #include "platform/UserLanguages.h"
 #include "platform/XdgFolders.h"
 
 #include <QFile>
 #include <QList>
 
-#include <algorithm>
 #include <dirent.h>
 #include <memory>
 #include <string_view>
 #include <sys/stat.h>
+#include <tuple>
 
 namespace korvale {
 namespace {
 
-constexpr qint64 largestEntry = 1 << 20;
+constexpr std::size_t largestEntry = 1 << 20;
 
 std::vector<std::string> folders(const QByteArray& list) {
     std::vector<std::string> result;
@@ -28,57 +28,11 @@ std::vector<std::string> folders(const QByteArray& list) {
     return result;
 }
 
-template <typename Key>
-void addTo(std::map<Key, DesktopEntry>& entries, const Key& key, const DesktopEntry& entry) {
-    const auto [known, isNew] = entries.emplace(key, entry);
-    if (!isNew && entry.isShown && !known->second.isShown) {
-        known->second = entry;
-    }
-}
-
-template <typename Key>
-std::optional<QString> nameIn(const std::map<Key, DesktopEntry>& entries, const Key& key) {
-    const auto found = entries.find(key);
-    return found == entries.end() ? std::nullopt : std::optional(found->second.name);
-}
-
-struct EntryFile {
-    std::string id; ///< path below the folder, slashes as hyphens
-    std::string path;
-};
-
 bool isFolder(const dirent& entry, const std::string& path) {
     struct stat status {};
     return entry.d_type == DT_DIR ||
            (entry.d_type == DT_UNKNOWN && ::lstat(path.c_str(), &status) == 0 &&
             S_ISDIR(status.st_mode));
-}
-
-/// Adds the entries in `folder`, whose path below the data folder's begins each id, and below it.
-/// Not by std::filesystem, which takes every path apart, at every start.
-void addEntryFiles(const std::string& folder, const std::string& idPrefix,
-                   std::vector<EntryFile>& files) {
-    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), ::closedir);
-    while (const dirent* entry = open ? ::readdir(open.get()) : nullptr) {
-        const std::string_view name(entry->d_name);
-        std::string path = folder;
-        path.append("/").append(name);
-        std::string id = idPrefix;
-        id.append(name);
-        if (name != "." && name != ".." && isFolder(*entry, path)) {
-            addEntryFiles(path, id.append("-"), files);
-        } else if (name.ends_with(".desktop")) {
-            files.push_back({std::move(id), std::move(path)});
-        }
-    }
-}
-
-std::vector<EntryFile> entryFiles(const std::string& folder) {
-    std::vector<EntryFile> files;
-    addEntryFiles(folder, {}, files);
-    std::sort(files.begin(), files.end(),
-              [](const EntryFile& a, const EntryFile& b) { return a.id < b.id; });
-    return files;
 }
 
 } // namespace
@@ -92,50 +46,86 @@ DesktopEntryIndex::Sources DesktopEntryIndex::environment() {
     return {folders(dataHome + ':' + dataDirs), folders(qgetenv("PATH")), userLanguages()};
 }
 
-DesktopEntryIndex::DesktopEntryIndex(const Sources& sources) {
-    for (const std::string& folder : sources.dataFolders) {
-        readFolder(folder + "/applications", sources);
-    }
-}
-
-void DesktopEntryIndex::readFolder(const std::string& folder, const Sources& sources) {
-    std::vector<EntryFile> files = entryFiles(folder);
-    for (const EntryFile& file : files) {
-        if (m_ids.contains(file.id)) {
-            continue;
-        }
-        const std::optional<QByteArray> content = readSmallFile(file.path.c_str(), largestEntry);
-        if (!content) {
-            continue;
-        }
-        if (const auto entry = parseDesktopEntry(*content, sources.languages)) {
-            add(*entry, sources.programFolders);
-        }
-    }
-    for (EntryFile& file : files) {
-        m_ids.insert(std::move(file.id));
-    }
-}
-
-void DesktopEntryIndex::add(const DesktopEntry& entry,
-                            const std::vector<std::string>& programFolders) {
-    const std::string program = entry.program.toStdString();
-    if (program.starts_with('/')) {
-        if (const auto id = fileId(program)) {
-            addTo(m_entries, *id, entry);
+DesktopEntryIndex::DesktopEntryIndex(const Sources& sources,
+                                     const std::vector<std::string>& executables) {
+    for (const std::string& executable : executables) {
+        if (const auto id = fileId(executable)) {
+            m_best[*id];
         } else {
-            addTo(m_entriesOfGone, program, entry);
+            m_bestOfGone[executable];
         }
+    }
+    for (std::size_t number = 0; number < sources.dataFolders.size(); ++number) {
+        std::string folder = sources.dataFolders[number] + "/applications";
+        readFolder(folder, {}, number, sources);
+    }
+}
+
+void DesktopEntryIndex::readFolder(std::string& path, const std::string& idPrefix,
+                                   std::size_t number, const Sources& sources) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(path.c_str()), ::closedir);
+    const std::size_t length = path.append("/").size();
+    // Not by std::filesystem, which takes every path apart, at every start.
+    while (const dirent* entry = folder ? ::readdir(folder.get()) : nullptr) {
+        const std::string_view name(entry->d_name);
+        path.resize(length);
+        path.append(name);
+        if (name != "." && name != ".." && isFolder(*entry, path)) {
+            readFolder(path, std::string(idPrefix).append(name).append("-"), number, sources);
+        } else if (name.ends_with(".desktop")) {
+            const auto [seen, isNew] =
+                m_ids.try_emplace(std::string(idPrefix).append(name), number);
+            if (isNew || seen->second == number) {
+                readEntry(path, number, seen->first, sources);
+            }
+        }
+    }
+}
+
+void DesktopEntryIndex::readEntry(const std::string& path, std::size_t folder,
+                                  const std::string& id, const Sources& sources) {
+    const auto file = RegularFile::open(path.c_str(), largestEntry);
+    const auto bytes = file ? file->readAll() : std::nullopt;
+    const std::string_view content =
+        bytes ? std::string_view(bytes->bytes.get(), bytes->size) : std::string_view();
+    // Few entries are of what runs, and all are looked at at every start.
+    if (!mayStart(content, [this, &sources](const std::string& program) {
+            return bestOf(program, sources.programFolders) != nullptr;
+        })) {
         return;
     }
-    for (std::string path : programFolders) {
-        path += '/';
-        path += program;
+    const auto entry = parseDesktopEntry(content, sources.languages);
+    Best* const best = entry ? bestOf(entry->program, sources.programFolders) : nullptr;
+    if (!best) {
+        return;
+    }
+    Best found{entry->name, entry->isShown, folder, id};
+    const auto rank = [](const Best& one) {
+        return std::tuple<bool, std::size_t, const std::string&>(!one.isShown, one.folder, one.id);
+    };
+    if (!best->name || rank(found) < rank(*best)) {
+        *best = std::move(found);
+    }
+}
+
+DesktopEntryIndex::Best* DesktopEntryIndex::bestOf(const std::string& program,
+                                                   const std::vector<std::string>& programFolders) {
+    const auto in = [](auto& all, const auto& key) {
+        const auto found = all.find(key);
+        return found == all.end() ? nullptr : &found->second;
+    };
+    if (program.starts_with('/')) {
+        const auto id = fileId(program);
+        return id ? in(m_best, *id) : in(m_bestOfGone, program);
+    }
+    std::string path;
+    for (const std::string& folder : programFolders) {
+        path.assign(folder).append("/").append(program);
         if (const auto id = fileId(path)) {
-            addTo(m_entries, *id, entry);
-            return;
+            return in(m_best, *id);
         }
     }
+    return nullptr;
 }
 
 std::optional<DesktopEntryIndex::FileId> DesktopEntryIndex::fileId(const std::string& path) {
@@ -147,8 +137,12 @@ std::optional<DesktopEntryIndex::FileId> DesktopEntryIndex::fileId(const std::st
 }
 
 std::optional<QString> DesktopEntryIndex::nameOf(const std::string& executable) const {
+    const auto nameIn = [](const auto& all, const auto& key) {
+        const auto found = all.find(key);
+        return found == all.end() ? std::nullopt : found->second.name;
+    };
     const auto id = fileId(executable);
-    return id ? nameIn(m_entries, *id) : nameIn(m_entriesOfGone, executable);
+    return id ? nameIn(m_best, *id) : nameIn(m_bestOfGone, executable);
 }
 
 } // namespace korvale

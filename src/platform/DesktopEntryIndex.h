@@ -9,15 +9,15 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace korvale {
 
-/// Names of applications by their executable, from the desktop entries of some data folders.
-/// Where several entries name one executable, one that menus show comes before helpers that they do
-/// not, then the first folder's, then the first by id.
+/// Names of running applications, from the desktop entries of some data folders. Where several
+/// entries name one executable, one that menus show comes before helpers that they do not, then the
+/// first folder's, then the first by id.
 class DesktopEntryIndex {
 public:
     struct Sources {
@@ -26,10 +26,11 @@ public:
         std::vector<QByteArray> languages;
     };
 
-    /// Reads all entries at once.
-    explicit DesktopEntryIndex(const Sources& sources);
+    /// Looks through all entries at once, for the names of these `executables` alone: absolute
+    /// paths without links, whether the file still exists or not.
+    DesktopEntryIndex(const Sources& sources, const std::vector<std::string>& executables);
 
-    /// `executable` is an absolute path without links, whether it still exists or not.
+    /// `executable` is one of those given.
     [[nodiscard]] std::optional<QString> nameOf(const std::string& executable) const;
 
     /// What the environment says: XDG_DATA_HOME, XDG_DATA_DIRS, PATH and the user's languages.
@@ -38,14 +39,29 @@ public:
 private:
     using FileId = std::pair<std::uint64_t, std::uint64_t>; ///< device and inode
 
-    void readFolder(const std::string& folder, const Sources& sources);
-    void add(const DesktopEntry& entry, const std::vector<std::string>& programFolders);
+    /// What the best entry so far says; before the first there is no name.
+    struct Best {
+        std::optional<QString> name;
+        bool isShown = false;
+        std::size_t folder = 0; ///< which of the data folders
+        std::string id;         ///< the entry's
+    };
+
+    /// Reads the entries in the folder `path` and below it, of the data folder `number`. `idPrefix`
+    /// is the way from there to here, slashes as hyphens. What is left in `path` is of no use.
+    void readFolder(std::string& path, const std::string& idPrefix, std::size_t number,
+                    const Sources& sources);
+    void readEntry(const std::string& path, std::size_t folder, const std::string& id,
+                   const Sources& sources);
+    /// Where the name belongs of what `program`, a path or a name, starts; null: nowhere.
+    [[nodiscard]] Best* bestOf(const std::string& program,
+                               const std::vector<std::string>& programFolders);
     [[nodiscard]] static std::optional<FileId> fileId(const std::string& path);
 
-    std::unordered_set<std::string>
-        m_ids; ///< seen already: an earlier folder's entry hides a later one's
-    std::map<FileId, DesktopEntry> m_entries;
-    std::map<std::string, DesktopEntry> m_entriesOfGone; ///< "Exec" paths where no file is now
+    /// The data folder of each entry seen: an earlier one's hides a later one's of the same id.
+    std::unordered_map<std::string, std::size_t> m_ids;
+    std::map<FileId, Best> m_best;
+    std::map<std::string, Best> m_bestOfGone; ///< by path, where no file is now
 };
 
 } // namespace korvale

@@ -57,7 +57,7 @@ std::optional<Program> hiddenProgram(const std::string& folder) {
 /// than the user (by set-user-ID or capabilities) hides its executable.
 std::optional<Program> programOf(const std::string& folder) {
     static constexpr std::string_view deleted = " (deleted)";
-    std::array<char, PATH_MAX> target{};
+    std::array<char, PATH_MAX> target; // filled as far as readlink says
     const ssize_t length = ::readlink((folder + "/exe").c_str(), target.data(), target.size());
     if (length < 0) {
         return errno == ENOENT ? std::nullopt : hiddenProgram(folder);
@@ -143,10 +143,10 @@ std::vector<RunningApplication> ProcRunningApplications::list() const {
     const auto pathOf = [this](pid_t pid) { return m_place.proc + '/' + std::to_string(pid); };
     while (const dirent* entry = folder ? ::readdir(folder.get()) : nullptr) {
         const std::optional<pid_t> pid = pidOf(entry->d_name);
-        if (!pid || !isUsers(m_place, pathOf(*pid))) {
+        const std::string process = pid ? pathOf(*pid) : std::string();
+        if (!pid || !isUsers(m_place, process)) {
             continue;
         }
-        const std::string process = pathOf(*pid);
         const std::optional<Program> program = programOf(process);
         if (!program || isElsewhere(process)) {
             continue;
@@ -165,7 +165,13 @@ std::vector<RunningApplication> ProcRunningApplications::list() const {
             former = {former.name, *pid, start};
         }
     }
-    const DesktopEntryIndex names(m_entries);
+    std::vector<std::string> executables;
+    for (const auto& [executable, process] : oldest) {
+        if (executable.starts_with('/')) {
+            executables.push_back(executable);
+        }
+    }
+    const DesktopEntryIndex names(m_entries, executables);
     std::vector<RunningApplication> applications;
     for (const auto& [executable, process] : oldest) {
         const auto entry = executable.starts_with('/') ? names.nameOf(executable) : std::nullopt;

@@ -20,20 +20,44 @@ using testing::Pair;
 struct EntryCase {
     const char* name;
     QByteArray content;
-    std::optional<std::pair<QString, QByteArray>> result; ///< name, program
+    std::optional<std::pair<QString, std::string>> result; ///< name, program
 };
 class DesktopEntries : public testing::TestWithParam<EntryCase> {};
 
 TEST_P(DesktopEntries, AreRead) {
-    const auto entry = parseDesktopEntry(GetParam().content, {"de_AT", "de"});
+    const std::string content = GetParam().content.toStdString();
+    const auto entry = parseDesktopEntry(content, {"de_AT", "de"});
     ASSERT_EQ(entry.has_value(), GetParam().result.has_value());
     if (entry) {
         EXPECT_EQ(entry->name, GetParam().result->first);
         EXPECT_EQ(entry->program, GetParam().result->second);
+        EXPECT_TRUE(mayStart(content, [&entry](const std::string& program) {
+            return program == entry->program;
+        })) << "the cheap look must not miss it";
     }
 }
 
-std::pair<QString, QByteArray> named(const char* name, const char* program) {
+TEST(DesktopEntryLooks, NameEachProgramOnceUntilOneIsWanted) {
+    std::vector<std::string> asked;
+    const auto lookAt = [&asked](const char* content, const char* wanted) {
+        asked.clear();
+        return mayStart(content, [&asked, wanted](const std::string& program) {
+            asked.push_back(program);
+            return program == wanted;
+        });
+    };
+    static constexpr const char* content =
+        "[Desktop Entry]\nName[E]=Exec=no\nXExec=no\nExec=app --new\n \tExec = \"an other\" x\n"
+        "Exec\nExec=\n[Desktop Action New]\nExec=app\nExec=app";
+    EXPECT_FALSE(lookAt(content, "none"));
+    EXPECT_THAT(asked, ElementsAre("app", "an other", "app"));
+    EXPECT_TRUE(lookAt(content, "an other"));
+    EXPECT_THAT(asked, ElementsAre("app", "an other"));
+    EXPECT_FALSE(lookAt("", "app"));
+    EXPECT_TRUE(lookAt("Exec=app", "app"));
+}
+
+std::pair<QString, std::string> named(const char* name, const char* program) {
     return {QString::fromUtf8(name), program};
 }
 
@@ -210,6 +234,18 @@ TEST_F(RunningApplicationsTest, AHelpersEntryGivesWayToOneThatMenusShow) {
     entry(QStringLiteral("share/applications/b.desktop"), "Name=App\nExec=app\n");
     entry(QStringLiteral("share/applications/c.desktop"), "Name=Later\nExec=app\n");
     EXPECT_THAT(list(), ElementsAre(Pair("App", 5)));
+}
+
+TEST_F(RunningApplicationsTest, OfSeveralEntriesTheFirstFoldersThenTheFirstByIdNamesIt) {
+    process(5, program(QStringLiteral("bin/app")));
+    for (const char* id : {"m", "z", "b", "k"}) {
+        entry(QStringLiteral("share/applications/%1.desktop").arg(QLatin1String(id)),
+              QByteArray("Exec=app\nName=Theirs ") + id + '\n');
+    }
+    EXPECT_THAT(list(), ElementsAre(Pair("Theirs b", 5)));
+    entry(QStringLiteral("home/applications/z.desktop"), "Name=Mine z\nExec=app\n");
+    entry(QStringLiteral("home/applications/x.desktop"), "Name=Mine x\nExec=app\n");
+    EXPECT_THAT(list(), ElementsAre(Pair("Mine x", 5)));
 }
 
 TEST_F(RunningApplicationsTest, ADeletedExecutableKeepsItsName) {

@@ -3,6 +3,8 @@
 #include "core/base/StandardError.h"
 #include "core/base/TextFormat.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -66,9 +68,9 @@ QString escapeControlCharacters(const QString& text) {
 
 void OSLoggingLogMessage(LogLevel level, const char* format,
                          std::initializer_list<QString> arguments) {
-    const QString message = formatText(QString::fromUtf8(format), arguments);
-    writeLine(level, QString::fromLatin1(logLevelWord(level)) + QStringLiteral(" \"") + message +
-                         QLatin1Char('"'));
+    const QString quoted = QLatin1String(logLevelWord(level)) % QLatin1String(" \"") %
+                           QString::fromUtf8(format) % QLatin1Char('"');
+    writeLine(level, formatText(quoted, arguments));
 }
 
 void logTrace(const char* format, std::initializer_list<QString> arguments) {
