@@ -315,7 +315,7 @@
         <translation>%@ kann nicht geprüft werden: Der Name ist kein gültiges UTF-8.</translation>
     </message>
     <message id="HPS_TermNothing">
-        <translation>Es wurde nichts gefunden.</translation>
+        <translation>Der Agent hat keine Bedrohung gemeldet.</translation>
     </message>
     <message id="HPS_TermRefused">
         <translation>Der Agent hat abgelehnt: %@</translation>

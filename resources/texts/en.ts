@@ -315,7 +315,7 @@
         <translation>%@ cannot be scanned: its name is not valid UTF-8.</translation>
     </message>
     <message id="HPS_TermNothing">
-        <translation>Nothing was found.</translation>
+        <translation>The agent reported no threat.</translation>
     </message>
     <message id="HPS_TermRefused">
         <translation>The agent refused: %@</translation>

@@ -315,7 +315,7 @@
         <translation>No se puede analizar %@: el nombre no es UTF-8 válido.</translation>
     </message>
     <message id="HPS_TermNothing">
-        <translation>No se ha encontrado nada.</translation>
+        <translation>El agente no ha informado de ninguna amenaza.</translation>
     </message>
     <message id="HPS_TermRefused">
         <translation>El agente lo ha rechazado: %@</translation>

@@ -315,7 +315,7 @@
         <translation>%@ ne peut pas être analysé : le nom n’est pas en UTF-8 valide.</translation>
     </message>
     <message id="HPS_TermNothing">
-        <translation>Rien n’a été trouvé.</translation>
+        <translation>L’agent n’a signalé aucune menace.</translation>
     </message>
     <message id="HPS_TermRefused">
         <translation>L’agent a refusé : %@</translation>

@@ -315,7 +315,7 @@
         <translation>%@ をスキャンできません: 名前が正しい UTF-8 ではありません。</translation>
     </message>
     <message id="HPS_TermNothing">
-        <translation>何も見つかりませんでした。</translation>
+        <translation>エージェントから脅威の報告はありませんでした。</translation>
     </message>
     <message id="HPS_TermRefused">
         <translation>エージェントが拒否しました: %@</translation>

@@ -42,7 +42,8 @@ TEST_F(TerminalWaiting, AScanThatFindsNothingEndsWithZero) {
     EXPECT_EQ(ending.output.count(m_toScan + QStringLiteral("/harmless\n")), 1)
         << "the progress, as a plain line\n"
         << ending;
-    EXPECT_TRUE(ending.output.endsWith(QStringLiteral("\nFiles analyzed: 1\nNothing was found.\n")))
+    EXPECT_TRUE(ending.output.endsWith(
+        QStringLiteral("\nFiles analyzed: 1\nThe agent reported no threat.\n")))
         << ending;
 }
 
@@ -65,7 +66,8 @@ TEST_F(TerminalWaiting, SeveralFoldersAreScannedOneAfterTheOther) {
     badFile(m_more + QStringLiteral("/bad"));
     const Ending ending = command({scan, m_toScan, m_more, waiting});
     EXPECT_EQ(ending.status, 1);
-    const qsizetype nothing = ending.output.indexOf(QStringLiteral("Nothing was found."));
+    const qsizetype nothing =
+        ending.output.indexOf(QStringLiteral("The agent reported no threat."));
     const qsizetype second = ending.output.indexOf(QStringLiteral("The agent scans ") + m_more);
     EXPECT_GE(nothing, 0) << ending;
     EXPECT_GT(second, nothing) << ending;
@@ -191,7 +193,7 @@ TEST_F(TerminalWaiting, OnATerminalTheProgressIsRewrittenAndGoneAtTheEnd) {
     EXPECT_EQ(WEXITSTATUS(status), 0);
     EXPECT_GE(written.count("\x1b[K\rFiles analyzed: "), 1) << written.toStdString();
     EXPECT_TRUE(written.contains("/file ")) << written.toStdString();
-    EXPECT_TRUE(written.endsWith("\r\x1b[KFiles analyzed: 4\r\nNothing was found.\r\n"))
+    EXPECT_TRUE(written.endsWith("\r\x1b[KFiles analyzed: 4\r\nThe agent reported no threat.\r\n"))
         << written.toStdString();
 }
 

@@ -46,7 +46,7 @@ TEST_F(TerminalScanTest, AWaitedScanSaysWhatTheRealAgentFoundAndWhatItCouldNotSc
     writeBadFile(QStringLiteral("bad.com"));
     EXPECT_EQ(scan(), 1) << "taken once more\n" << m_printed.toStdString();
     EXPECT_EQ(scan(), 0) << m_printed.toStdString();
-    EXPECT_TRUE(m_printed.contains("Nothing was found.\n")) << m_printed.toStdString();
+    EXPECT_TRUE(m_printed.contains("The agent reported no threat.\n")) << m_printed.toStdString();
 }
 
 } // namespace
