@@ -4,6 +4,7 @@
 #include "shell/ElidedLabel.h"
 #include "shell/LinkButton.h"
 #include "shell/PlainToolTip.h"
+#include "shell/StripLayout.h"
 #include "shell/ToolTipReach.h"
 #include "tables/WindowLook.h"
 
@@ -35,30 +36,35 @@ AnswerStrip::AnswerStrip(QWidget* parent) : QWidget(parent) {
     m_lastScan = new ElidedLabel(this);
     m_lastScan->setObjectName(QStringLiteral("lastScanLbl"));
     m_lastScan->setAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
+    m_lastScan->setElideMode(Qt::ElideLeft); // when it was says more than what it was
     m_advice = new QLabel(this);
     m_advice->setObjectName(QStringLiteral("adviceLbl"));
     m_advice->setTextFormat(Qt::PlainText);
     m_advice->setWordWrap(true);
     m_advice->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    m_advice->setContentsMargins(0, 0, 0, look::stripPadding);
+    m_advice->setContentsMargins(look::linkPadding, 0, look::linkPadding, look::stripPadding);
 
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(look::margin, look::stripPadding, look::margin, look::stripPadding);
+    // Texts of labels and buttons stand below each other.
+    static constexpr int beside = look::margin - look::linkPadding;
+    rows->setContentsMargins(beside, look::stripPadding, beside, look::stripPadding);
+    for (QLabel* label : {m_why, m_lastScan}) {
+        label->setContentsMargins(look::linkPadding, 0, look::linkPadding, 0);
+    }
     rows->setSpacing(look::stripPadding);
-    m_row = new QHBoxLayout;
-    m_row->setSpacing(look::stripSpacing);
-    m_row->addWidget(m_why);
-    m_row->addWidget(m_whatNow);
-    m_row->addStretch();
-    m_row->addWidget(m_lastScan);
+    m_rows = new StripLayout(look::stripPadding);
+    m_rows->setSpacing(look::stripSpacing);
+    m_rows->add(StripLayout::Group::Said, *m_why);
+    m_rows->add(StripLayout::Group::Said, *m_whatNow);
+    m_rows->add(StripLayout::Group::Spare, *m_lastScan);
     makeNotifications();
     makeFind();
     m_export = new LinkButton(this);
     m_export->setObjectName(QStringLiteral("exportButton"));
     m_export->setText(localizedText("HPS_Export"));
     setPlainToolTip(*m_export, localizedText("HPS_ExportHint"));
-    m_row->addWidget(m_export);
-    rows->addLayout(m_row);
+    m_rows->add(StripLayout::Group::Controls, *m_export);
+    rows->addLayout(m_rows);
     rows->addWidget(m_advice);
 
     connect(m_whatNow, &LinkButton::toggled, this, &AnswerStrip::showAdvice);
@@ -70,7 +76,7 @@ void AnswerStrip::makeNotifications() {
     notifications->setObjectName(QStringLiteral("notificationsButton"));
     notifications->setText(localizedText("HPS_Notifications"));
     setPlainToolTip(*notifications, localizedText("HPS_NotificationsHint"));
-    m_row->addWidget(notifications);
+    m_rows->add(StripLayout::Group::Controls, *notifications);
     connect(notifications, &LinkButton::clicked, this, &AnswerStrip::notificationsWanted);
 }
 
@@ -85,18 +91,33 @@ void AnswerStrip::makeFind() {
         clearButton->setAccessibleName(localizedText("HPS_FindClear"));
     }
     m_find->setMaxLength(look::findLength);
-    const int character = m_find->fontMetrics().averageCharWidth();
-    m_find->setMinimumWidth(character * look::fewestFindCharacters);
-    m_find->setMaximumWidth(character * look::findCharacters);
+    measureFind();
     m_find->installEventFilter(this);
     m_findCount = new QLabel(this);
     m_findCount->setObjectName(QStringLiteral("findCountLbl"));
     m_findCount->setTextFormat(Qt::PlainText);
-    m_row->addWidget(m_findCount);
-    m_row->addWidget(m_find);
+    m_findCount->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+    auto* finder = new QHBoxLayout; // never apart
+    finder->setSpacing(look::stripSpacing);
+    finder->addWidget(m_findCount);
+    finder->addWidget(m_find);
+    m_rows->add(StripLayout::Group::Controls, *finder);
     connect(m_find, &QLineEdit::textChanged, this, &AnswerStrip::findTextChanged);
     connect(m_find, &QLineEdit::returnPressed, this, &AnswerStrip::findDone);
     setFindCount({});
+}
+
+void AnswerStrip::measureFind() {
+    const int character = m_find->fontMetrics().averageCharWidth();
+    m_find->setMinimumWidth(character * look::fewestFindCharacters);
+    m_find->setMaximumWidth(character * look::findCharacters);
+}
+
+void AnswerStrip::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        measureFind();
+    }
 }
 
 void AnswerStrip::setFindCount(const QString& text) {

@@ -5,7 +5,6 @@
 #include <QWidget>
 
 QT_BEGIN_NAMESPACE
-class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 QT_END_NAMESPACE
@@ -14,6 +13,7 @@ namespace korvale {
 
 class ElidedLabel;
 class LinkButton;
+class StripLayout;
 
 /// The row between the tabs and the tables: how the machine is and why, and on request what that
 /// means and what to do. Quiet while all is well, loud while nobody protects.
@@ -45,15 +45,18 @@ Q_SIGNALS:
     void notificationsWanted();
 
 protected:
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void makeNotifications();
     void makeFind();
+    /// The field is as wide as a number of characters.
+    void measureFind();
     void showAdvice(bool isShown);
     void showColors();
 
-    QHBoxLayout* m_row = nullptr; ///< all but the advice
+    StripLayout* m_rows = nullptr; ///< all but the advice
     ElidedLabel* m_why = nullptr;
     LinkButton* m_whatNow = nullptr;
     ElidedLabel* m_lastScan = nullptr;

@@ -13,7 +13,10 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
 
 QSize ElidedLabel::sizeHint() const {
     const QFontMetrics metrics = fontMetrics();
-    return {metrics.horizontalAdvance(singleLineText(text())) + 2, metrics.height()};
+    const QMargins margins = contentsMargins();
+    return {metrics.horizontalAdvance(singleLineText(text())) + 2 + margins.left() +
+                margins.right(),
+            metrics.height()};
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
@@ -28,7 +31,7 @@ void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
     }
     const QRect place = contentsRect();
     const QString shown =
-        fontMetrics().elidedText(singleLineText(text()), Qt::ElideMiddle, place.width());
+        fontMetrics().elidedText(singleLineText(text()), m_elideMode, place.width());
     style()->drawItemText(&painter, place, static_cast<int>(alignment()) | Qt::TextSingleLine,
                           palette(), isEnabled(), shown, foregroundRole());
 }

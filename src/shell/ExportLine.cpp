@@ -24,7 +24,7 @@ ExportLine::ExportLine(QWidget* parent) : QWidget(parent) {
     m_button = new LinkButton(this);
     m_button->setObjectName(QStringLiteral("exportEndButton"));
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
+    row->setContentsMargins(look::linkPadding, 0, 0, 0); // below the strip's texts
     row->setSpacing(look::stripSpacing);
     row->addWidget(m_text);
     row->addWidget(m_progress);

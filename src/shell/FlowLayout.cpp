@@ -1,29 +1,8 @@
 #include "shell/FlowLayout.h"
 
-#include <QGuiApplication>
-#include <QStyle>
-
 #include <algorithm>
 
 namespace korvale {
-
-QLayoutItem* FlowLayout::itemAt(int index) const {
-    const bool isThere = index >= 0 && index < count();
-    return isThere ? m_items[static_cast<std::size_t>(index)].get() : nullptr;
-}
-
-QLayoutItem* FlowLayout::takeAt(int index) {
-    if (itemAt(index) == nullptr) {
-        return nullptr;
-    }
-    QLayoutItem* item = m_items[static_cast<std::size_t>(index)].release();
-    m_items.erase(m_items.begin() + index);
-    return item; // the caller's from now on, as layouts have it
-}
-
-int FlowLayout::heightForWidth(int width) const {
-    return place(QRect(0, 0, width, 0), true);
-}
 
 QSize FlowLayout::sizeHint() const {
     QSize size(-m_spacing, 0);
@@ -42,11 +21,6 @@ QSize FlowLayout::minimumSize() const {
     return size;
 }
 
-void FlowLayout::setGeometry(const QRect& rect) {
-    QLayout::setGeometry(rect);
-    place(rect, false);
-}
-
 int FlowLayout::place(const QRect& rect, bool tried) const {
     QPoint next = rect.topLeft();
     int rowHeight = 0;
@@ -57,8 +31,7 @@ int FlowLayout::place(const QRect& rect, bool tried) const {
             rowHeight = 0;
         }
         if (!tried) {
-            const QRect place(next, size);
-            item->setGeometry(QStyle::visualRect(QGuiApplication::layoutDirection(), rect, place));
+            put(*item, rect, QRect(next, size));
         }
         next.rx() += size.width() + m_spacing;
         rowHeight = std::max(rowHeight, size.height());

@@ -19,6 +19,7 @@ void FixedTabView::setStrip(QWidget* strip) {
     setStyle(m_style);
     m_strip = strip;
     m_strip->setParent(this);
+    m_strip->installEventFilter(this);
     setTabOrder(tabBar(), m_strip);
     m_strip->show();
     placeStrip();
@@ -29,6 +30,15 @@ bool FixedTabView::event(QEvent* event) {
         placeStrip(); // it may want another height
     }
     return QTabWidget::event(event);
+}
+
+bool FixedTabView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_strip && event->type() == QEvent::LayoutRequest) {
+        // At once: the request that follows for this view would come after the next picture.
+        m_strip->layout()->activate();
+        placeStrip();
+    }
+    return QTabWidget::eventFilter(watched, event);
 }
 
 void FixedTabView::resizeEvent(QResizeEvent* event) {

@@ -1,6 +1,9 @@
 // Every label has the room that its text needs, in every language.
+#include "core/base/TextFormat.h"
 #include "fakes/RecordingRowBatch.h"
+#include "model/ProtectionRules.h"
 #include "platform/NotificationServer.h"
+#include "platform/Texts.h"
 #include "shell/AboutPanel.h"
 #include "shell/AnswerStrip.h"
 #include "shell/ElidedLabel.h"
@@ -128,6 +131,21 @@ TEST_P(LabelRoomTest, OfTheButtonsOfTheStripInTheSmallestWindow) {
         EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
         EXPECT_TRUE(window.rect().contains(QRect(button->mapTo(&window, QPoint()), button->size())))
             << button->text().toStdString();
+    }
+}
+
+/// Whatever it is: every text that the strip can give as its reason.
+TEST_P(LabelRoomTest, OfTheReasonInTheSmallestWindow) {
+    MainWindow& window = shownWindow();
+    window.resize(window.minimumSize());
+    auto& reason = part<QLabel>("whyLbl");
+    for (const ProtectionRule& rule : protectionRules()) {
+        const QString text = formatText(localizedText(rule.whyKey), {QStringLiteral("8,888")});
+        window.answerStrip().setProtection(rule.verdict, text, protectionAdvice(rule),
+                                           lastScanText(QDateTime::currentDateTime()));
+        QApplication::processEvents();
+        EXPECT_EQ(reason.text(), text);
+        EXPECT_GE(reason.width(), reason.sizeHint().width()) << text.toStdString();
     }
 }
 

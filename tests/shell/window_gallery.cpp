@@ -1,7 +1,7 @@
-// window_gallery FOLDER: draws the details window, its menu, the notifications and the About panel
-// in every state worth looking at and saves one picture of each in FOLDER. Not a test by itself: it
-// is for people who judge looks. Set QT_SCALE_FACTOR for other scales and LANGUAGE for other
-// languages.
+// window_gallery FOLDER [TEXT_SCALE]: draws the details window, its menu, the notifications and the
+// About panel in every state worth looking at and saves one picture of each in FOLDER. Not a test
+// by itself: it is for people who judge looks. Set QT_SCALE_FACTOR for other scales and LANG and
+// LANGUAGE for other languages; -reverse is from right to left.
 #include "core/base/TextFormat.h"
 #include "fakes/RecordingRowBatch.h"
 #include "platform/NotificationServer.h"
@@ -25,6 +25,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 
 namespace korvale {
 namespace {
@@ -111,6 +112,7 @@ public:
         resources.initialize();
         statusItem.create();
         statusMenu.addAction(QStringLiteral("Show Details"));
+        state.lastScanEnd = QDateTime(QDate(2026, 11, 20), QTime(17, 42));
         for (const bool isOn : {true, false}) {
             auto* item = new MarkedAction(&statusMenu);
             item->setText(isOn ? QStringLiteral("Chosen") : QStringLiteral("Not chosen"));
@@ -291,10 +293,13 @@ private:
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
-    if (argc != 2) {
-        std::fputs("usage: window_gallery FOLDER\n", stderr);
+    if (argc != 2 && argc != 3) {
+        std::fputs("usage: window_gallery FOLDER [TEXT_SCALE]\n", stderr);
         return 2;
     }
+    QFont font = QApplication::font();
+    font.setPointSizeF(font.pointSizeF() * (argc == 3 ? std::strtod(argv[2], nullptr) : 1));
+    QApplication::setFont(font);
     const QDir folder(QString::fromLocal8Bit(argv[1]));
     folder.mkpath(QStringLiteral("."));
     const korvale::Translations translations;
