@@ -5,7 +5,6 @@
 #include "tables/CellDelegate.h"
 #include "tables/CustHeaderView.h"
 #include "tables/KeyEvents.h"
-#include "tables/RowlessHeader.h"
 #include "tables/RowsModel.h"
 #include "tables/TableDataSource.h"
 #include "tables/TableOrder.h"
@@ -20,24 +19,20 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QScrollBar>
 #include <QToolTip>
 
 #include <algorithm>
-#include <cstdint>
-#include <limits>
 #include <utility>
 
 namespace korvale {
 
 ThreatsTableView::ThreatsTableView(QWidget* parent)
-    : QTableView(parent),
+    : EqualRowsView(parent),
       m_header(new CustHeaderView(this)),
       m_model(new RowsModel(*this)),
       m_focus(*this) {
     setPalette(tablePalette());
     setFrameShape(NoFrame);
-    setVerticalHeader(new RowlessHeader(this));
     setHorizontalHeader(m_header);
     setItemDelegate(new CellDelegate(*this));
     setSelectionBehavior(SelectRows);
@@ -48,10 +43,7 @@ ThreatsTableView::ThreatsTableView(QWidget* parent)
     }
     setTabKeyNavigation(false);
     setShowGrid(false);
-    setHorizontalScrollMode(ScrollPerPixel);
-    setVerticalScrollMode(ScrollPerPixel);
     setModel(m_model);
-    measureRows();
     setAttribute(Qt::WA_InputMethodEnabled, false);
     viewport()->grabGesture(Qt::TapAndHoldGesture);
     connect(m_header, &QHeaderView::sectionClicked, this, &ThreatsTableView::sortByColumn);
@@ -123,7 +115,7 @@ void ThreatsTableView::selectionChanged(const QItemSelection& selected,
     if (m_reloading) {
         return;
     }
-    QTableView::selectionChanged(selected, deselected);
+    EqualRowsView::selectionChanged(selected, deselected);
     if (m_source != nullptr) {
         m_source->tableViewSelectionDidChange(*this);
     }
@@ -134,7 +126,7 @@ void ThreatsTableView::currentChanged(const QModelIndex& current, const QModelIn
         return; // the same place or none: no place to scroll to, no news for a reader
     }
     if (hasFocus()) {
-        QTableView::currentChanged(current, previous);
+        EqualRowsView::currentChanged(current, previous);
     } else {
         // Not QTableView's, which tells screen readers that the focus is here.
         // NOLINTNEXTLINE(bugprone-parent-virtual-call)
@@ -201,6 +193,17 @@ void ThreatsTableView::prepareCells() {
     });
 }
 
+int ThreatsTableView::sizeHintForColumn(int column) const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    int widest = 0;
+    for (int row = m_cells.firstRow(); row <= m_cells.lastRow(); ++row) {
+        const QSize size = itemDelegate()->sizeHint(option, m_model->index(row, column));
+        widest = std::max(widest, size.width());
+    }
+    return widest;
+}
+
 // Painting
 
 void ThreatsTableView::paintEvent(QPaintEvent* event) {
@@ -246,176 +249,17 @@ void ThreatsTableView::paintPlaceholder(QPainter& painter) {
                      Qt::AlignCenter | Qt::TextWordWrap, m_placeholder);
 }
 
-// Geometry of equally high rows
-
-int ThreatsTableView::rowCount() const {
-    return m_model->rowCount();
-}
-
-int ThreatsTableView::verticalOffset() const {
-    return verticalScrollBar()->value();
-}
-
-int ThreatsTableView::rowAtY(int y) const {
-    return m_rows.rowAt(std::int64_t{y} + verticalOffset());
-}
-
-void ThreatsTableView::measureRows() {
-    m_rows.setRowHeight(fontMetrics().height() + look::rowPadding);
-}
-
-QRect ThreatsTableView::visualRect(const QModelIndex& index) const {
-    if (!index.isValid()) {
-        return {};
-    }
-    const std::int64_t y = m_rows.top(index.row()) - verticalOffset();
-    constexpr std::int64_t farthest = std::numeric_limits<int>::max() / 2;
-    return {m_header->sectionViewportPosition(index.column()),
-            static_cast<int>(std::clamp(y, -farthest, farthest)),
-            m_header->sectionSize(index.column()), m_rows.rowHeight()};
-}
-
-QRect ThreatsTableView::rowRect(int row) const {
-    const QRect cell = visualRect(m_model->index(row, 0));
-    return {0, cell.top(), viewport()->width(), cell.height()};
-}
-
-QModelIndex ThreatsTableView::indexAt(const QPoint& point) const {
-    return point.y() < 0 ? QModelIndex()
-                         : m_model->index(rowAtY(point.y()), m_header->logicalIndexAt(point.x()));
-}
-
-int ThreatsTableView::sizeHintForColumn(int column) const {
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
-    int widest = 0;
-    for (int row = m_cells.firstRow(); row <= m_cells.lastRow(); ++row) {
-        const QSize size = itemDelegate()->sizeHint(option, m_model->index(row, column));
-        widest = std::max(widest, size.width());
-    }
-    return widest;
-}
-
-bool ThreatsTableView::isIndexHidden(const QModelIndex& index) const {
-    return !index.isValid();
-}
+// Scrolling and keys
 
 void ThreatsTableView::scrollTo(const QModelIndex& index, ScrollHint hint) {
-    if (!index.isValid() || m_reloading) {
+    if (m_reloading) {
         return;
     }
-    if (!m_focus.isByMouse()) {
-        scrollToColumn(index.column()); // under the mouse it would move what was clicked on
+    if (m_focus.isByMouse() && index.isValid()) {
+        scrollToRow(index.row(), hint); // sideways it would move what was clicked on
+    } else {
+        EqualRowsView::scrollTo(index, hint);
     }
-    const QRect area = viewport()->rect();
-    const QRect cell = visualRect(index);
-    QScrollBar* bar = verticalScrollBar();
-    if (hint == PositionAtCenter) {
-        bar->setValue(bar->value() + cell.center().y() - area.center().y());
-    } else if (hint == PositionAtTop || cell.top() < area.top()) {
-        bar->setValue(bar->value() + cell.top());
-    } else if (hint == PositionAtBottom || cell.bottom() > area.bottom()) {
-        bar->setValue(bar->value() + cell.bottom() - area.bottom());
-    }
-}
-
-void ThreatsTableView::scrollToColumn(int column) {
-    QScrollBar* bar = horizontalScrollBar();
-    const int start = m_header->sectionPosition(column);
-    const int end = start + m_header->sectionSize(column);
-    // Of a column wider than the table the beginning.
-    const int least = std::min(start, end - viewport()->width());
-    bar->setValue(std::clamp(bar->value(), least, start));
-}
-
-void ThreatsTableView::doItemsLayout() {
-    // Not QTableView's, which asks the vertical header.
-    QAbstractItemView::doItemsLayout(); // NOLINT(bugprone-parent-virtual-call)
-}
-
-void ThreatsTableView::updateGeometries() {
-    if (std::exchange(m_inUpdateGeometries, true)) {
-        return; // the margins below change the geometry in turn
-    }
-    const int headerHeight = m_header->sizeHint().height();
-    setViewportMargins(0, headerHeight, 0, 0);
-    const QRect area = viewport()->geometry();
-    m_header->setGeometry(area.left(), area.top() - headerHeight, area.width(), headerHeight);
-
-    const int rowHeight = m_rows.rowHeight();
-    verticalScrollBar()->setRange(0, m_rows.scrollRange(rowCount(), area.height()));
-    verticalScrollBar()->setPageStep(std::max(rowHeight, area.height() - rowHeight));
-    verticalScrollBar()->setSingleStep(rowHeight);
-    horizontalScrollBar()->setRange(0, std::max(0, m_header->length() - area.width()));
-    horizontalScrollBar()->setPageStep(area.width());
-    horizontalScrollBar()->setSingleStep(rowHeight);
-    m_inUpdateGeometries = false;
-    QAbstractItemView::updateGeometries(); // NOLINT(bugprone-parent-virtual-call): all else is
-                                           // above
-}
-
-// Selection and keys
-
-QModelIndex ThreatsTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers /*modifiers*/) {
-    if (rowCount() == 0) {
-        return {};
-    }
-    const QModelIndex current = currentIndex();
-    if (!current.isValid()) {
-        return m_model->index(action == MoveEnd ? rowCount() - 1 : 0, m_header->logicalIndex(0));
-    }
-    const int page = m_rows.pageOf(viewport()->height());
-    int row = current.row();
-    int column = m_header->visualIndex(current.column());
-    switch (action) {
-    case MoveUp:
-    case MovePrevious:
-        row -= 1;
-        break;
-    case MoveDown:
-    case MoveNext:
-        row += 1;
-        break;
-    case MovePageUp:
-        row -= page;
-        break;
-    case MovePageDown:
-        row = row > std::numeric_limits<int>::max() - page ? row : row + page;
-        break;
-    case MoveHome:
-        row = 0;
-        break;
-    case MoveEnd:
-        row = rowCount() - 1;
-        break;
-    case MoveLeft:
-        column -= isRightToLeft() ? -1 : 1;
-        break;
-    case MoveRight:
-        column += isRightToLeft() ? -1 : 1;
-        break;
-    }
-    column = std::clamp(column, 0, m_model->columnCount() - 1);
-    return m_model->index(std::clamp(row, 0, rowCount() - 1), m_header->logicalIndex(column));
-}
-
-void ThreatsTableView::setSelection(const QRect& rect,
-                                    QItemSelectionModel::SelectionFlags command) {
-    TableSelection(*selectionModel())
-        .select(rowAtY(std::min(rect.top(), rect.bottom())),
-                rowAtY(std::max(rect.top(), rect.bottom())), command);
-}
-
-QRegion ThreatsTableView::visualRegionForSelection(const QItemSelection& selection) const {
-    const QRect area = viewport()->rect();
-    QRegion region;
-    for (const QItemSelectionRange& range : selection) {
-        const QRect first = visualRect(range.topLeft());
-        const QRect last = visualRect(m_model->index(range.bottom(), 0));
-        region += QRect(area.left(), first.top(), area.width(), last.bottom() - first.top() + 1)
-                      .intersected(area);
-    }
-    return region;
 }
 
 void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
@@ -434,7 +278,7 @@ void ThreatsTableView::keyPressEvent(QKeyEvent* event) {
     const bool forResponder = event->matches(QKeySequence::Copy) || event->key() == Qt::Key_Escape;
     event->setAccepted(!forResponder);
     if (!forResponder) {
-        QTableView::keyPressEvent(event);
+        EqualRowsView::keyPressEvent(event);
         if (openByKey(*event)) {
             event->accept();
         }
@@ -459,7 +303,7 @@ bool ThreatsTableView::openByKey(const QKeyEvent& event) {
 // Events
 
 void ThreatsTableView::mouseDoubleClickEvent(QMouseEvent* event) {
-    QTableView::mouseDoubleClickEvent(event);
+    EqualRowsView::mouseDoubleClickEvent(event);
     const QModelIndex index = indexAt(event->position().toPoint());
     if (event->button() == Qt::LeftButton && index.isValid() && index == currentIndex()) {
         Q_EMIT rowOpened(false);
@@ -489,23 +333,13 @@ void ThreatsTableView::focusInEvent(QFocusEvent* event) {
 void ThreatsTableView::mousePressEvent(QMouseEvent* event) {
     updateFocus();
     m_focus.mousePressed();
-    QTableView::mousePressEvent(event);
+    EqualRowsView::mousePressEvent(event);
 }
 
 /// Draws anew what shows the focus: the current row, or the table around none.
 void ThreatsTableView::updateFocus() {
     viewport()->update(currentIndex().isValid() ? rowRect(currentIndex().row())
                                                 : viewport()->rect());
-}
-
-void ThreatsTableView::changeEvent(QEvent* event) {
-    QTableView::changeEvent(event);
-    const bool textSizeMayChange =
-        event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
-    if (textSizeMayChange && m_model != nullptr) {
-        measureRows();
-        updateGeometries();
-    }
 }
 
 bool ThreatsTableView::viewportEvent(QEvent* event) {
@@ -517,7 +351,7 @@ bool ThreatsTableView::viewportEvent(QEvent* event) {
     if (event->type() == QEvent::Gesture) {
         return gestureEvent(*static_cast<QGestureEvent*>(event));
     }
-    return QTableView::viewportEvent(event);
+    return EqualRowsView::viewportEvent(event);
 }
 
 /// Holding a cell shows its tooltip: a finger cannot hover.

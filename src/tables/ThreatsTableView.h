@@ -1,14 +1,12 @@
 #pragma once
 
+#include "tables/EqualRowsView.h"
 #include "tables/RowIndexes.h"
-#include "tables/RowStack.h"
 #include "tables/SortDescriptor.h"
 #include "tables/TableDescription.h"
 #include "tables/TableFocus.h"
 #include "tables/TableSelection.h"
 #include "tables/VisibleCells.h"
-
-#include <QTableView>
 
 #include <memory>
 #include <span>
@@ -23,12 +21,9 @@ class CustHeaderView;
 class RowsModel;
 class TableDataSource;
 
-/// A table whose cost depends on the rows in sight, not on the rows it has: rows are equally high
-/// and positions are computed. QTableView would keep a record per row in its vertical header and
-/// rebuild them at each reset, so everything vertical is done here and that header stays without
-/// sections; QTableView's own row functions (rowAt, rowHeight, ...) therefore know no rows. Light
-/// in both appearances; one selected row is a whole row.
-class ThreatsTableView : public QTableView {
+/// A table that asks its data source for the cells in sight, and draws, sorts, selects and opens
+/// rows. Light in both appearances; one selected row is a whole row.
+class ThreatsTableView : public EqualRowsView {
     Q_OBJECT
 
 public:
@@ -70,16 +65,9 @@ public:
         return m_cells.cell(row, column);
     }
 
-    [[nodiscard]] int heightOfRows() const { return m_rows.rowHeight(); }
     [[nodiscard]] std::size_t pooledCells() const { return m_cells.pool().size(); }
 
-    // QAbstractItemView, for equally high rows.
-    [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
-    [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
-    /// Letters search nothing: that would ask for the texts of all rows.
-    void keyboardSearch(const QString& /*search*/) override {}
-    void doItemsLayout() override;
 
     /// Makes a row the current one, in sight, without selecting it.
     void goToRow(int row);
@@ -98,31 +86,19 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void changeEvent(QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
-    void updateGeometries() override;
     /// The widest text in sight.
     [[nodiscard]] int sizeHintForColumn(int column) const override;
     void selectionChanged(const QItemSelection& selected,
                           const QItemSelection& deselected) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
-    [[nodiscard]] int verticalOffset() const override;
-    [[nodiscard]] bool isIndexHidden(const QModelIndex& index) const override;
-    [[nodiscard]] QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers) override;
-    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
-    [[nodiscard]] QRegion visualRegionForSelection(const QItemSelection& selection) const override;
 
 private:
-    [[nodiscard]] int rowCount() const;
-    [[nodiscard]] int rowAtY(int y) const;
-    [[nodiscard]] QRect rowRect(int row) const;
-    void measureRows();
     void prepareCells();
     void recycleAll();
     void describe();
     void paintRow(QPainter& painter, int row, const QRect& dirty);
     void paintPlaceholder(QPainter& painter);
-    void scrollToColumn(int column);
     void updateFocus();
     bool openByKey(const QKeyEvent& event);
     void showContextMenu(const QPoint& place);
@@ -137,10 +113,8 @@ private:
     TableDataSource* m_source = nullptr;
     TableDataSource* m_nextResponder = nullptr;
     VisibleCells m_cells;
-    RowStack m_rows;
     TableFocus m_focus;
     bool m_reloading = false;
-    bool m_inUpdateGeometries = false;
 };
 
 } // namespace korvale
