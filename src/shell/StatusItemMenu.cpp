@@ -5,6 +5,7 @@
 #include "shell/StatusItem.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace korvale {
 namespace {
@@ -100,7 +101,7 @@ void StatusItemMenu::addItem(QMenu& menu, const char* key, void (StatusItemMenu:
 
 void StatusItemMenu::addItem(QMenu& menu, const char* key, void (AgentCommands::*command)()) {
     connect(addPlainItem(menu, key), &QAction::triggered, this,
-            [this, command] { (m_commands.*command)(); });
+            [this, command] { std::invoke(command, m_commands); });
 }
 
 QAction* StatusItemMenu::addPlainItem(QMenu& menu, const char* key) {
