@@ -39,7 +39,7 @@ double luminance(QRgb color) {
 }
 
 double contrast(QRgb one, QRgb other) {
-    const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
