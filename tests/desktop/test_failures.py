@@ -4,6 +4,7 @@ import json
 import os
 import shutil
 import signal
+import unittest
 
 from desktop_case import DesktopCase, wait_until
 from drivers import host_cache
@@ -32,6 +33,7 @@ class Failures(DesktopCase):
         wait_until(lambda: item.entry(text("CM_ShowNotifications")).checked != before, "the mark")
         return not before
 
+    @unittest.skipIf("KORVALE_SANITIZE" in os.environ, "a sanitizer ends the program when memory is short")
     def test_a_list_that_memory_does_not_hold_is_absent_and_the_next_one_is_read(self):
         agent = self.agent()
         program = self.started(agent)

@@ -1,6 +1,7 @@
 """Other processes on the buses say what is the agent's to say, flood, lie and call: what is shown
 stays as it is, the menu answers, and memory comes back."""
 import contextlib
+import os
 import re
 import signal
 import statistics
@@ -165,8 +166,9 @@ class HostileNeighbours(DesktopCase):
         # A busy machine answers late whoever asks: what counts is that nothing piles up. How late
         # on a quiet one, ./dev bench tells.
         self.assertLess(under_flood, 2 * calm + 1, f"{calm:.4f} s without the flood")
-        wait_until(lambda: own_memory(self.victim.pid) < memory * 1.05 + 2048,
-                   f"memory to come back to {memory} KiB", 60)
+        if "KORVALE_SANITIZE" not in os.environ:  # a sanitizer's allocator keeps what was freed
+            wait_until(lambda: own_memory(self.victim.pid) < memory * 1.05 + 2048,
+                       f"memory to come back to {memory} KiB", 60)
         self.assertTrue(self.victim.running())
 
     def test_a_flood_of_signals_to_all_changes_nothing(self):
