@@ -1,6 +1,7 @@
 #include "shell/DetailsText.h"
 
 #include "platform/Texts.h"
+#include "tables/Frame.h"
 #include "tables/KeyEvents.h"
 #include "tables/WindowLook.h"
 
@@ -178,8 +179,7 @@ void DetailsText::paintEvent(QPaintEvent* event) {
     QTextEdit::paintEvent(event);
     if (hasFocus()) {
         QPainter painter(viewport());
-        painter.setPen(palette().color(QPalette::Link));
-        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+        paintFrame(painter, viewport()->rect(), palette().color(QPalette::Link));
     }
 }
 

@@ -8,6 +8,7 @@
 #include "shell/AboutCredits.h"
 #include "shell/AboutPanel.h"
 #include "shell/AnswerStrip.h"
+#include "shell/ContrastStyle.h"
 #include "shell/CounterLine.h"
 #include "shell/DetailsControl.h"
 #include "shell/LinkButton.h"
@@ -243,6 +244,7 @@ void MainWindowController::showAppearance() {
     }
     const bool dark = m_context.resources.isDark();
     const bool highContrast = m_context.resources.isHighContrast();
+    ContrastStyle::setInUse(highContrast);
     if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
         // Where the desktop draws no title bars the toolkit does, in the colours that the program
         // has when a window is first shown.

@@ -1,23 +1,12 @@
 #include "shell/MenuStyle.h"
 
+#include "tables/Frame.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QStyleOption>
 
 namespace korvale {
-namespace {
-
-void drawFrame(QPainter& painter, const QRect& rect, const QColor& color) {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(color);
-    painter.drawRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5));
-    painter.restore();
-}
-
-} // namespace
-
 MenuStyle::MenuStyle(QObject* parent) : QProxyStyle(QApplication::style()->name()) {
     setParent(parent);
 }
@@ -28,12 +17,12 @@ void MenuStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
     QColor quiet = option->palette.color(QPalette::PlaceholderText);
     if (element == PE_IndicatorCheckBox) {
         const bool isCurrent = (option->state & State_Selected) != 0;
-        drawFrame(*painter, option->rect,
-                  isCurrent ? option->palette.color(QPalette::HighlightedText) : quiet);
+        paintFrame(*painter, option->rect,
+                   isCurrent ? option->palette.color(QPalette::HighlightedText) : quiet);
     } else if (element == PE_PanelMenu) {
         static constexpr int faint = 128;
         quiet.setAlpha(faint);
-        drawFrame(*painter, option->rect, quiet);
+        paintFrame(*painter, option->rect, quiet);
     }
 }
 

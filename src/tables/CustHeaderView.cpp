@@ -2,6 +2,7 @@
 
 #include "platform/Texts.h"
 #include "tables/Access.h"
+#include "tables/Frame.h"
 #include "tables/KeyEvents.h"
 #include "tables/WindowLook.h"
 
@@ -80,9 +81,7 @@ void CustHeaderView::paintSection(QPainter* painter, const QRect& rect, int logi
     painter->setLayoutDirection(layoutDirection());
     headerCell(logicalIndex).drawWithFrame(*painter, rect, pressed);
     if (hasFocus() && logicalIndex == m_focused) {
-        painter->setPen(QColor(look::tableFocus));
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRect(rect.adjusted(1, 1, -2, -3));
+        paintFrame(*painter, rect.adjusted(1, 1, -1, -2), QColor(look::tableFocus));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "tables/TableFocus.h"
 
+#include "tables/Frame.h"
 #include "tables/WindowLook.h"
 
 #include <QGuiApplication>
@@ -18,9 +19,7 @@ bool TableFocus::isInUse() const {
 }
 
 void TableFocus::paint(QPainter& painter, const QRect& around) {
-    painter.setPen(QColor(look::tableFocus));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRect(around.adjusted(0, 0, -1, -1));
+    paintFrame(painter, around, QColor(look::tableFocus));
 }
 
 } // namespace korvale

@@ -17,6 +17,9 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSplitter>
 #include <QTabBar>
 #include <QTextEdit>
 
@@ -158,6 +161,40 @@ protected:
         }
     }
 
+    /// Something is drawn along each side that can be told from what is around or within.
+    static void expectEdges(const QWidget& part, const QString& what) {
+        const QImage picture = part.window()->grab().toImage();
+        const QRect area = areaOf(part, part.rect());
+        static constexpr int reach = 3; // on both sides of an edge
+        const auto across = [](const QPoint& from, const QSize& size) {
+            return QRect(from - QPoint(size.width() / 2, size.height() / 2), size);
+        };
+        const QSize flat(2 * reach, 1);
+        const QPoint middle = area.center();
+        for (const QRect& edge :
+             {across({area.left(), middle.y()}, flat), across({area.right(), middle.y()}, flat),
+              across({middle.x(), area.top()}, flat.transposed()),
+              across({middle.x(), area.bottom()}, flat.transposed())}) {
+            const qreal scale = picture.devicePixelRatio();
+            const QRect pixels((QPointF(edge.topLeft()) * scale).toPoint(),
+                               (QSizeF(edge.size()) * scale).toSize());
+            EXPECT_GE(drawnContrast(picture.copy(pixels)), leastShapeContrast)
+                << what.toStdString() << " at " << edge.x() << ", " << edge.y();
+        }
+    }
+
+    /// Along its middle there is a part that can be told from the rest.
+    static void expectSeenSlider(const QScrollBar& bar) {
+        const bool isUpright = bar.orientation() == Qt::Vertical;
+        const QRect middle = isUpright ? QRect(bar.width() / 2, 0, 1, bar.height())
+                                       : QRect(0, bar.height() / 2, bar.width(), 1);
+        static constexpr int buttons = 2 * 16;
+        const auto length = std::max(bar.width(), bar.height()) - buttons;
+        const QImage picture = const_cast<QScrollBar&>(bar).grab(middle).toImage();
+        EXPECT_GE(seenPixels(picture) / picture.devicePixelRatio(), std::min(length / 3, 16))
+            << (isUpright ? "upright" : "flat");
+    }
+
     static void expectLegibleTable(ThreatsTableView& table, const QString& situation) {
         QApplication::processEvents();
         const QImage picture = table.window()->grab().toImage();
@@ -252,6 +289,67 @@ TEST_P(ContrastTest, TheDetailsOfARowCanBeRead) {
     details.selectAll();
     QApplication::processEvents();
     expectLegible(window.grab().toImage(), areaOf(details, details.rect()), details.toPlainText());
+}
+
+/// Where the scale of the screen puts an edge between two pixels, too.
+TEST_P(ContrastTest, TheDetailsHaveAFrameOnFourSidesWhileTheyHaveTheFocus) {
+    MainWindow& window = roomyWindow();
+    fill();
+    auto* table = tables().front();
+    table->setCurrentIndex(table->model()->index(0, 0));
+    QTest::keyClick(table, Qt::Key_Return);
+    auto& details = part<QTextEdit>("detailsText");
+    for (int height = 560; height < 564; ++height) {
+        window.resize(920, height);
+        QApplication::processEvents();
+        ASSERT_TRUE(details.hasFocus());
+        expectEdges(*details.viewport(), QStringLiteral("details at height %1").arg(height));
+    }
+}
+
+TEST_P(ContrastTest, WithHighContrastWhatCanBeUsedHasEdges) {
+    resources.setHighContrast(true);
+    MainWindow& window = roomyWindow();
+    fill();
+    ExportLine line;
+    window.answerStrip().layout()->addWidget(&line);
+    line.showRunning(QStringLiteral("MMMM"));
+    for (const Verdict verdict : {Verdict::Good, Verdict::Danger}) {
+        window.answerStrip().setProtection(verdict, {}, {}, {});
+        QApplication::processEvents();
+        expectEdges(part<QWidget>("findField"), QStringLiteral("field"));
+        expectEdges(part<QWidget>("exportProgress"), QStringLiteral("progress"));
+    }
+    notifications.add({.title = {}, .subtitle = {}, .message = {}, .picture = {}, .link = {}},
+                      true);
+    controller().showNotifications();
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (qobject_cast<NotificationsWindow*>(widget) != nullptr) {
+            expectEdges(*widget->findChild<QPushButton*>(), QStringLiteral("button"));
+        }
+    }
+}
+
+TEST_P(ContrastTest, WithHighContrastScrollBarsAndTheSplitterCanBeSeen) {
+    MainWindow& window = roomyWindow();
+    fill();
+    auto* table = tables().front();
+    table->setCurrentIndex(table->model()->index(0, 0));
+    QTest::keyClick(table, Qt::Key_Return);
+    window.resize(window.minimumSize());
+    resources.setHighContrast(true);
+    QApplication::processEvents();
+    int bars = 0;
+    for (const QScrollBar* bar : window.findChildren<QScrollBar*>()) {
+        if (bar->isVisible()) {
+            expectSeenSlider(*bar);
+            ++bars;
+        }
+    }
+    EXPECT_EQ(bars, 3); // of the table, two; of the details
+    const auto& split = part<QSplitter>("split");
+    EXPECT_GE(seenPixels(split.handle(1)->grab().toImage()), 24);
+    resources.setHighContrast(false);
 }
 
 TEST_P(ContrastTest, TheAboutPanelCanBeRead) {
