@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::taken += placement == WindowPlacement() ? 0U : 1U;
     static QWidget window;
     window.setMinimumSize(300, 200);
-    window.restoreGeometry(placement.geometry);
+    restoreInSight(window, placement.geometry);
     fuzz::require(window.width() >= 300 && window.height() >= 200);
     fuzz::require(window.geometry().intersects(window.screen()->geometry())); // never out of sight
 

@@ -284,7 +284,7 @@ void MainWindow::restorePlacement() {
     const WindowPlacement placement = m_memory.load();
     // Wayland tells no place: one kept there would put the window into a corner under X11.
     if (placement.platform == QGuiApplication::platformName()) {
-        restoreGeometry(placement.geometry);
+        restoreInSight(*this, placement.geometry);
     }
     for (ThreatsTableView* view : tableViews()) {
         CustHeaderView& header = view->header();

@@ -4,10 +4,14 @@
 #include "platform/SmallFile.h"
 #include "platform/XdgFolders.h"
 
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QScreen>
+#include <QWidget>
 
+#include <algorithm>
 #include <utility>
 
 namespace korvale {
@@ -103,6 +107,23 @@ QByteArray toJson(const WindowPlacement& placement) {
 }
 
 } // namespace
+
+void restoreInSight(QWidget& window, const QByteArray& geometry) {
+    const QSize size = window.size();
+    window.restoreGeometry(geometry);
+    // The toolkit brings back what stands beyond the edge, but reckons wrongly with the greatest
+    // numbers.
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    const bool isInSight =
+        std::any_of(screens.begin(), screens.end(), [&window](const QScreen* screen) {
+            return screen->geometry().intersects(window.geometry());
+        });
+    if (!isInSight) {
+        QRect place(QPoint(), size);
+        place.moveCenter(window.screen()->availableGeometry().center());
+        window.setGeometry(place);
+    }
+}
 
 WindowMemory::WindowMemory(QString path) : m_path(std::move(path)) {
     m_writer.setMaxThreadCount(1); // two writes never overtake each other

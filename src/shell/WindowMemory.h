@@ -8,6 +8,10 @@
 #include <QString>
 #include <QThreadPool>
 
+QT_BEGIN_NAMESPACE
+class QWidget;
+QT_END_NAMESPACE
+
 namespace korvale {
 
 /// What the details window remembers of its looks from one run to the next.
@@ -19,6 +23,10 @@ struct WindowPlacement {
 
     friend bool operator==(const WindowPlacement&, const WindowPlacement&) = default;
 };
+
+/// Gives `window` a place and a size of QWidget::saveGeometry. It is in sight afterwards, whatever
+/// the numbers are; where they put it nowhere, it has the size it had, in the middle of its screen.
+void restoreInSight(QWidget& window, const QByteArray& geometry);
 
 /// Keeps a WindowPlacement in a small JSON file of the user's configuration. Main thread; writing
 /// happens on a thread of its own that ends with it, so that a slow disk never holds up the window.

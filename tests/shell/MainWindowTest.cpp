@@ -1,11 +1,13 @@
 #include "fakes/FakeTexts.h"
 #include "fakes/RecordingRowBatch.h"
 #include "shell/WindowFixture.h"
+#include "shell/WindowMemory.h"
 #include "tables/CustHeaderView.h"
 #include "tables/ThreatsTableView.h"
 
 #include <QAccessible>
 #include <QLabel>
+#include <QScreen>
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
@@ -52,6 +54,21 @@ TEST_F(MainWindowTest, ToolbarAndTitleBoxShareOneBackgroundWithoutALine) {
         const QColor next = picture.pixelColor(3, y + 1);
         EXPECT_LE(std::abs(here.lightness() - next.lightness()), 2) << y;
     }
+}
+
+TEST(RestoreInSight, KeepsAnOrdinaryPlaceAndMendsOneOfTheGreatestNumbers) {
+    QWidget former;
+    former.setGeometry(30, 40, 320, 210);
+    QWidget window;
+    restoreInSight(window, former.saveGeometry());
+    EXPECT_EQ(window.geometry(), former.geometry());
+
+    QWidget other;
+    other.resize(300, 200);
+    restoreInSight(other,
+                   QByteArray::fromBase64("AdnQywAAAACDAAAAgAAAAH////9//////AAAAIAAAAAAAAAA"));
+    EXPECT_TRUE(other.screen()->geometry().contains(other.geometry()));
+    EXPECT_EQ(other.size(), QSize(300, 200));
 }
 
 TEST_F(MainWindowTest, EveryTabHasItsIdentifierAndItsTable) {
