@@ -12,21 +12,6 @@ BUTTONS = ("HPS_PaneCopy", "HPS_PaneCopyPath", "HPS_PaneSelectAll", "HPS_PaneSho
 
 
 class DetailsCase(WindowCase):
-    def details_text(self):
-        """What stands in the pane, or nothing while it is not there."""
-        fields = json.loads(self.read("texts") or "[]")
-        return next((field for field in fields if "\t" in field), "")
-
-    def wait_line(self, key, value):
-        line = f"{text(key)}\t{value}"
-        wait_until(lambda: line in self.details_text().split("\n"), repr(line))
-
-    def names(self):
-        return [name for _, name, _ in self.tree()]
-
-    def wait_closed(self):
-        wait_until(lambda: text("HPS_PaneCopyPath") not in self.names(), "the pane to close")
-
     def click(self, name):
         x, y = self.place(name)
         self.desktop.run(["xdotool", "mousemove", str(x), str(y), "click", "1"])
@@ -70,13 +55,13 @@ class Pane(DetailsCase):
         whole = self.copied_now(lambda: self.press("ctrl+a", "ctrl+c"))
         self.assertEqual(whole, self.details_text())
         self.press("Escape")
-        self.wait_closed()
+        self.wait_details_closed()
         again = self.copied_now(lambda: self.press("ctrl+c"))  # the row has the focus again
         self.assertEqual(again.split("\n"), row)
         self.press("Down", "space")
         self.wait_line("HPS_ColFile", "three.exe")
         self.press("Escape")
-        self.wait_closed()
+        self.wait_details_closed()
         self.assertIsNotNone(self.window())
 
     def test_a_double_click_opens_it_and_a_refresh_goes_on_with_the_row(self):
@@ -94,7 +79,7 @@ class Pane(DetailsCase):
         self.wait_text(text("HPS_PaneGone"))
         self.assertIn(f"{text('HPS_ColFile')}\tb.exe", self.details_text().split("\n"))
         self.press("Escape")
-        self.wait_closed()
+        self.wait_details_closed()
 
     def test_every_tab_has_its_details(self):
         self.open_window()
@@ -105,7 +90,7 @@ class Pane(DetailsCase):
                 ("HPS_Events", 2, "HPS_PaneMeans", text("HPS_MeansDetected")),
                 ("HPS_ExternalDevices", 1, "HPS_PaneDo", text("HPS_DoDeviceBlocked"))):
             self.go_to(tab, rows)
-            self.wait_closed()  # another tab closes it
+            self.wait_details_closed()  # another tab closes it
             row = next(index for index, cells in enumerate(self.cells())
                        if tab != "HPS_Events" or cells[1] == "Threat")
             self.click_row(row)
@@ -125,7 +110,7 @@ class Pane(DetailsCase):
         wait_until(lambda: text("HPS_PaneCut") in self.details_text(), "the shortened path")
         self.assertIn("/tmp/<b>bold</b>&amp;[U+202E]gpj.xxx", self.details_text())
         self.press("Escape")
-        self.wait_closed()
+        self.wait_details_closed()
 
 
 class Actions(DetailsCase):

@@ -33,9 +33,6 @@ class SpokenCase(WindowCase):
             os.makedirs(PICTURES, exist_ok=True)
             self.desktop.screenshot(os.path.join(PICTURES, f"{name}.png"))
 
-    def names(self):
-        return [name for _, name, _ in self.tree()]
-
     def check_names(self):
         nameless = {role for role, name, _ in self.tree() if not name} & {"push button", "page tab", "table", "image",
                                                                            "text", "frame", "dialog"}
@@ -110,7 +107,7 @@ class Scales(SpokenCase):
         self.click_at(self.read(f"place:{text('HPS_PaneCopyPath')}"))
         wait_until(lambda: self.clipboard() == PATH, "the path")
         self.press("Escape")
-        wait_until(lambda: text("HPS_PaneCopyPath") not in self.names(), "the pane to close")
+        self.wait_details_closed()
 
     def check_notifications(self):
         self.press("ctrl+n")

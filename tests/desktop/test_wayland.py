@@ -115,9 +115,6 @@ class Window(WindowCase):
         self.open_window()
         self.go_to("HPS_Threats", 2)
 
-    def names(self):
-        return [name for _, name, _ in self.tree()]
-
     def picture(self, name):
         if PICTURES:
             os.makedirs(PICTURES, exist_ok=True)
@@ -136,6 +133,34 @@ class Window(WindowCase):
         first, second = text("HPS_ExportDone").split("%@")[:2]
         self.wait_text(f"{first}{path}{second}1")
         self.assertIn("gamma.exe", path.read_text())
+
+    def test_the_details_of_a_row_by_keyboard_and_screen_reader(self):
+        self.opened()
+        self.wait_focus("table")
+        self.press("Down", "Return")
+        self.wait_line("HPS_PanePath", "/home/ada/alpha.exe")
+        self.wait_line("HPS_PaneMeans", text("HPS_MeansUnsafe"))
+        self.picture("details")
+        self.wait_focus("text", text("HPS_ColDetails"))
+        self.read(f"press:{text('HPS_PaneCopyPath')}")
+        self.press("Escape")
+        self.wait_details_closed()
+        self.wait_focus("table")
+        self.press("ctrl+f", "ctrl+v")  # what was copied, where it can be read
+        wait_until(lambda: "/home/ada/alpha.exe" in json.loads(self.read("texts")), "the copied path")
+        self.press("Escape")
+        self.wait_focus("table")
+        self.press("ctrl+End", "Return")
+        self.wait_line("HPS_PanePath", "/home/ada/gamma.exe")
+        self.read(f"press:{text('HPS_PaneClose')}")
+        self.wait_details_closed()
+        self.wait_focus("table")
+
+    def wait_focus(self, role, name=None):
+        def is_there():
+            focus = json.loads(self.read("focus") or "[]")
+            return any(own == role and name in (None, its) for own, its in focus)
+        wait_until(is_there, f"the focus of {name or role}")
 
     def test_notifications_are_a_window_of_their_own(self):
         self.opened()

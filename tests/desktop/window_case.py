@@ -68,6 +68,21 @@ class WindowCase(DesktopCase):
         """The middle of the first thing of that name on the screen."""
         return json.loads(self.read(f"place:{name}"))
 
+    def names(self):
+        return [name for _, name, _ in self.tree()]
+
+    def details_text(self):
+        """What stands in the pane, or nothing while it is not there."""
+        fields = json.loads(self.read("texts") or "[]")
+        return next((field for field in fields if "\t" in field), "")
+
+    def wait_line(self, key, value):
+        line = f"{text(key)}\t{value}"
+        wait_until(lambda: line in self.details_text().split("\n"), repr(line))
+
+    def wait_details_closed(self):
+        wait_until(lambda: text("HPS_PaneCopyPath") not in self.names(), "the pane to close")
+
     def wait_text(self, wanted):
         """Waits for a label (or another accessible) with exactly that name."""
         wait_until(lambda: any(name == wanted for _, name, _ in self.tree()), repr(wanted))

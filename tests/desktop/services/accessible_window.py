@@ -9,6 +9,7 @@ cells: the current table's cells as a JSON list of rows; tips: their description
 titles: the current table's column titles as a JSON list.
 focus: role and name of what has the keyboard, as JSON; focusable: the same of all that can have it.
 place:NAME: the middle of the first thing of that name on the screen, as JSON.
+press:NAME: nothing; presses the first thing of that name, as a screen reader does.
 size:NAME: its width and height, as JSON.
 cell:N: the middle of the first cell of the current table's row N on the screen, as JSON.
 """
@@ -132,6 +133,9 @@ def main():
         return
     if what.startswith("place:"):
         print(json.dumps(middle(named(app, what.partition(":")[2]))))
+        return
+    if what.startswith("press:"):
+        named(app, what.partition(":")[2]).get_action_iface().do_action(0)
         return
     if what.startswith("size:"):
         print(json.dumps(size(named(app, what.partition(":")[2]))))
