@@ -19,12 +19,14 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
 #include <QTabBar>
 #include <QWindow>
 
+#include <algorithm>
 #include <utility>
 
 namespace korvale {
@@ -195,11 +197,35 @@ void MainWindow::setPaneShown(bool isShown) {
     if (!isShown && m_pane->isAncestorOf(focusWidget())) {
         m_ui->tabView->currentWidget()->setFocus();
     }
-    // Whatever else stands around the table, one row stays in sight.
+    if (!isShown) {
+        m_ui->tabView->setMinimumHeight(0);
+        setMinimumHeight(look::smallestHeight);
+    }
+    m_pane->setVisible(isShown);
+    keepRoom();
+}
+
+/// Whatever else stands around the table, one row stays in sight, and so does the pane: with large
+/// text a window of the least height could not hold both.
+void MainWindow::keepRoom() {
+    if (!isPaneShown()) {
+        return;
+    }
     const auto* table = static_cast<ThreatsTableView*>(m_ui->tabView->currentWidget());
     const int around = m_ui->tabView->height() - table->viewport()->height();
-    m_ui->tabView->setMinimumHeight(isShown ? around + table->heightOfRows() : 0);
-    m_pane->setVisible(isShown);
+    const int tableHeight = around + table->heightOfRows();
+    const int paneHeight = m_pane->layout()->totalMinimumHeightForWidth(width());
+    m_ui->tabView->setMinimumHeight(tableHeight);
+    m_pane->setMinimumHeight(paneHeight);
+    const int needed =
+        height() - m_ui->split->height() + tableHeight + m_ui->split->handleWidth() + paneHeight;
+    setMinimumHeight(
+        std::max(look::smallestHeight, std::min(needed, screen()->availableSize().height())));
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    keepRoom();
 }
 
 bool MainWindow::isPaneShown() const {

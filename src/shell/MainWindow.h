@@ -77,6 +77,7 @@ protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     [[nodiscard]] QList<QLatin1String>
@@ -90,6 +91,7 @@ private:
     void setupKeys();
     void escape();
     void setupFonts();
+    void keepRoom();
     void selectNextTab(int step);
     void restorePlacement();
     void savePlacement();

@@ -14,6 +14,7 @@
 #include "shell/WindowFixture.h"
 #include "tables/CustHeaderView.h"
 #include "tables/ThreatsTableView.h"
+#include "tables/WindowLook.h"
 
 #include <QAbstractButton>
 #include <QFontDatabase>
@@ -21,6 +22,7 @@
 #include <QLayout>
 #include <QPlainTextEdit>
 #include <QTabBar>
+#include <QTextEdit>
 
 namespace korvale {
 namespace {
@@ -182,6 +184,34 @@ TEST_P(LabelRoomTest, OfTheButtonsOfADetailedRowInEveryWindow) {
     for (const auto* button : pane.findChildren<QAbstractButton*>()) {
         EXPECT_TRUE(pane.rect().contains(button->geometry())) << button->text().toStdString();
     }
+}
+
+TEST_P(LabelRoomTest, OfADetailedRowAndItsTableInTheSmallestWindowWithLargeText) {
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSizeF(before.pointSizeF() * 1.5);
+    QApplication::setFont(large);
+    MainWindow& window = shownWindow();
+    window.resize(window.minimumSize());
+    fileThreats.loadData(numberedRows(3));
+    fileThreats.updateView();
+    auto& table = part<ThreatsTableView>("fileThreatsTable");
+    table.setCurrentIndex(table.model()->index(0, 0));
+    QTest::keyClick(&table, Qt::Key_Return);
+    const auto& pane = part<QWidget>("detailsPane");
+    const auto& text = part<QTextEdit>("detailsText");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return text.height() >= text.minimumHeight(); }, 20000));
+    QApplication::processEvents();
+    expectRoom(pane);
+    for (const auto* button : pane.findChildren<QAbstractButton*>()) {
+        EXPECT_TRUE(pane.rect().contains(button->geometry())) << button->text().toStdString();
+        EXPECT_FALSE(text.geometry().intersects(button->geometry()))
+            << button->text().toStdString();
+    }
+    EXPECT_GE(table.viewport()->height(), table.rowHeight(0));
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_EQ(window.minimumSize(), QSize(look::smallestWidth, look::smallestHeight));
+    QApplication::setFont(before);
 }
 
 TEST_P(LabelRoomTest, OfTheButtonOfAnExportInTheSmallestWindow) {
