@@ -16,6 +16,7 @@ namespace korvale {
 ExportLine::ExportLine(QWidget* parent) : QWidget(parent) {
     m_text = new ElidedLabel(this);
     m_text->setObjectName(QStringLiteral("exportLbl"));
+    m_text->setContentsMargins(look::linkPadding, 0, look::linkPadding, 0); // below the strip's
     new ToolTipReach(*m_text);
     m_progress = new QProgressBar(this);
     m_progress->setObjectName(QStringLiteral("exportProgress"));
@@ -24,7 +25,7 @@ ExportLine::ExportLine(QWidget* parent) : QWidget(parent) {
     m_button = new LinkButton(this);
     m_button->setObjectName(QStringLiteral("exportEndButton"));
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(look::linkPadding, 0, 0, 0); // below the strip's texts
+    row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(look::stripSpacing);
     row->addWidget(m_text);
     row->addWidget(m_progress);

@@ -28,8 +28,7 @@ void MainWindowToolbar::setDelegate(ToolbarDelegate& delegate) {
     whole->setSpacing(0);
     auto* leading = new QHBoxLayout;
     m_trailing = new QHBoxLayout;
-    leading->setContentsMargins(0, 0, look::toolbarSpacing, 0);
-    m_trailing->setContentsMargins(look::toolbarSpacing, 0, 0, 0);
+    m_trailing->addSpacing(look::toolbarSpacing); // which is mirrored, as margins are not
     // Equal shares on both sides keep what stands between them in the middle.
     whole->addLayout(leading, 1);
     whole->addLayout(m_trailing, 1);
@@ -48,6 +47,7 @@ void MainWindowToolbar::setDelegate(ToolbarDelegate& delegate) {
             addItem(*side, *item);
         }
     }
+    leading->addSpacing(look::toolbarSpacing);
 }
 
 void MainWindowToolbar::setMenu(QMenu* menu) {

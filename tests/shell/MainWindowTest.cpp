@@ -4,6 +4,7 @@
 #include "shell/WindowMemory.h"
 #include "tables/CustHeaderView.h"
 #include "tables/ThreatsTableView.h"
+#include "tables/WindowLook.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -356,6 +357,21 @@ TEST_F(MainWindowTest, LongAndHostileTextsNeitherWidenNorMisleadTheWindow) {
     EXPECT_EQ(window.minimumSizeHint().width(), narrowest);
     EXPECT_EQ(part<QLabel>("deviceName").height(), part<QLabel>("deviceName").sizeHint().height());
     window.grab(); // drawn without a long wait
+}
+
+TEST_F(MainWindowTest, KeepsShieldAndLogoApartInBothDirections) {
+    MainWindow& window = roomyWindow();
+    const auto distance = [this] {
+        const QRect shield = part<QWidget>("appIcon").geometry();
+        const QRect logo = part<QWidget>("logoImage").geometry();
+        return std::max(logo.left() - shield.right(), shield.left() - logo.right()) - 1;
+    };
+    const int fromLeftToRight = distance();
+    EXPECT_EQ(fromLeftToRight, look::toolbarSpacing);
+    window.setLayoutDirection(Qt::RightToLeft);
+    QApplication::processEvents();
+    EXPECT_EQ(distance(), fromLeftToRight);
+    EXPECT_LT(part<QWidget>("logoImage").x(), part<QWidget>("appIcon").x());
 }
 
 } // namespace
