@@ -48,13 +48,18 @@ TEST_F(FileKindsTest, AHardLinkIsFoundByTheNameThatItWasWrittenBy) {
 }
 
 TEST_F(FileKindsTest, ASparseFileIsJudgedUpToTheLimit) {
-    const auto sparse = [this](const std::string& name, std::uint64_t size) {
-        writeFile(m_folder / name, "bad sparse " + name);
-        std::filesystem::resize_file(m_folder / name, size);
+    const auto sparse = [this](const std::string& name, off_t size) {
+        // Closed once, with its size: in between it would be a small one.
+        const UniqueFd file(
+            ::open((m_folder / name).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+        const std::string content = "bad sparse " + name;
+        ASSERT_EQ(::ftruncate(file.get(), size), 0);
+        ASSERT_EQ(::write(file.get(), content.data(), content.size()),
+                  static_cast<ssize_t>(content.size()));
     };
     byAnother([&] {
-        sparse("large", std::uint64_t{512} << 20);
-        sparse("larger", std::uint64_t{2} << 30);
+        sparse("large", off_t{512} << 20);
+        sparse("larger", off_t{2} << 30);
     });
     EXPECT_TRUE(finds(m_folder / "large"));
     EXPECT_TRUE(waitUntil([this] { return m_watch->written().counts().notScanned > 0; }));
