@@ -122,7 +122,8 @@ TEST_F(TerminalWaiting, AnAgentThatDiesMeanwhileEndsItWithThree) {
     const Ending ending = endingOf(run);
     EXPECT_EQ(ending.status, 3);
     EXPECT_EQ(ending.errors,
-              QStringLiteral("korvale-ui: The agent has ended before it was done.\n"));
+              QStringLiteral("korvale-ui: The agent has ended before it was done.\n"))
+        << ending;
 }
 
 TEST_F(TerminalWaiting, TheInterruptKeySaysThatTheScanGoesOn) {
