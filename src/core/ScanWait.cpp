@@ -31,6 +31,9 @@ ScanWait::ScanWait(For what, QString folder, TerminalOutput& output)
 
 void ScanWait::accepted() {
     m_watch.accepted(now());
+    if (m_isProgressUnsaid) {
+        showProgress();
+    }
     look();
 }
 
@@ -41,7 +44,11 @@ void ScanWait::told(AgentNotification what) {
     }
     if (what == AgentNotification::AnalyzerStatus) {
         m_watch.progressed(now());
-        showProgress();
+        if (hasBegun()) {
+            showProgress();
+        } else {
+            m_isProgressUnsaid = true;
+        }
     } else if (what == AgentNotification::TimerAggregatedMessage) {
         m_watch.progressed(now());
         m_watch.saw(scannerState(), now());

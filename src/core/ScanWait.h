@@ -48,6 +48,7 @@ private:
     std::optional<FoundThreats> m_threats; ///< where they are wanted: the lists may be long
     std::optional<std::int64_t> m_analysedBefore;
     ScanWatch m_watch;
+    bool m_isProgressUnsaid = false; ///< told before the agent's answer, which is said first
 };
 
 } // namespace korvale

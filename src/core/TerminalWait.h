@@ -35,6 +35,7 @@ protected:
     virtual void look() = 0;
     /// Since the wait was made.
     [[nodiscard]] Moment now() const { return Moment(m_clock.elapsed()); }
+    [[nodiscard]] bool hasBegun() const { return m_hasBegun; }
     void end(int status, const char* complaint = nullptr);
 
 private:

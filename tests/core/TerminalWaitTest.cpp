@@ -126,6 +126,17 @@ TEST_F(TerminalWaiting, AnAgentThatDiesMeanwhileEndsItWithThree) {
         << ending;
 }
 
+TEST_F(TerminalWaiting, WhatTheScanTellsBeforeTheAnswerIsSaidAfterIt) {
+    startAgent();
+    write(m_toScan + QStringLiteral("/harmless"), "x");
+    m_agent.tell(QStringLiteral("reply-delay 1000"));
+    const Ending ending = command({scan, m_toScan, waiting});
+    EXPECT_EQ(ending.status, 0) << ending;
+    const QStringList lines = ending.output.split(u'\n');
+    EXPECT_EQ(lines.value(0), QStringLiteral("The agent scans ") + m_toScan) << ending;
+    EXPECT_TRUE(lines.value(1).endsWith(QStringLiteral("/harmless"))) << ending;
+}
+
 TEST_F(TerminalWaiting, TheInterruptKeySaysThatTheScanGoesOn) {
     startSlowAgent();
     ProgramRun run;
