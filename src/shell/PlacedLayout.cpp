@@ -5,6 +5,13 @@
 
 namespace korvale {
 
+/// One after the other: a layout inside asks to be taken out when it goes.
+PlacedLayout::~PlacedLayout() {
+    while (!m_items.empty()) {
+        const std::unique_ptr<QLayoutItem> item(PlacedLayout::takeAt(0));
+    }
+}
+
 QLayoutItem* PlacedLayout::itemAt(int index) const {
     const bool isThere = index >= 0 && index < count();
     return isThere ? m_items[static_cast<std::size_t>(index)].get() : nullptr;

@@ -12,7 +12,7 @@ namespace korvale {
 /// stood before: there is nothing that could flicker.
 class PlacedLayout : public QLayout {
 public:
-    ~PlacedLayout() override = default;
+    ~PlacedLayout() override;
 
     void addItem(QLayoutItem* item) override { m_items.emplace_back(item); }
     [[nodiscard]] int count() const override { return static_cast<int>(m_items.size()); }
