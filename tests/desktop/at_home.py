@@ -43,6 +43,14 @@ class Played:
         wait_until(lambda: self.desktop.has_name("com.korvale.ui"), "the first start to be there")
         self.assertEqual(self.program().wait_exit(), 0)
 
+    def play_colours(self, agent):
+        agent.tell_all("start", "halyx on")
+        self.panel.wait_colour("green")
+        self.picture("green")
+        agent.tell("driver lost")
+        self.panel.wait_colour("red")
+        self.picture("red")
+
     def check_second_start(self, program):
         """With the window in front: another covers it, and a second start brings it back as it was."""
         self.desktop.enlarge_active()
@@ -77,14 +85,6 @@ class AtHome(Played):
     def click(self):
         self.panel.click(1, self.desktop.clicks_for_window)
         self.panel.rest()
-
-    def play_colours(self, agent):
-        agent.tell_all("start", "halyx on")
-        self.panel.wait_colour("green")
-        self.picture("green")
-        agent.tell("driver lost")
-        self.panel.wait_colour("red")
-        self.picture("red")
 
     def test_start(self):
         self.program()
