@@ -7,6 +7,7 @@
 #include <QStyleOption>
 
 namespace korvale {
+
 MenuStyle::MenuStyle(QObject* parent) : QProxyStyle(QApplication::style()->name()) {
     setParent(parent);
 }

@@ -120,6 +120,15 @@ protected:
         controller().updateDisplay();
     }
 
+    /// Of the first row of the first table, by keyboard; their text.
+    QTextEdit& openDetails() {
+        fill();
+        auto* table = tables().front();
+        table->setCurrentIndex(table->model()->index(0, 0));
+        QTest::keyClick(table, Qt::Key_Return);
+        return part<QTextEdit>("detailsText");
+    }
+
     static void expectLegible(const QImage& window, const QRect& area, const QString& what) {
         const qreal scale = window.devicePixelRatio();
         const QRect pixels((QPointF(area.topLeft()) * scale).toPoint(),
@@ -280,12 +289,8 @@ TEST_P(ContrastTest, RowsCanBeReadSelectedOrNotWithAndWithoutTheFocus) {
 
 TEST_P(ContrastTest, TheDetailsOfARowCanBeRead) {
     QWidget& window = roomyWindow();
-    fill();
-    auto* table = tables().front();
-    table->setCurrentIndex(table->model()->index(0, 0));
-    QTest::keyClick(table, Qt::Key_Return);
+    QTextEdit& details = openDetails();
     expectLegible(window);
-    auto& details = part<QTextEdit>("detailsText");
     details.selectAll();
     QApplication::processEvents();
     expectLegible(window.grab().toImage(), areaOf(details, details.rect()), details.toPlainText());
@@ -294,11 +299,7 @@ TEST_P(ContrastTest, TheDetailsOfARowCanBeRead) {
 /// Where the scale of the screen puts an edge between two pixels, too.
 TEST_P(ContrastTest, TheDetailsHaveAFrameOnFourSidesWhileTheyHaveTheFocus) {
     MainWindow& window = roomyWindow();
-    fill();
-    auto* table = tables().front();
-    table->setCurrentIndex(table->model()->index(0, 0));
-    QTest::keyClick(table, Qt::Key_Return);
-    auto& details = part<QTextEdit>("detailsText");
+    QTextEdit& details = openDetails();
     for (int height = 560; height < 564; ++height) {
         window.resize(920, height);
         QApplication::processEvents();
@@ -332,10 +333,7 @@ TEST_P(ContrastTest, WithHighContrastWhatCanBeUsedHasEdges) {
 
 TEST_P(ContrastTest, WithHighContrastScrollBarsAndTheSplitterCanBeSeen) {
     MainWindow& window = roomyWindow();
-    fill();
-    auto* table = tables().front();
-    table->setCurrentIndex(table->model()->index(0, 0));
-    QTest::keyClick(table, Qt::Key_Return);
+    openDetails();
     window.resize(window.minimumSize());
     resources.setHighContrast(true);
     QApplication::processEvents();
