@@ -37,7 +37,6 @@
 
 #include <QDBusConnection>
 #include <QObject>
-#include <QProcessEnvironment>
 #include <QTimer>
 
 #include <functional>
@@ -49,8 +48,8 @@ namespace korvale {
 struct AppDelegateContext {
     const CommandLine& commandLine;
     const InfoDictionary& info;
-    const QProcessEnvironment& environment; ///< that the program was started with
-    std::function<void()> sleepOneSecond;   ///< holds up the main thread; one-shot starts only
+    const StartEnvironment& environment;  ///< that the program was started with
+    std::function<void()> sleepOneSecond; ///< holds up the main thread; one-shot starts only
     std::function<void()> terminate; ///< ends the event loop; applicationWillTerminate follows
 };
 

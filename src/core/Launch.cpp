@@ -19,7 +19,6 @@
 #include "shell/Translations.h"
 
 #include <QApplication>
-#include <QProcessEnvironment>
 #include <QSessionManager>
 
 #include <atomic>
@@ -111,7 +110,7 @@ private:
 
 int runApplication(int argc, char** argv, const CommandLine& commandLine,
                    const InfoDictionary& info, TerminationSignals& signalsOfTheSystem) {
-    const QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const StartEnvironment environment;
     std::atomic<bool> hasEnded = false;
     const auto willTerminate = [&hasEnded] {
         if (!hasEnded.exchange(true)) {

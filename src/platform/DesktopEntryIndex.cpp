@@ -1,6 +1,5 @@
 #include "platform/DesktopEntryIndex.h"
 
-#include "platform/RegularFile.h"
 #include "platform/UserLanguages.h"
 #include "platform/XdgFolders.h"
 
@@ -12,6 +11,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <tuple>
+#include <utility>
 
 namespace korvale {
 namespace {
@@ -74,7 +74,7 @@ void DesktopEntryIndex::readFolder(std::string& path, const std::string& idPrefi
             readFolder(path, std::string(idPrefix).append(name).append("-"), number, sources);
         } else if (name.ends_with(".desktop")) {
             const auto [seen, isNew] =
-                m_ids.try_emplace(std::string(idPrefix).append(name), number);
+                m_ids.try_emplace(std::pmr::string(idPrefix, &m_memory).append(name), number);
             if (isNew || seen->second == number) {
                 readEntry(path, number, seen->first, sources);
             }
@@ -83,11 +83,14 @@ void DesktopEntryIndex::readFolder(std::string& path, const std::string& idPrefi
 }
 
 void DesktopEntryIndex::readEntry(const std::string& path, std::size_t folder,
-                                  const std::string& id, const Sources& sources) {
+                                  std::string_view id, const Sources& sources) {
     const auto file = RegularFile::open(path.c_str(), largestEntry);
-    const auto bytes = file ? file->readAll() : std::nullopt;
-    const std::string_view content =
-        bytes ? std::string_view(bytes->bytes.get(), bytes->size) : std::string_view();
+    auto bytes = file ? file->readAll({}, std::exchange(m_content, {})) : std::nullopt;
+    if (!bytes) {
+        return;
+    }
+    m_content = std::move(*bytes);
+    const std::string_view content(m_content.bytes.get(), m_content.size);
     // Few entries are of what runs, and all are looked at at every start.
     if (!mayStart(content, [this, &sources](const std::string& program) {
             return bestOf(program, sources.programFolders) != nullptr;
@@ -101,7 +104,7 @@ void DesktopEntryIndex::readEntry(const std::string& path, std::size_t folder,
     }
     Best found{entry->name, entry->isShown, folder, id};
     const auto rank = [](const Best& one) {
-        return std::tuple<bool, std::size_t, const std::string&>(!one.isShown, one.folder, one.id);
+        return std::tuple(!one.isShown, one.folder, one.id);
     };
     if (!best->name || rank(found) < rank(*best)) {
         *best = std::move(found);

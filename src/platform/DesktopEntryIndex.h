@@ -1,14 +1,17 @@
 #pragma once
 
 #include "platform/DesktopEntry.h"
+#include "platform/RegularFile.h"
 
 #include <QByteArray>
 #include <QString>
 
 #include <cstdint>
 #include <map>
+#include <memory_resource>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -44,24 +47,26 @@ private:
         std::optional<QString> name;
         bool isShown = false;
         std::size_t folder = 0; ///< which of the data folders
-        std::string id;         ///< the entry's
+        std::string_view id;    ///< the entry's, among m_ids
     };
 
     /// Reads the entries in the folder `path` and below it, of the data folder `number`. `idPrefix`
     /// is the way from there to here, slashes as hyphens. What is left in `path` is of no use.
     void readFolder(std::string& path, const std::string& idPrefix, std::size_t number,
                     const Sources& sources);
-    void readEntry(const std::string& path, std::size_t folder, const std::string& id,
+    void readEntry(const std::string& path, std::size_t folder, std::string_view id,
                    const Sources& sources);
     /// Where the name belongs of what `program`, a path or a name, starts; null: nowhere.
     [[nodiscard]] Best* bestOf(const std::string& program,
                                const std::vector<std::string>& programFolders);
     [[nodiscard]] static std::optional<FileId> fileId(const std::string& path);
 
+    std::pmr::monotonic_buffer_resource m_memory; ///< for many small things that go together
     /// The data folder of each entry seen: an earlier one's hides a later one's of the same id.
-    std::unordered_map<std::string, std::size_t> m_ids;
-    std::map<FileId, Best> m_best;
+    std::pmr::unordered_map<std::pmr::string, std::size_t> m_ids{&m_memory};
+    std::pmr::map<FileId, Best> m_best{&m_memory};
     std::map<std::string, Best> m_bestOfGone; ///< by path, where no file is now
+    FileBytes m_content;                      ///< of the entry that was read last
 };
 
 } // namespace korvale

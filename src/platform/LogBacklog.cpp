@@ -13,6 +13,7 @@ namespace korvale {
 namespace {
 
 constexpr std::size_t largeBacklog = 1U << 20U;
+constexpr std::size_t keptRoom = 1U << 14U;
 
 /// Many lines in two blocks of memory.
 struct Lines {
@@ -22,6 +23,11 @@ struct Lines {
     };
     std::vector<Place> places;
     std::string texts; ///< each ends in a NUL
+
+    void clear() {
+        places.clear();
+        texts.clear();
+    }
 };
 
 } // namespace
@@ -33,6 +39,7 @@ struct LogBacklog::Work {
     const std::size_t capacity;
     std::mutex mutex; ///< of all below
     Lines lines;
+    Lines room; ///< no lines, but memory for the next that come
     std::size_t lost = 0; ///< lines that found no room since the last that did
     bool isWriting = false;
     std::condition_variable done; ///< nothing is written any more
@@ -116,6 +123,10 @@ void LogBacklog::Work::writeAll() {
             ::malloc_trim(0); // else the C library may keep all of it for this program
         }
         lock.lock();
+        if (taken.texts.capacity() <= keptRoom) {
+            taken.clear();
+            room = std::move(taken);
+        }
     }
     isWriting = false;
     done.notify_all();
@@ -136,7 +147,7 @@ Lines LogBacklog::Work::takeLines() {
         lines.places.push_back({LogLevel::Warn, line.size()});
         lines.texts.append(line.c_str(), line.size() + 1);
     }
-    return std::exchange(lines, {});
+    return std::exchange(lines, std::exchange(room, {}));
 }
 
 } // namespace korvale

@@ -147,12 +147,12 @@ std::vector<RunningApplication> ProcRunningApplications::list() const {
         if (!pid || !isUsers(m_place, process)) {
             continue;
         }
-        const std::optional<Program> program = programOf(process);
+        std::optional<Program> program = programOf(process);
         if (!program || isElsewhere(process)) {
             continue;
         }
         const auto [known, isNew] =
-            oldest.emplace(program->key, Oldest{program->name, *pid, std::nullopt});
+            oldest.try_emplace(std::move(program->key), Oldest{std::move(program->name), *pid, {}});
         if (isNew) {
             continue;
         }
@@ -175,7 +175,7 @@ std::vector<RunningApplication> ProcRunningApplications::list() const {
     std::vector<RunningApplication> applications;
     for (const auto& [executable, process] : oldest) {
         const auto entry = executable.starts_with('/') ? names.nameOf(executable) : std::nullopt;
-        applications.push_back({entry.value_or(QString::fromStdString(process.name)), process.pid});
+        applications.push_back({entry ? *entry : QString::fromStdString(process.name), process.pid});
     }
     std::sort(applications.begin(), applications.end(),
               [](const auto& a, const auto& b) { return a.pid < b.pid; });

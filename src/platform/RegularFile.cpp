@@ -28,7 +28,7 @@ std::optional<std::size_t> readAt(int descriptor, std::span<char> room, std::siz
 }
 
 FileBytes withRoomFor(std::size_t size, const FileBytes& present) {
-    FileBytes result{std::make_shared_for_overwrite<char[]>(size + 1), present.size};
+    FileBytes result{std::make_shared_for_overwrite<char[]>(size + 1), present.size, size};
     std::copy_n(present.bytes.get(), present.size, result.bytes.get());
     return result;
 }
@@ -82,23 +82,28 @@ bool RegularFile::readBlocks(const BlockConsumer& consume) const {
     return false;
 }
 
-std::optional<FileBytes> RegularFile::readAll(const BlockConsumer& consume) const {
+std::optional<FileBytes> RegularFile::readAll(const BlockConsumer& consume,
+                                              FileBytes former) const {
     try {
-        return readWhole(consume);
+        return readWhole(consume, std::move(former));
     } catch (const std::bad_alloc&) {
         return std::nullopt;
     }
 }
 
-std::optional<FileBytes> RegularFile::readWhole(const BlockConsumer& consume) const {
+std::optional<FileBytes> RegularFile::readWhole(const BlockConsumer& consume,
+                                                FileBytes content) const {
+    content.size = 0;
     // Files of /proc have no size of their own.
-    std::size_t room = std::max(m_size, leastRoom);
-    FileBytes content = withRoomFor(room, {});
+    if (const std::size_t room = std::max(m_size, leastRoom);
+        !content.bytes || content.room < room) {
+        content = withRoomFor(room, content);
+    }
     // The one byte more shows the end of the file, or that it has grown.
-    while (const auto count = readAt(
-               m_descriptor,
-               {content.bytes.get() + content.size, std::min(blockSize, room + 1 - content.size)},
-               content.size)) {
+    while (const auto count = readAt(m_descriptor,
+                                     {content.bytes.get() + content.size,
+                                      std::min(blockSize, content.room + 1 - content.size)},
+                                     content.size)) {
         if (*count == 0) {
             return content;
         }
@@ -109,9 +114,8 @@ std::optional<FileBytes> RegularFile::readWhole(const BlockConsumer& consume) co
         if (content.size > m_limit) {
             return std::nullopt;
         }
-        if (content.size > room) {
-            room = std::min(m_limit, room * 2 + leastRoom);
-            content = withRoomFor(room, content);
+        if (content.size > content.room) {
+            content = withRoomFor(std::min(m_limit, content.room * 2 + leastRoom), content);
         }
     }
     return std::nullopt;

@@ -14,6 +14,7 @@ namespace korvale {
 struct FileBytes {
     std::shared_ptr<char[]> bytes;
     std::size_t size = 0;
+    std::size_t room = 0; ///< for so many bytes, the one behind them aside
 };
 
 /// A regular file opened for reading; links are followed. Anything else of that name (a folder,
@@ -45,12 +46,15 @@ public:
     [[nodiscard]] bool readBlocks(const BlockConsumer& consume) const;
 
     /// Reads the whole file from its beginning; `consume`, if any, sees each block as it comes in.
-    [[nodiscard]] std::optional<FileBytes> readAll(const BlockConsumer& consume = {}) const;
+    /// The bytes of another file that nobody needs any more, `former`, leave their memory to it.
+    [[nodiscard]] std::optional<FileBytes> readAll(const BlockConsumer& consume = {},
+                                                   FileBytes former = {}) const;
 
 private:
     RegularFile(int descriptor, std::size_t limit) : m_descriptor(descriptor), m_limit(limit) {}
 
-    [[nodiscard]] std::optional<FileBytes> readWhole(const BlockConsumer& consume) const;
+    [[nodiscard]] std::optional<FileBytes> readWhole(const BlockConsumer& consume,
+                                                     FileBytes content) const;
 
     int m_descriptor;
     std::size_t m_size = 0;

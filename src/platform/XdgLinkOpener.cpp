@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <utility>
+
 namespace korvale {
 namespace {
 
@@ -19,12 +21,8 @@ QStringList tokenVariables() {
 
 } // namespace
 
-XdgLinkOpener::XdgLinkOpener(const QProcessEnvironment& environment) : m_environment(environment) {
-    // Each is good for one window: this program's.
-    for (const QString& variable : tokenVariables()) {
-        m_environment.remove(variable);
-    }
-}
+XdgLinkOpener::XdgLinkOpener(StartEnvironment environment)
+    : m_environment(std::move(environment)) {}
 
 void XdgLinkOpener::openLink(const QString& link, const QString& activationToken) {
     if (isOpenableLink(link)) {
@@ -43,10 +41,12 @@ bool XdgLinkOpener::open(const QByteArray& address, const QString& activationTok
     opener.setProgram(QStringLiteral("xdg-open"));
     // The encoded form starts with its scheme, so it is never taken for an option.
     opener.setArguments({QString::fromLatin1(address)});
-    QProcessEnvironment environment = m_environment;
-    if (!activationToken.isEmpty() && activationToken.size() <= longestToken) {
-        for (const QString& variable : tokenVariables()) {
+    QProcessEnvironment environment = m_environment.variables();
+    for (const QString& variable : tokenVariables()) {
+        if (!activationToken.isEmpty() && activationToken.size() <= longestToken) {
             environment.insert(variable, activationToken);
+        } else {
+            environment.remove(variable); // it was good for one window: this program's
         }
     }
     opener.setProcessEnvironment(environment);

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "platform/LinkOpener.h"
-
-#include <QProcessEnvironment>
+#include "platform/StartEnvironment.h"
 
 namespace korvale {
 
@@ -12,7 +11,7 @@ class XdgLinkOpener final : public LinkOpener {
 public:
     /// `environment` is what the program was started with: what it has changed for itself since
     /// is none of the browser's business.
-    explicit XdgLinkOpener(const QProcessEnvironment& environment);
+    explicit XdgLinkOpener(StartEnvironment environment);
 
     void openLink(const QString& link, const QString& activationToken) override;
     bool openFolder(const QString& path) override;
@@ -20,7 +19,7 @@ public:
 private:
     bool open(const QByteArray& address, const QString& activationToken);
 
-    QProcessEnvironment m_environment;
+    StartEnvironment m_environment;
 };
 
 } // namespace korvale

@@ -153,8 +153,10 @@ void TrayIcon::showItem() {
     connect(m_icon.get(), &QSystemTrayIcon::activated, this, &TrayIcon::react);
     m_icon->show();
     m_itemOnBus = TrayItemAdaptor::takeOverNewest();
-    updatePicture();
-    updateToolTip();
+    if (m_itemOnBus) {
+        m_itemOnBus->setPicture(m_item.shownPicture());
+        m_itemOnBus->setToolTip(trayToolTip(m_item.toolTip()));
+    }
 }
 
 void TrayIcon::showDock() {

@@ -75,8 +75,16 @@ QString TrayItemAdaptor::toolkitText(const char* property) const {
 }
 
 void TrayItemAdaptor::setPicture(const QIcon& picture) {
-    m_pictures = trayPictures(picture);
+    m_picture = picture;
+    m_pictures.clear();
     Q_EMIT NewIcon();
+}
+
+QList<TrayPicture> TrayItemAdaptor::pictures() const {
+    if (m_pictures.isEmpty()) {
+        m_pictures = trayPictures(m_picture);
+    }
+    return m_pictures;
 }
 
 void TrayItemAdaptor::setToolTip(const QString& text) {

@@ -4,6 +4,7 @@
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusObjectPath>
+#include <QIcon>
 #include <QPointer>
 #include <QString>
 
@@ -50,7 +51,7 @@ public:
     [[nodiscard]] QDBusObjectPath menu() const;
     [[nodiscard]] static bool itemIsMenu() { return false; }
     [[nodiscard]] QString iconName() const { return toolkitText("IconName"); }
-    [[nodiscard]] const QList<TrayPicture>& pictures() const { return m_pictures; }
+    [[nodiscard]] QList<TrayPicture> pictures() const;
     [[nodiscard]] TrayToolTip toolTip() const { return {{}, {}, m_toolTip, {}}; }
     /// What GNOME's extension has read aloud; it asks for it with each picture.
     [[nodiscard]] QString toolTipText() const { return m_toolTip; }
@@ -80,7 +81,8 @@ private:
     [[nodiscard]] QString toolkitText(const char* property) const;
 
     QPointer<QDBusAbstractAdaptor> m_toolkits;
-    QList<TrayPicture> m_pictures;
+    QIcon m_picture;
+    mutable QList<TrayPicture> m_pictures; ///< of it, once somebody has asked
     QString m_toolTip;
 };
 

@@ -12,7 +12,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
-#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -94,7 +93,7 @@ protected:
     const Translations m_texts{{"de"}};
     std::optional<CommandLine> m_commandLine;
     std::optional<InfoDictionary> m_info;
-    const QProcessEnvironment m_environment;
+    const StartEnvironment m_environment;
     std::unique_ptr<AppDelegate> m_delegate;
     std::vector<std::string> m_said;
 

@@ -82,30 +82,39 @@ protected:
 
 TEST_F(XdgLinkOpenerTest, TheEncodedLinkIsTheOnlyArgument) {
     install("printf '%s\\n' \"$#\" \"$@\"");
-    XdgLinkOpener opener(QProcessEnvironment::systemEnvironment());
+    XdgLinkOpener opener{StartEnvironment()};
     opener.openLink(QStringLiteral("file:///etc/passwd"), {});
     opener.openLink(QStringLiteral("https://korvale.example/\u00e9;rm?a=$(x)&\U0001F600"), {});
     EXPECT_EQ(written(), "1\nhttps://korvale.example/%C3%A9;rm?a=$(x)&%F0%9F%98%80\n");
 }
 
-TEST_F(XdgLinkOpenerTest, TheBrowserGetsTheGivenEnvironmentWithoutAnyRightToTheFocus) {
+TEST_F(XdgLinkOpenerTest, TheBrowserGetsTheEnvironmentAsItWasWithoutAnyRightToTheFocus) {
     install("env");
-    QProcessEnvironment given = QProcessEnvironment::systemEnvironment();
-    given.insert(QStringLiteral("KORVALE_TEST"), QStringLiteral("as it was"));
-    given.insert(QStringLiteral("XDG_ACTIVATION_TOKEN"), QStringLiteral("spent"));
-    given.insert(QStringLiteral("DESKTOP_STARTUP_ID"), QStringLiteral("spent"));
-    XdgLinkOpener opener(given);
-    qputenv("KORVALE_TEST", "changed since");
+    qputenv("KORVALE_CHANGED", "as it was");
+    qputenv("KORVALE_REMOVED", "there");
+    qputenv("KORVALE_BYTES", "\xff\xfe");
+    qputenv("XDG_ACTIVATION_TOKEN", "spent");
+    XdgLinkOpener opener{StartEnvironment()};
+    qputenv("KORVALE_CHANGED", "changed since");
+    qunsetenv("KORVALE_REMOVED");
+    qputenv("KORVALE_ADDED", "since");
+    qputenv("DESKTOP_STARTUP_ID", "spent");
     opener.openLink(QStringLiteral("https://korvale.example/"), {});
     const QByteArray environment = written();
-    qunsetenv("KORVALE_TEST");
-    EXPECT_TRUE(environment.contains("KORVALE_TEST=as it was\n"));
-    EXPECT_FALSE(environment.contains("=spent"));
+    for (const char* name : {"KORVALE_CHANGED", "KORVALE_BYTES", "KORVALE_ADDED",
+                             "XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+        qunsetenv(name);
+    }
+    EXPECT_TRUE(environment.contains("KORVALE_CHANGED=as it was\n"));
+    EXPECT_TRUE(environment.contains("KORVALE_REMOVED=there\n"));
+    EXPECT_TRUE(environment.contains("KORVALE_BYTES=\xff\xfe\n"));
+    EXPECT_FALSE(environment.contains("since"));
+    EXPECT_FALSE(environment.contains("spent"));
 }
 
 TEST_F(XdgLinkOpenerTest, TheRightToTheFocusThatCameWithAClickIsHandedOnOnce) {
     install("env");
-    XdgLinkOpener opener(QProcessEnvironment::systemEnvironment());
+    XdgLinkOpener opener{StartEnvironment()};
     opener.openLink(QStringLiteral("https://korvale.example/"), QStringLiteral("of this click"));
     const QByteArray environment = written();
     EXPECT_TRUE(environment.contains("XDG_ACTIVATION_TOKEN=of this click\n"));
@@ -116,14 +125,14 @@ TEST_F(XdgLinkOpenerTest, TheRightToTheFocusThatCameWithAClickIsHandedOnOnce) {
 
 TEST_F(XdgLinkOpenerTest, ATokenTooLargeForAnEnvironmentKeepsNoLinkClosed) {
     install("env");
-    XdgLinkOpener opener(QProcessEnvironment::systemEnvironment());
+    XdgLinkOpener opener{StartEnvironment()};
     opener.openLink(QStringLiteral("https://korvale.example/"), QString(1'000'000, u'x'));
     EXPECT_FALSE(written().contains("xxxx"));
 }
 
 TEST_F(XdgLinkOpenerTest, AFolderIsOpenedByAnAddressThatOnlyAFolderCanHave) {
     install("printf '%s\\n' \"$#\" \"$@\"");
-    XdgLinkOpener opener(QProcessEnvironment::systemEnvironment());
+    XdgLinkOpener opener{StartEnvironment()};
     EXPECT_TRUE(opener.openFolder(QStringLiteral("/home/me/-a b;$(x)\u00e9")));
     EXPECT_EQ(written(), "1\nfile:///home/me/-a%20b;$(x)%C3%A9/\n");
     EXPECT_TRUE(opener.openFolder(QStringLiteral("/")));
@@ -135,7 +144,7 @@ TEST_F(XdgLinkOpenerTest, AFolderIsOpenedByAnAddressThatOnlyAFolderCanHave) {
 TEST_F(XdgLinkOpenerTest, WithoutXdgOpenALineInTheLogSaysSo) {
     const RecordingLogSink log;
     qputenv("PATH", "/nonexistent");
-    XdgLinkOpener(QProcessEnvironment()).openLink(QStringLiteral("https://korvale.example/"), {});
+    XdgLinkOpener(StartEnvironment()).openLink(QStringLiteral("https://korvale.example/"), {});
     ASSERT_EQ(log.lines().size(), 1U);
     EXPECT_EQ(log.lines()[0].substr(0, 27), "WARN \"xdg-open cannot start");
 }

@@ -1,5 +1,10 @@
 #include "core/base/TextFormat.h"
 
+#include <QVarLengthArray>
+
+#include <algorithm>
+#include <numeric>
+
 namespace korvale {
 namespace {
 
@@ -23,28 +28,28 @@ qsizetype placeholderLength(QStringView text) {
 } // namespace
 
 QString formatText(QStringView format, std::initializer_list<QString> arguments) {
-    qsizetype room = format.size();
-    for (const QString& argument : arguments) {
-        room += argument.size();
-    }
-    QString result;
-    result.reserve(room);
+    QVarLengthArray<QStringView, 16> pieces; // put together at once, in memory of just their size
     auto argument = arguments.begin();
-    while (!format.isEmpty()) {
-        const qsizetype percent = format.indexOf(u'%');
-        if (percent < 0) {
-            result += format;
-            break;
-        }
-        result += format.first(percent);
+    for (qsizetype percent = format.indexOf(u'%'); percent >= 0; percent = format.indexOf(u'%')) {
+        pieces.append(format.first(percent));
         format = format.sliced(percent);
-        if (const qsizetype length = placeholderLength(format); length > 0) {
-            result += argument != arguments.end() ? *argument++ : QStringLiteral("(null)");
-            format = format.sliced(length);
+        qsizetype length = placeholderLength(format);
+        if (length > 0) {
+            pieces.append(argument != arguments.end() ? QStringView(*argument++) : u"(null)");
         } else {
-            result += u'%';
-            format = format.sliced(format.startsWith(u"%%") ? 2 : 1);
+            pieces.append(format.first(1));
+            length = format.startsWith(u"%%") ? 2 : 1;
         }
+        format = format.sliced(length);
+    }
+    pieces.append(format);
+    const qsizetype size =
+        std::accumulate(pieces.begin(), pieces.end(), qsizetype{0},
+                        [](qsizetype sum, QStringView piece) { return sum + piece.size(); });
+    QString result(size, Qt::Uninitialized);
+    QChar* next = result.data();
+    for (const QStringView piece : pieces) {
+        next = std::copy(piece.begin(), piece.end(), next);
     }
     return result;
 }
