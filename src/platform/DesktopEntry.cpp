@@ -20,32 +20,32 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
-/// Undoes the escapes that every text value may have.
+/// What a backslash and `letter` stand for.
+char escaped(char letter) {
+    switch (letter) {
+    case 's':
+        return ' ';
+    case 'n':
+        return '\n';
+    case 't':
+        return '\t';
+    case 'r':
+        return '\r';
+    default:
+        return letter;
+    }
+}
+
+/// Undoes the escapes that every text value may have, and hardly one has. The last one may lack its
+/// letter.
 std::string unescaped(std::string_view value) {
     std::string result;
-    for (std::size_t i = 0; i < value.size(); ++i) {
-        if (value[i] != '\\' || i + 1 == value.size()) {
-            result += value[i];
-            continue;
-        }
-        switch (const char escaped = value[++i]; escaped) {
-        case 's':
-            result += ' ';
-            break;
-        case 'n':
-            result += '\n';
-            break;
-        case 't':
-            result += '\t';
-            break;
-        case 'r':
-            result += '\r';
-            break;
-        default:
-            result += escaped;
-        }
+    for (std::size_t slash = value.find('\\');
+         slash != std::string_view::npos && slash + 1 < value.size(); slash = value.find('\\')) {
+        result.append(value.substr(0, slash)).push_back(escaped(value[slash + 1]));
+        value.remove_prefix(slash + 2);
     }
-    return result;
+    return result.append(value);
 }
 
 /// The first word of a command line: up to a blank, or between quotes with backslash escapes.
@@ -135,10 +135,11 @@ public:
         }
     }
 
-    [[nodiscard]] std::optional<DesktopEntry> entry() const {
+    /// Once all lines are read.
+    [[nodiscard]] std::optional<DesktopEntry> takeEntry() {
         const bool usable = m_isApplication && !m_isHidden && !m_entry.program.empty() &&
                             m_rank <= m_languages.size();
-        return usable ? std::optional(m_entry) : std::nullopt;
+        return usable ? std::optional(std::move(m_entry)) : std::nullopt;
     }
 
 private:
@@ -186,7 +187,7 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view content,
             reader.read({next, lineEnd(next, end)});
         }
     }
-    return reader.entry();
+    return reader.takeEntry();
 }
 
 bool mayStart(std::string_view content, const std::function<bool(const std::string&)>& isWanted) {

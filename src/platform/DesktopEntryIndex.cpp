@@ -17,6 +17,7 @@ namespace korvale {
 namespace {
 
 constexpr std::size_t largestEntry = 1 << 20;
+constexpr std::size_t usualEntries = 500; ///< of a desktop
 
 std::vector<std::string> folders(const QByteArray& list) {
     std::vector<std::string> result;
@@ -48,6 +49,7 @@ DesktopEntryIndex::Sources DesktopEntryIndex::environment() {
 
 DesktopEntryIndex::DesktopEntryIndex(const Sources& sources,
                                      const std::vector<std::string>& executables) {
+    m_ids.reserve(usualEntries);
     for (const std::string& executable : executables) {
         if (const auto id = fileId(executable)) {
             m_best[*id];

@@ -140,7 +140,9 @@ bool ProcRunningApplications::isElsewhere(const std::string& process) const {
 std::vector<RunningApplication> ProcRunningApplications::list() const {
     std::map<std::string, Oldest> oldest;
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(m_place.proc.c_str()), ::closedir);
-    const auto pathOf = [this](pid_t pid) { return m_place.proc + '/' + std::to_string(pid); };
+    const auto pathOf = [this](pid_t pid) {
+        return std::string(m_place.proc).append("/").append(std::to_string(pid));
+    };
     while (const dirent* entry = folder ? ::readdir(folder.get()) : nullptr) {
         const std::optional<pid_t> pid = pidOf(entry->d_name);
         const std::string process = pid ? pathOf(*pid) : std::string();
