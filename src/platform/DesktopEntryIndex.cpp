@@ -48,7 +48,8 @@ DesktopEntryIndex::Sources DesktopEntryIndex::environment() {
 }
 
 DesktopEntryIndex::DesktopEntryIndex(const Sources& sources,
-                                     const std::vector<std::string>& executables) {
+                                     const std::vector<std::string>& executables)
+    : m_programFolders(sources.programFolders.begin(), sources.programFolders.end()) {
     m_ids.reserve(usualEntries);
     for (const std::string& executable : executables) {
         if (const auto id = fileId(executable)) {
@@ -94,13 +95,12 @@ void DesktopEntryIndex::readEntry(const std::string& path, std::size_t folder,
     m_content = std::move(*bytes);
     const std::string_view content(m_content.bytes.get(), m_content.size);
     // Few entries are of what runs, and all are looked at at every start.
-    if (!mayStart(content, [this, &sources](const std::string& program) {
-            return bestOf(program, sources.programFolders) != nullptr;
-        })) {
+    if (!mayStart(content,
+                  [this](const std::string& program) { return bestOf(program) != nullptr; })) {
         return;
     }
     const auto entry = parseDesktopEntry(content, sources.languages);
-    Best* const best = entry ? bestOf(entry->program, sources.programFolders) : nullptr;
+    Best* const best = entry ? bestOf(entry->program) : nullptr;
     if (!best) {
         return;
     }
@@ -113,8 +113,7 @@ void DesktopEntryIndex::readEntry(const std::string& path, std::size_t folder,
     }
 }
 
-DesktopEntryIndex::Best* DesktopEntryIndex::bestOf(const std::string& program,
-                                                   const std::vector<std::string>& programFolders) {
+DesktopEntryIndex::Best* DesktopEntryIndex::bestOf(const std::string& program) {
     const auto in = [](auto& all, const auto& key) {
         const auto found = all.find(key);
         return found == all.end() ? nullptr : &found->second;
@@ -123,19 +122,18 @@ DesktopEntryIndex::Best* DesktopEntryIndex::bestOf(const std::string& program,
         const auto id = fileId(program);
         return id ? in(m_best, *id) : in(m_bestOfGone, program);
     }
-    std::string path;
-    for (const std::string& folder : programFolders) {
-        path.assign(folder).append("/").append(program);
-        if (const auto id = fileId(path)) {
+    for (const OpenFolder& folder : m_programFolders) {
+        if (const auto id = fileId(program, folder.descriptor())) {
             return in(m_best, *id);
         }
     }
     return nullptr;
 }
 
-std::optional<DesktopEntryIndex::FileId> DesktopEntryIndex::fileId(const std::string& path) {
+std::optional<DesktopEntryIndex::FileId> DesktopEntryIndex::fileId(const std::string& path,
+                                                                   int folder) {
     struct stat status {};
-    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (::fstatat(folder, path.c_str(), &status, 0) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
     return FileId(status.st_dev, status.st_ino);

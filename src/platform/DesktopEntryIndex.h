@@ -1,12 +1,14 @@
 #pragma once
 
 #include "platform/DesktopEntry.h"
+#include "platform/OpenFolder.h"
 #include "platform/RegularFile.h"
 
 #include <QByteArray>
 #include <QString>
 
 #include <cstdint>
+#include <fcntl.h>
 #include <map>
 #include <memory_resource>
 #include <optional>
@@ -57,9 +59,10 @@ private:
     void readEntry(const std::string& path, std::size_t folder, std::string_view id,
                    const Sources& sources);
     /// Where the name belongs of what `program`, a path or a name, starts; null: nowhere.
-    [[nodiscard]] Best* bestOf(const std::string& program,
-                               const std::vector<std::string>& programFolders);
-    [[nodiscard]] static std::optional<FileId> fileId(const std::string& path);
+    [[nodiscard]] Best* bestOf(const std::string& program);
+    /// Of a regular file; a `path` that is not absolute begins in `folder`, a descriptor.
+    [[nodiscard]] static std::optional<FileId> fileId(const std::string& path,
+                                                      int folder = AT_FDCWD);
 
     std::pmr::monotonic_buffer_resource m_memory; ///< for many small things that go together
     /// The data folder of each entry seen: an earlier one's hides a later one's of the same id.
@@ -67,6 +70,7 @@ private:
     std::pmr::map<FileId, Best> m_best{&m_memory};
     std::map<std::string, Best> m_bestOfGone; ///< by path, where no file is now
     FileBytes m_content;                      ///< of the entry that was read last
+    std::vector<OpenFolder> m_programFolders; ///< many names are looked for in each
 };
 
 } // namespace korvale
