@@ -50,7 +50,7 @@ struct AppDelegateContext {
     const InfoDictionary& info;
     const StartEnvironment& environment;  ///< that the program was started with
     std::function<void()> sleepOneSecond; ///< holds up the main thread; one-shot starts only
-    std::function<void()> terminate; ///< ends the event loop; applicationWillTerminate follows
+    std::function<void()> terminate;      ///< ends the event loop; applicationWillTerminate follows
 };
 
 /// The one application controller and composition root: owns all state, makes the parts, and starts

@@ -85,8 +85,8 @@ void DesktopEntryIndex::readFolder(std::string& path, const std::string& idPrefi
     }
 }
 
-void DesktopEntryIndex::readEntry(const std::string& path, std::size_t folder,
-                                  std::string_view id, const Sources& sources) {
+void DesktopEntryIndex::readEntry(const std::string& path, std::size_t folder, std::string_view id,
+                                  const Sources& sources) {
     const auto file = RegularFile::open(path.c_str(), largestEntry);
     auto bytes = file ? file->readAll({}, std::exchange(m_content, {})) : std::nullopt;
     if (!bytes) {
@@ -105,9 +105,7 @@ void DesktopEntryIndex::readEntry(const std::string& path, std::size_t folder,
         return;
     }
     Best found{entry->name, entry->isShown, folder, id};
-    const auto rank = [](const Best& one) {
-        return std::tuple(!one.isShown, one.folder, one.id);
-    };
+    const auto rank = [](const Best& one) { return std::tuple(!one.isShown, one.folder, one.id); };
     if (!best->name || rank(found) < rank(*best)) {
         *best = std::move(found);
     }

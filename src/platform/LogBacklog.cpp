@@ -39,7 +39,7 @@ struct LogBacklog::Work {
     const std::size_t capacity;
     std::mutex mutex; ///< of all below
     Lines lines;
-    Lines room; ///< no lines, but memory for the next that come
+    Lines room;           ///< no lines, but memory for the next that come
     std::size_t lost = 0; ///< lines that found no room since the last that did
     bool isWriting = false;
     std::condition_variable done; ///< nothing is written any more

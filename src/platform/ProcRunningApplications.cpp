@@ -177,7 +177,8 @@ std::vector<RunningApplication> ProcRunningApplications::list() const {
     std::vector<RunningApplication> applications;
     for (const auto& [executable, process] : oldest) {
         const auto entry = executable.starts_with('/') ? names.nameOf(executable) : std::nullopt;
-        applications.push_back({entry ? *entry : QString::fromStdString(process.name), process.pid});
+        applications.push_back(
+            {entry ? *entry : QString::fromStdString(process.name), process.pid});
     }
     std::sort(applications.begin(), applications.end(),
               [](const auto& a, const auto& b) { return a.pid < b.pid; });
