@@ -48,30 +48,34 @@ std::string unescaped(std::string_view value) {
     return result.append(value);
 }
 
-/// The first word of a command line: up to a blank, or between quotes with backslash escapes.
-std::string firstWord(std::string_view commandLine) {
+/// Puts the first word of a command line into `word`: up to a blank, or between quotes with
+/// backslash escapes.
+void takeFirstWord(std::string_view commandLine, std::string& word) {
     const std::string_view line = trimmed(commandLine);
     if (!line.starts_with('"')) {
-        std::string_view word = line;
+        std::size_t size = line.size();
         for (const char blank : {' ', '\t', '\n'}) { // each looked for by many bytes at once
-            word = word.substr(0, word.find(blank));
+            size = std::min(size, line.substr(0, size).find(blank));
         }
-        return std::string(word);
+        word.assign(line, 0, size);
+        return;
     }
-    std::string word;
+    word.clear();
     for (std::size_t i = 1; i < line.size() && line[i] != '"'; ++i) {
         if (line[i] == '\\' && i + 1 < line.size()) {
             ++i;
         }
         word += line[i];
     }
-    return word;
 }
 
-/// What the value of an "Exec" starts.
-std::string programIn(std::string_view exec) {
-    return exec.find('\\') == std::string_view::npos ? firstWord(exec) // nearly always
-                                                     : firstWord(unescaped(exec));
+/// Puts what the value of an "Exec" starts into `program`.
+void takeProgram(std::string_view exec, std::string& program) {
+    if (exec.find('\\') == std::string_view::npos) { // nearly always
+        takeFirstWord(exec, program);
+    } else {
+        takeFirstWord(unescaped(exec), program);
+    }
 }
 
 /// How much "Name[language]" is wanted: 0 most; one past the last is the plain "Name". `key` begins
@@ -123,7 +127,7 @@ public:
         const std::string_view key = trimmed(line.substr(0, equals));
         const std::string_view value = trimmed(line.substr(equals + 1));
         if (key == "Exec") {
-            m_entry.program = programIn(value);
+            takeProgram(value, m_entry.program);
         } else if (key == "Type") {
             m_isApplication = value == "Application";
         } else if (key == "Hidden") {
@@ -193,6 +197,7 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view content,
 bool mayStart(std::string_view content, const std::function<bool(const std::string&)>& isWanted) {
     static constexpr std::string_view key = "Exec";
     const char* const end = content.data() + content.size();
+    std::string program;
     std::string last; // the actions of an entry mostly start its program again
     for (std::size_t at = content.find('E'); at != std::string_view::npos;
          at = content.find('E', at + 1)) {
@@ -205,14 +210,14 @@ bool mayStart(std::string_view content, const std::function<bool(const std::stri
         if (equals == std::string_view::npos) {
             continue;
         }
-        std::string program = programIn(trimmed(line.substr(equals + 1)));
+        takeProgram(trimmed(line.substr(equals + 1)), program);
         if (program.empty() || program == last) {
             continue;
         }
         if (isWanted(program)) {
             return true;
         }
-        last = std::move(program);
+        last.swap(program);
     }
     return false;
 }

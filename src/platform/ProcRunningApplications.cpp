@@ -8,9 +8,7 @@
 #include <charconv>
 #include <climits>
 #include <dirent.h>
-#include <map>
 #include <memory>
-#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -108,14 +106,6 @@ unsigned long long startTime(const std::string& folder) {
     return ticks;
 }
 
-/// The process that stands for an application so far. When it started is only asked for where
-/// another process shares its executable.
-struct Oldest {
-    std::string name;
-    pid_t pid;
-    std::optional<unsigned long long> start;
-};
-
 } // namespace
 
 ProcRunningApplications::Place ProcRunningApplications::thisProcess() {
@@ -137,15 +127,14 @@ bool ProcRunningApplications::isElsewhere(const std::string& process) const {
     return !session.isEmpty() && session != m_place.session;
 }
 
-std::vector<RunningApplication> ProcRunningApplications::list() const {
-    std::map<std::string, Oldest> oldest;
+ProcRunningApplications::Executables ProcRunningApplications::executables() const {
+    Executables oldest;
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(m_place.proc.c_str()), ::closedir);
-    const auto pathOf = [this](pid_t pid) {
-        return std::string(m_place.proc).append("/").append(std::to_string(pid));
-    };
+    std::string process = m_place.proc + '/';
+    const std::size_t length = process.size();
     while (const dirent* entry = folder ? ::readdir(folder.get()) : nullptr) {
         const std::optional<pid_t> pid = pidOf(entry->d_name);
-        const std::string process = pid ? pathOf(*pid) : std::string();
+        process.replace(length, std::string::npos, entry->d_name);
         if (!pid || !isUsers(m_place, process)) {
             continue;
         }
@@ -160,23 +149,28 @@ std::vector<RunningApplication> ProcRunningApplications::list() const {
         }
         Oldest& former = known->second;
         if (!former.start) {
-            former.start = startTime(pathOf(former.pid));
+            former.start = startTime(m_place.proc + '/' + std::to_string(former.pid));
         }
         const unsigned long long start = startTime(process);
         if (std::pair(start, *pid) < std::pair(*former.start, former.pid)) {
             former = {former.name, *pid, start};
         }
     }
-    std::vector<std::string> executables;
-    for (const auto& [executable, process] : oldest) {
-        if (executable.starts_with('/')) {
-            executables.push_back(executable);
+    return oldest;
+}
+
+std::vector<RunningApplication> ProcRunningApplications::list() const {
+    const Executables oldest = executables();
+    std::vector<std::string> paths;
+    for (const auto& [path, process] : oldest) {
+        if (path.starts_with('/')) {
+            paths.push_back(path);
         }
     }
-    const DesktopEntryIndex names(m_entries, executables);
+    const DesktopEntryIndex names(m_entries, paths);
     std::vector<RunningApplication> applications;
-    for (const auto& [executable, process] : oldest) {
-        const auto entry = executable.starts_with('/') ? names.nameOf(executable) : std::nullopt;
+    for (const auto& [path, process] : oldest) {
+        const auto entry = path.starts_with('/') ? names.nameOf(path) : std::nullopt;
         applications.push_back(
             {entry ? *entry : QString::fromStdString(process.name), process.pid});
     }

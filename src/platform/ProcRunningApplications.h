@@ -5,7 +5,10 @@
 
 #include <QByteArray>
 
+#include <map>
+#include <optional>
 #include <string>
+#include <sys/types.h>
 
 namespace korvale {
 
@@ -32,6 +35,16 @@ public:
     [[nodiscard]] std::vector<RunningApplication> list() const override;
 
 private:
+    /// The process that stands for an application so far. When it started is only asked for where
+    /// another process shares its executable.
+    struct Oldest {
+        std::string name;
+        pid_t pid;
+        std::optional<unsigned long long> start;
+    };
+    using Executables = std::map<std::string, Oldest>;
+
+    [[nodiscard]] Executables executables() const;
     /// Whether the process, a folder of /proc, belongs to another login session.
     [[nodiscard]] bool isElsewhere(const std::string& process) const;
 

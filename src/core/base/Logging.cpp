@@ -3,7 +3,7 @@
 #include "core/base/StandardError.h"
 #include "core/base/TextFormat.h"
 
-#include <QStringBuilder>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <array>
@@ -68,9 +68,11 @@ QString escapeControlCharacters(const QString& text) {
 
 void OSLoggingLogMessage(LogLevel level, const char* format,
                          std::initializer_list<QString> arguments) {
-    const QString quoted = QLatin1String(logLevelWord(level)) % QLatin1String(" \"") %
-                           QString::fromUtf8(format) % QLatin1Char('"');
-    writeLine(level, formatText(quoted, arguments));
+    QVarLengthArray<char, 256> quoted;
+    for (const char* part : {logLevelWord(level), " \"", format, "\""}) {
+        quoted.append(part, qstrlen(part));
+    }
+    writeLine(level, formatText(QString::fromUtf8(quoted.data(), quoted.size()), arguments));
 }
 
 void logTrace(const char* format, std::initializer_list<QString> arguments) {

@@ -1,5 +1,7 @@
 #include "core/base/StandardError.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -59,8 +61,10 @@ bool StandardError::takes(std::size_t size) {
 }
 
 void StandardError::writeLine(const QByteArray& line) {
-    const QByteArray whole = line + '\n';
-    std::string_view rest(whole.constData(), static_cast<std::size_t>(whole.size()));
+    QVarLengthArray<char, 512> whole; // most lines need no other memory
+    whole.append(line.constData(), line.size());
+    whole.append('\n');
+    std::string_view rest(whole.data(), static_cast<std::size_t>(whole.size()));
     while (!rest.empty() && waitForReader() && writeSome(rest)) {
     }
 }
