@@ -214,8 +214,9 @@ void AppDelegate::useSessionBus(const QDBusConnection& sessionBus) {
     m_sessionBus = sessionBus;
     m_statusPublisher.useSessionBus(sessionBus);
     m_fileManager.useSessionBus(sessionBus);
-    m_appearance.start(sessionBus);
-    m_legibility.start(sessionBus);
+    m_settingsPortal.start(sessionBus);
+    m_appearance.start();
+    m_legibility.start();
     m_notifications.start(sessionBus);
     if (m_isMenuBuilt) {
         m_trayIcon.useSessionBus(sessionBus);

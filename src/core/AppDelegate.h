@@ -115,9 +115,10 @@ private:
     RememberedLists m_remembered;
     RememberedSelections m_selections;
 
-    PortalAppearance m_appearance;
+    SettingsPortal m_settingsPortal;
+    PortalAppearance m_appearance{m_settingsPortal};
     Resources m_resources;
-    LegibilitySettings m_legibility{m_resources};
+    LegibilitySettings m_legibility{m_settingsPortal, m_resources};
     HostCache m_hostCache;
     StatusItem m_statusItem;
     StatusLine m_statusLine;

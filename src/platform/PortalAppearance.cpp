@@ -2,9 +2,10 @@
 
 namespace korvale {
 
-PortalAppearance::PortalAppearance(QObject* parent)
+PortalAppearance::PortalAppearance(SettingsPortal& portal, QObject* parent)
     : Appearance(parent),
-      m_scheme(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme")) {
+      m_scheme(portal, QStringLiteral("org.freedesktop.appearance"),
+               QStringLiteral("color-scheme")) {
     connect(&m_scheme, &PortalSetting::changed, this, &PortalAppearance::take);
 }
 

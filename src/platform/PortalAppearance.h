@@ -11,11 +11,11 @@ class PortalAppearance final : public Appearance {
     Q_OBJECT
 
 public:
-    explicit PortalAppearance(QObject* parent = nullptr);
+    /// `portal` outlives the object.
+    explicit PortalAppearance(SettingsPortal& portal, QObject* parent = nullptr);
 
-    /// Asks the portal and follows it from now on, for each new connection. A bus that is not
-    /// connected is no portal.
-    void start(const QDBusConnection& sessionBus) { m_scheme.start(sessionBus); }
+    /// Asks the portal and follows it from now on. To be called whenever the portal has started.
+    void start() { m_scheme.start(); }
 
     [[nodiscard]] QVariant interfaceStyle() const override { return m_entry; }
 

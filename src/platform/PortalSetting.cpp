@@ -1,7 +1,6 @@
 #include "platform/PortalSetting.h"
 
 #include "platform/BusCalls.h"
-#include "platform/BusSignals.h"
 
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
@@ -11,16 +10,6 @@
 
 namespace korvale {
 namespace {
-
-QString portalName() {
-    return QStringLiteral("org.freedesktop.portal.Desktop");
-}
-QString portalPath() {
-    return QStringLiteral("/org/freedesktop/portal/desktop");
-}
-QString settingsInterface() {
-    return QStringLiteral("org.freedesktop.portal.Settings");
-}
 
 /// Read answers a variant inside a variant.
 QVariant unwrapped(QVariant value) {
@@ -32,33 +21,26 @@ QVariant unwrapped(QVariant value) {
 
 } // namespace
 
-PortalSetting::PortalSetting(QString group, QString key, QObject* parent)
-    : QObject(parent), m_group(std::move(group)), m_key(std::move(key)), m_portal(portalName()) {
-    connect(&m_portal, &NameOwner::changed, this, &PortalSetting::ownerChanged);
+PortalSetting::PortalSetting(SettingsPortal& portal, QString group, QString key, QObject* parent)
+    : QObject(parent), m_portal(portal), m_group(std::move(group)), m_key(std::move(key)) {
+    connect(&portal, &SettingsPortal::ownerChanged, this, &PortalSetting::ownerChanged);
+    connect(&portal, &SettingsPortal::settingChanged, this, &PortalSetting::settingChanged);
 }
 
-void PortalSetting::start(const QDBusConnection& sessionBus) {
-    m_bus = sessionBus;
+void PortalSetting::start() {
+    m_isFollowed = true;
+    ++m_question; // whoever was asked is on another bus
+    m_isAsking = false;
     drop();
-    if (!m_bus.isConnected()) {
-        m_portal.forget();
-        return;
+    if (m_portal.isOnABus()) {
+        read();
     }
-    // The slot takes the bare message, since QtDBus silently refuses one with a QDBusVariant that
-    // nothing in the process has used before.
-    hearSignals(m_bus, {portalPath(), settingsInterface(), QStringLiteral("SettingChanged"), {}},
-                this, SLOT(settingChanged(QDBusMessage)));
-    m_portal.follow(m_bus);
-    read(); // which starts a portal that is not running yet
 }
 
 void PortalSetting::read() {
-    auto call = QDBusMessage::createMethodCall(portalName(), portalPath(), settingsInterface(),
-                                               QStringLiteral("Read"));
-    call << m_group << m_key;
     m_hasAppeared = false;
     ++m_question;
-    const QDBusPendingCall question = m_bus.asyncCall(call, noTimeout);
+    const QDBusPendingCall question = m_portal.read(m_group, m_key);
     m_isAsking = !hasFailedAtOnce(question);
     if (!m_isAsking) {
         return; // the bus has just gone
@@ -88,7 +70,7 @@ void PortalSetting::ownerChanged(const QString& before, const QString& now) {
         m_isAsking = false;
         drop();
     }
-    if (now.isEmpty()) {
+    if (now.isEmpty() || !m_isFollowed) {
         return;
     }
     if (m_isAsking) {
@@ -106,12 +88,10 @@ void PortalSetting::drop() {
     }
 }
 
-void PortalSetting::settingChanged(const QDBusMessage& message) {
-    const bool isFromPortal = m_portal.compare(message.service()) == NameOwner::Is::Owner;
-    const QVariantList setting = message.arguments(); // group, key, value
-    if (isFromPortal && setting.value(0) == m_group && setting.value(1) == m_key &&
-        setting.size() == 3) {
-        take(setting.at(2));
+void PortalSetting::settingChanged(const QString& group, const QString& key,
+                                   const QVariant& value) {
+    if (m_isFollowed && group == m_group && key == m_key) {
+        take(value);
     }
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "platform/NameOwner.h"
+#include "platform/SettingsPortal.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
 #include <QString>
@@ -10,18 +9,17 @@
 
 namespace korvale {
 
-/// One setting of the user's that the desktop portal tells (org.freedesktop.portal.Settings).
-/// Everything is asynchronous; without a session bus or a portal it has no value. What others than
-/// the portal's owner send is not heard. Main thread.
+/// One setting of the user's that the desktop portal tells. Everything is asynchronous; without a
+/// session bus or a portal it has no value. Main thread.
 class PortalSetting final : public QObject {
     Q_OBJECT
 
 public:
-    PortalSetting(QString group, QString key, QObject* parent = nullptr);
+    /// `portal` outlives the object.
+    PortalSetting(SettingsPortal& portal, QString group, QString key, QObject* parent = nullptr);
 
-    /// Asks the portal and follows it from now on, for each new connection. A bus that is not
-    /// connected is no portal.
-    void start(const QDBusConnection& sessionBus);
+    /// Asks the portal and follows it from now on. To be called whenever the portal has started.
+    void start();
 
     /// As last heard, of whatever kind; invalid when there is none or nothing has been heard yet.
     [[nodiscard]] const QVariant& value() const { return m_value; }
@@ -31,20 +29,18 @@ Q_SIGNALS:
     /// not be another.
     void changed();
 
-private Q_SLOTS:
-    void settingChanged(const QDBusMessage& message);
-
 private:
     void read();
     void takeAnswer(const QDBusMessage& reply);
     void ownerChanged(const QString& before, const QString& now);
+    void settingChanged(const QString& group, const QString& key, const QVariant& value);
     void drop();
     void take(const QVariant& value);
 
+    SettingsPortal& m_portal;
     QString m_group;
     QString m_key;
-    QDBusConnection m_bus{QString()};
-    NameOwner m_portal;
+    bool m_isFollowed = false;
     bool m_isAsking = false;
     bool m_hasAppeared = false; ///< since the last question
     int m_question = 0;         ///< number of the last one; the answers to earlier ones are stale

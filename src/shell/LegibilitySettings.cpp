@@ -14,20 +14,21 @@ double textScaleOf(const QVariant& setting) {
     return scale >= least && scale <= most ? scale : 1.0; // not a number is neither
 }
 
-LegibilitySettings::LegibilitySettings(Resources& resources, QObject* parent)
+LegibilitySettings::LegibilitySettings(SettingsPortal& portal, Resources& resources,
+                                       QObject* parent)
     : QObject(parent),
       m_resources(resources),
-      m_contrast(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("contrast")),
-      m_textScale(QStringLiteral("org.gnome.desktop.interface"),
+      m_contrast(portal, QStringLiteral("org.freedesktop.appearance"), QStringLiteral("contrast")),
+      m_textScale(portal, QStringLiteral("org.gnome.desktop.interface"),
                   QStringLiteral("text-scaling-factor")) {
     connect(&m_contrast, &PortalSetting::changed, this, &LegibilitySettings::contrastChanged);
     connect(&m_textScale, &PortalSetting::changed, this, &LegibilitySettings::textScaleChanged);
 }
 
-void LegibilitySettings::start(const QDBusConnection& sessionBus) {
-    m_contrast.start(sessionBus);
+void LegibilitySettings::start() {
+    m_contrast.start();
     if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
-        m_textScale.start(sessionBus);
+        m_textScale.start();
     }
 }
 

@@ -18,11 +18,11 @@ class LegibilitySettings : public QObject {
     Q_OBJECT
 
 public:
-    /// `resources` outlives the object.
-    explicit LegibilitySettings(Resources& resources, QObject* parent = nullptr);
+    /// `portal` and `resources` outlive the object.
+    LegibilitySettings(SettingsPortal& portal, Resources& resources, QObject* parent = nullptr);
 
-    /// Asks the portal on that bus and follows it from now on, for each new connection.
-    void start(const QDBusConnection& sessionBus);
+    /// Asks the portal and follows it from now on. To be called whenever the portal has started.
+    void start();
 
 private:
     void contrastChanged();

@@ -38,7 +38,11 @@ protected:
     void start() {
         QObject::connect(&appearance, &Appearance::interfaceThemeChanged, &appearance,
                          [this] { ++notifications; });
-        appearance.start(bus.connect());
+        useBus(bus.connect());
+    }
+    void useBus(const QDBusConnection& sessionBus) {
+        settings.start(sessionBus);
+        appearance.start();
     }
     void startWith(const QVariant& value) {
         portal.value = value;
@@ -51,7 +55,8 @@ protected:
     const QVariant none;
     PrivateSessionBus bus;
     Portal portal{bus};
-    PortalAppearance appearance;
+    SettingsPortal settings;
+    PortalAppearance appearance{settings};
     int notifications = 0;
 };
 
@@ -157,14 +162,14 @@ TEST_F(PortalAppearanceTest, AChangeCountsAfterAQuestionThatFailed) {
 
 TEST_F(PortalAppearanceTest, ANewBusIsFollowed) {
     startWith(1U);
-    appearance.start(QDBusConnection(QStringLiteral("lost")));
+    useBus(QDBusConnection(QStringLiteral("lost")));
     EXPECT_EQ(appearance.interfaceStyle(), none);
     EXPECT_EQ(notifications, 2);
     PrivateSessionBus nextBus;
     Portal next(nextBus);
     next.value = 1U;
     next.service.appear();
-    appearance.start(nextBus.connect());
+    useBus(nextBus.connect());
     ASSERT_TRUE(waitUntil([this] { return notifications == 3; }));
     EXPECT_EQ(appearance.interfaceStyle(), dark);
 }
@@ -186,8 +191,10 @@ TEST_F(PortalAppearanceTest, AnErrorOrAnEmptyReplyIsNoEntry) {
 }
 
 TEST(PortalAppearance, WithoutASessionBusThereIsNoEntry) {
-    PortalAppearance appearance;
-    appearance.start(QDBusConnection(QStringLiteral("not connected")));
+    SettingsPortal settings;
+    PortalAppearance appearance{settings};
+    settings.start(QDBusConnection(QStringLiteral("not connected")));
+    appearance.start();
     EXPECT_FALSE(appearance.interfaceStyle().isValid());
 }
 

@@ -30,6 +30,10 @@ protected:
                           {QStringLiteral("org.freedesktop.appearance"), QStringLiteral("contrast"),
                            QVariant::fromValue(QDBusVariant(value))});
     }
+    void start() {
+        settingsPortal.start(bus.connect());
+        settings.start();
+    }
     bool waitForHighContrast(bool isHigh) {
         return waitUntil([&] { return resources.isHighContrast() == isHigh; });
     }
@@ -41,12 +45,13 @@ protected:
                           QStringLiteral("org.freedesktop.portal.Settings")};
     fakes::FakeAppearance appearance;
     Resources resources{appearance, IconSet::Standard};
-    LegibilitySettings settings{resources};
+    SettingsPortal settingsPortal;
+    LegibilitySettings settings{settingsPortal, resources};
 };
 
 TEST_F(LegibilitySettingsTest, HighContrastIsFollowed) {
     portal.appear();
-    settings.start(bus.connect());
+    start();
     ASSERT_TRUE(waitForHighContrast(true));
     changeTo(0U);
     ASSERT_TRUE(waitForHighContrast(false));
@@ -58,7 +63,7 @@ TEST_F(LegibilitySettingsTest, HighContrastIsFollowed) {
 
 TEST_F(LegibilitySettingsTest, APortalThatGoesTakesItAlong) {
     portal.appear();
-    settings.start(bus.connect());
+    start();
     ASSERT_TRUE(waitForHighContrast(true));
     portal.vanish();
     EXPECT_TRUE(waitForHighContrast(false));
