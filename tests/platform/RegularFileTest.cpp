@@ -60,6 +60,23 @@ TEST_F(RegularFileTest, BlocksAddUpToTheFileAtAnySize) {
     }
 }
 
+TEST_F(RegularFileTest, TheMemoryOfAFormerFileIsUsedAgainWhereItIsLargeEnough) {
+    const auto read = [this](const QByteArray& content, FileBytes former) {
+        const auto file = RegularFile::open(write("next", content));
+        const auto bytes = file ? file->readAll({}, std::move(former)) : std::nullopt;
+        EXPECT_TRUE(bytes && QByteArrayView(bytes->bytes.get(), qsizetype(bytes->size)) == content);
+        return bytes.value_or(FileBytes());
+    };
+    FileBytes bytes = read(QByteArray(10'000, 'x'), {});
+    const char* const memory = bytes.bytes.get();
+    bytes = read("short", std::move(bytes));
+    EXPECT_EQ(bytes.bytes.get(), memory);
+    bytes = read(QByteArray(10'000, 'y'), std::move(bytes));
+    EXPECT_EQ(bytes.bytes.get(), memory);
+    bytes = read(QByteArray(20'000, 'z'), std::move(bytes));
+    read("after one that left nothing", {.bytes = {}, .size = 3, .room = 10'000});
+}
+
 TEST_F(RegularFileTest, LinksAreFollowed) {
     write("target", "here");
     ASSERT_TRUE(QFile::link(path("target"), path("link")));
