@@ -87,6 +87,8 @@ INSTANTIATE_TEST_SUITE_P(
         EntryCase{"OnlyForeignName", QByteArray(head) + "Name[fr]=Non\nExec=app\n", std::nullopt},
         EntryCase{"EscapedName", QByteArray(head) + "Name=A\\sB\\\\C\nExec=app\n",
                   named("A B\\C", "app")},
+        EntryCase{"BackslashAtTheEnd", QByteArray(head) + "Name=A\\tB\\\nExec=app\n",
+                  named("A\tB\\", "app")},
         EntryCase{"ActionsDoNotCount",
                   QByteArray(head) + "Name=App\nExec=app\n[Desktop Action n]\nName=New\nExec=new\n",
                   named("App", "app")},
