@@ -14,6 +14,7 @@ namespace korvale {
 namespace {
 
 constexpr int answerLimitMs = 5000;
+constexpr std::size_t mostEarly = 100; // anybody can send them
 
 QString portalName() {
     return QStringLiteral("org.freedesktop.portal.Desktop");
@@ -87,9 +88,17 @@ void PortalSaveDialog::takeReply(const QDBusMessage& reply) {
         return;
     }
     m_portal = reply.service();
+    for (const QDBusMessage& message : std::exchange(m_early, {})) {
+        responded(message);
+    }
 }
 
+/// What the portal sends behind its reply may be delivered before it, when this program is held up
+/// between the question and the look for its answer.
 void PortalSaveDialog::responded(const QDBusMessage& message) {
+    if (m_portal.isEmpty() && m_early.size() < mostEarly) {
+        m_early.push_back(message);
+    }
     if (!m_isOpen || m_portal.isEmpty() || message.service() != m_portal) {
         return;
     }

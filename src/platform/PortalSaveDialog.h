@@ -8,6 +8,8 @@
 #include <QString>
 #include <QUrl>
 
+#include <vector>
+
 namespace korvale {
 
 /// The desktop portal's dialog for the place of a new file (org.freedesktop.portal.FileChooser),
@@ -41,7 +43,8 @@ private:
     NameOwner m_owner;
     QString m_portal; ///< unique name of the one that was asked, once it has answered
     QString m_request;
-    bool m_isOpen = false; ///< or may be
+    std::vector<QDBusMessage> m_early; ///< came before it was known whose answer counts
+    bool m_isOpen = false;             ///< or may be
 };
 
 } // namespace korvale

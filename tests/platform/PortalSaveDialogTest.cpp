@@ -126,6 +126,20 @@ TEST_F(PortalSaveDialogTest, WhatOthersAnswerIsNotHeard) {
     EXPECT_EQ(places, QList<QUrl>{QUrl(u"file:///home/ada/mine.csv"_s)});
 }
 
+TEST_F(PortalSaveDialogTest, TheAnswerMayComeBeforeTheReplyButFromThePortalAlone) {
+    FakeBusService other{bus, u"com.example.Other"_s, u"/other"_s, u"com.example.Other"_s};
+    portal.answer = [&, answer = portal.answer](const QDBusMessage& call) {
+        const QDBusMessage reply = answer(call);
+        other.reply(response(0, u"file:///home/ada/.bashrc"_s));
+        other.appear(); // the bus has it before what follows
+        portal.reply(response(0, u"file:///home/ada/mine.csv"_s));
+        return reply;
+    };
+    open();
+    ASSERT_TRUE(isDecided());
+    EXPECT_EQ(places, QList<QUrl>{QUrl(u"file:///home/ada/mine.csv"_s)});
+}
+
 TEST_F(PortalSaveDialogTest, APortalThatGoesTakesTheQuestionAlong) {
     open();
     // Answered on the same connection: the reply to the question is here before.
