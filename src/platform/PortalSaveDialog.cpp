@@ -1,6 +1,7 @@
 #include "platform/PortalSaveDialog.h"
 
 #include "platform/BusSignals.h"
+#include "platform/DesktopPortal.h"
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
@@ -16,12 +17,6 @@ namespace {
 constexpr int answerLimitMs = 5000;
 constexpr std::size_t mostEarly = 100; // anybody can send them
 
-QString portalName() {
-    return QStringLiteral("org.freedesktop.portal.Desktop");
-}
-QString portalPath() {
-    return QStringLiteral("/org/freedesktop/portal/desktop");
-}
 QString requestInterface() {
     return QStringLiteral("org.freedesktop.portal.Request");
 }

@@ -2,16 +2,11 @@
 
 #include "platform/BusCalls.h"
 #include "platform/BusSignals.h"
+#include "platform/DesktopPortal.h"
 
 namespace korvale {
 namespace {
 
-QString portalName() {
-    return QStringLiteral("org.freedesktop.portal.Desktop");
-}
-QString portalPath() {
-    return QStringLiteral("/org/freedesktop/portal/desktop");
-}
 QString settingsInterface() {
     return QStringLiteral("org.freedesktop.portal.Settings");
 }
