@@ -62,10 +62,9 @@ void TrayIcon::useSessionBus(const QDBusConnection& sessionBus) {
         return;
     }
     ++m_connections;
-    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
-        hearSignals(m_bus, {watcherPath(), watcherName(), QLatin1String(signal), {}}, this,
-                    SLOT(hostsChanged(QDBusMessage)));
-    }
+    // One rule for all it says, which is little.
+    hearSignals(m_bus, {watcherPath(), watcherName(), {}, {}}, this,
+                SLOT(watcherSaid(QDBusMessage)));
 }
 
 void TrayIcon::watcherChanged(const QString& /*before*/, const QString& now) {
@@ -95,8 +94,9 @@ void TrayIcon::askWhetherThereIsAHost() {
             });
 }
 
-void TrayIcon::hostsChanged(const QDBusMessage& message) {
-    if (m_watcher.compare(message.service()) == NameOwner::Is::Owner) {
+void TrayIcon::watcherSaid(const QDBusMessage& message) {
+    if (message.member().startsWith(QLatin1String("StatusNotifierHost")) &&
+        m_watcher.compare(message.service()) == NameOwner::Is::Owner) {
         askWhetherThereIsAHost();
     }
 }

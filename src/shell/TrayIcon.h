@@ -56,7 +56,7 @@ Q_SIGNALS:
     void activated();
 
 private Q_SLOTS:
-    void hostsChanged(const QDBusMessage& message);
+    void watcherSaid(const QDBusMessage& message);
 
 private:
     void watcherChanged(const QString& before, const QString& now);
