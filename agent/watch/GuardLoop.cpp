@@ -171,10 +171,10 @@ void GuardLoop::takeAnswer(const GuardOrder& order) {
     }
     for (WaitingStarts::Start start = m_waiting.takeAnswered(order.token); start.descriptor >= 0;
          start = m_waiting.takeAnswered(order.token)) {
-        respond(start.descriptor, !order.refuse);
-        if (order.refuse) {
+        if (order.refuse) { // counted first: who is answered may look
             m_page.refused.fetch_add(1, std::memory_order_relaxed);
         }
+        respond(start.descriptor, !order.refuse);
     }
 }
 
@@ -183,8 +183,8 @@ void GuardLoop::expire() {
     bool missed = false;
     for (WaitingStarts::Start start = m_waiting.takeExpired(time); start.descriptor >= 0;
          start = m_waiting.takeExpired(time)) {
-        respond(start.descriptor, true);
         m_page.timedOut.fetch_add(1, std::memory_order_relaxed);
+        respond(start.descriptor, true);
         missed = true;
     }
     if (missed && ++m_missed >= patience) {
@@ -196,8 +196,8 @@ void GuardLoop::expire() {
 void GuardLoop::letAllRun() {
     for (WaitingStarts::Start start = m_waiting.takeAny(); start.descriptor >= 0;
          start = m_waiting.takeAny()) {
-        respond(start.descriptor, true);
         m_page.unasked.fetch_add(1, std::memory_order_relaxed);
+        respond(start.descriptor, true);
     }
 }
 

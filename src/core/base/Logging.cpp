@@ -70,7 +70,7 @@ void OSLoggingLogMessage(LogLevel level, const char* format,
                          std::initializer_list<QString> arguments) {
     QVarLengthArray<char, 256> quoted;
     for (const char* part : {logLevelWord(level), " \"", format, "\""}) {
-        quoted.append(part, qstrlen(part));
+        quoted.append(part, static_cast<qsizetype>(qstrlen(part)));
     }
     writeLine(level, formatText(QString::fromUtf8(quoted.data(), quoted.size()), arguments));
 }
