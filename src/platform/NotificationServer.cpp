@@ -37,19 +37,9 @@ void NotificationServer::start(const QDBusConnection& sessionBus) {
     m_links.clear();
     ++m_owners;
     m_unanswered = 0;
-    m_isHeard = false;
-    m_owner.forget();
     if (!m_bus.isConnected()) {
+        m_owner.forget();
         m_waiting.clear();
-    } else if (!m_waiting.empty()) {
-        askWhatItCanDo();
-    }
-}
-
-/// Everybody hears of everybody's notifications: a program that shows none is not to be woken by
-/// them.
-void NotificationServer::hear() {
-    if (std::exchange(m_isHeard, true)) {
         return;
     }
     const QString path = notificationsPath();
@@ -61,6 +51,9 @@ void NotificationServer::hear() {
     hearSignals(m_bus, {path, name, QStringLiteral("NotificationClosed"), {}}, this,
                 SLOT(notificationClosed(QDBusMessage)));
     m_owner.follow(m_bus);
+    if (!m_waiting.empty()) {
+        askWhatItCanDo();
+    }
 }
 
 void NotificationServer::ownerChanged(const QString& before) {
@@ -113,7 +106,6 @@ void NotificationServer::tellIfSettled() {
 }
 
 void NotificationServer::askWhatItCanDo() {
-    hear();
     ++m_question;
     const QDBusPendingCall question = m_bus.asyncCall(capabilitiesMessage(), noTimeout);
     m_isAsking = !hasFailedAtOnce(question);

@@ -34,11 +34,11 @@ struct NotificationAbilities {
 };
 
 /// The desktop's notification service (Desktop Notifications Specification), used without ever
-/// waiting for it. It is heard, and asked what it can do, from the first notification on, and asked
-/// again at the first one after its owner changed; until it has answered, however late,
-/// notifications are kept: nobody can say how to write them. A service that lags behind gets no
-/// more than it has answered for, the rest when it goes on. What only others send is not heard.
-/// Without a bus or a service nothing is shown and nothing fails. Main thread.
+/// waiting for it. It is asked what it can do at the first notification, and again at the first one
+/// after its owner changed; until it has answered, however late, notifications are kept: nobody can
+/// say how to write them. A service that lags behind gets no more than it has answered for, the
+/// rest when it goes on. What only others send is not heard. Without a bus or a service nothing is
+/// shown and nothing fails. Main thread.
 class NotificationServer : public QObject {
     Q_OBJECT
 
@@ -73,7 +73,6 @@ private:
         QString token; ///< what came for the click that is under way
     };
 
-    void hear();
     void ownerChanged(const QString& before);
     void askWhatItCanDo();
     void takeAnswer(const QDBusMessage& reply);
@@ -87,7 +86,6 @@ private:
     QDBusConnection m_bus{QString()};
     NameOwner m_owner;
     bool m_isStarted = false;
-    bool m_isHeard = false;                           ///< on this bus
     std::optional<NotificationAbilities> m_abilities; ///< none while unknown
     bool m_isAsking = false;
     int m_question = 0; ///< number of the last one; the answers to earlier ones are stale

@@ -374,30 +374,6 @@ TEST_F(UserNotificationsTest, TheServiceIsAskedOnceWhatItCanDo) {
     }
 }
 
-TEST_F(UserNotificationsTest, UntilTheFirstOneWhatOthersShowDoesNotWakeTheProgram) {
-    const QDBusConnection programs = bus.connect();
-    const QDBusConnection observer = bus.connect();
-    const auto rules = [&] {
-        const auto question = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-            QStringLiteral("org.freedesktop.DBus.Debug.Stats"), QStringLiteral("GetAllMatchRules"));
-        const QDBusMessage answer = observer.call(question);
-        EXPECT_EQ(answer.type(), QDBusMessage::ReplyMessage) << answer.errorMessage().toStdString();
-        QMap<QString, QStringList> byConnection;
-        answer.arguments().value(0).value<QDBusArgument>() >> byConnection;
-        return byConnection.value(programs.baseService())
-            .filter(QStringLiteral("org.freedesktop.Notifications"))
-            .size();
-    };
-    server.service.appear();
-    notifications.start(programs);
-    PrivateSessionBus::flush(programs);
-    EXPECT_EQ(rules(), 0);
-    notifications.SendSondarNotification(QStringLiteral("first"));
-    shownArguments();
-    EXPECT_EQ(rules(), 4) << "three signals of the service, and its name";
-}
-
 TEST_F(UserNotificationsTest, AnotherServiceIsAskedAgain) {
     start();
     notifications.SendNotification(QStringLiteral("1"), QStringLiteral("s"), noImage);
