@@ -53,9 +53,9 @@ DesktopEntryIndex::DesktopEntryIndex(const Sources& sources,
     m_ids.reserve(usualEntries);
     for (const std::string& executable : executables) {
         if (const auto id = fileId(executable)) {
-            m_best[*id];
+            m_best.try_emplace(*id);
         } else {
-            m_bestOfGone[executable];
+            m_bestOfGone.try_emplace(executable);
         }
     }
     for (std::size_t number = 0; number < sources.dataFolders.size(); ++number) {
