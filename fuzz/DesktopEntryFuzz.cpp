@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (entry) {
             fuzz::require(!entry->program.empty() && entry->name.isValidUtf16());
             fuzz::require(mayStart(
-                text, [&entry](const std::string& program) { return program == entry->program; }));
+                text, [&entry](std::string_view program) { return program == entry->program; }));
             ++fuzz::taken;
         }
     }

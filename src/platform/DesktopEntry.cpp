@@ -48,34 +48,42 @@ std::string unescaped(std::string_view value) {
     return result.append(value);
 }
 
-/// Puts the first word of a command line into `word`: up to a blank, or between quotes with
-/// backslash escapes.
-void takeFirstWord(std::string_view commandLine, std::string& word) {
-    const std::string_view line = trimmed(commandLine);
-    if (!line.starts_with('"')) {
-        std::size_t size = line.size();
-        for (const char blank : {' ', '\t', '\n'}) { // each looked for by many bytes at once
-            size = std::min(size, line.substr(0, size).find(blank));
-        }
-        word.assign(line, 0, size);
-        return;
+/// The first word of a command line that has no backslash: up to a blank, or between quotes.
+std::string_view plainFirstWord(std::string_view line) {
+    if (line.starts_with('"')) {
+        line.remove_prefix(1);
+        return line.substr(0, line.find('"'));
     }
-    word.clear();
+    std::size_t size = line.size();
+    for (const char blank : {' ', '\t', '\n'}) { // each looked for by many bytes at once
+        size = std::min(size, line.substr(0, size).find(blank));
+    }
+    return line.substr(0, size);
+}
+
+/// The same of any command line: between quotes a backslash stands before what is meant literally.
+std::string firstWord(std::string_view line) {
+    if (!line.starts_with('"')) {
+        return std::string(plainFirstWord(line));
+    }
+    std::string word;
     for (std::size_t i = 1; i < line.size() && line[i] != '"'; ++i) {
         if (line[i] == '\\' && i + 1 < line.size()) {
             ++i;
         }
         word += line[i];
     }
+    return word;
 }
 
-/// Puts what the value of an "Exec" starts into `program`.
-void takeProgram(std::string_view exec, std::string& program) {
+/// What the value of an "Exec" starts: a part of `exec`, or of `room` where it stands nowhere as it
+/// is meant.
+std::string_view programOf(std::string_view exec, std::string& room) {
     if (exec.find('\\') == std::string_view::npos) { // nearly always
-        takeFirstWord(exec, program);
-    } else {
-        takeFirstWord(unescaped(exec), program);
+        return plainFirstWord(exec);
     }
+    room = firstWord(trimmed(unescaped(exec)));
+    return room;
 }
 
 /// How much "Name[language]" is wanted: 0 most; one past the last is the plain "Name". `key` begins
@@ -127,7 +135,8 @@ public:
         const std::string_view key = trimmed(line.substr(0, equals));
         const std::string_view value = trimmed(line.substr(equals + 1));
         if (key == "Exec") {
-            takeProgram(value, m_entry.program);
+            std::string room;
+            m_entry.program = programOf(value, room);
         } else if (key == "Type") {
             m_isApplication = value == "Application";
         } else if (key == "Hidden") {
@@ -181,24 +190,25 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view content,
     Reader reader(languages);
     bool inMainGroup = false;
     const char* const end = content.data() + content.size();
-    for (const char* next = content.data(); next < end; next = lineEnd(next, end) + 1) {
+    for (const char* next = content.data(); next < end;) {
+        const std::string_view line(next, lineEnd(next, end));
         if (*next == '[') {
             if (inMainGroup) {
                 break;
             }
-            inMainGroup = trimmed({next, lineEnd(next, end)}) == "[Desktop Entry]";
+            inMainGroup = trimmed(line) == "[Desktop Entry]";
         } else if (inMainGroup && mayMatter(*next)) {
-            reader.read({next, lineEnd(next, end)});
+            reader.read(line);
         }
+        next += line.size() + 1;
     }
     return reader.takeEntry();
 }
 
-bool mayStart(std::string_view content, const std::function<bool(const std::string&)>& isWanted) {
+bool mayStart(std::string_view content, const std::function<bool(std::string_view)>& isWanted) {
     static constexpr std::string_view key = "Exec";
     const char* const end = content.data() + content.size();
-    std::string program;
-    std::string last; // the actions of an entry mostly start its program again
+    std::string_view last; // the actions of an entry mostly start its program again
     for (std::size_t at = content.find('E'); at != std::string_view::npos;
          at = content.find('E', at + 1)) {
         const char* const begin = content.data() + at;
@@ -210,14 +220,15 @@ bool mayStart(std::string_view content, const std::function<bool(const std::stri
         if (equals == std::string_view::npos) {
             continue;
         }
-        takeProgram(trimmed(line.substr(equals + 1)), program);
+        std::string room;
+        const std::string_view program = programOf(trimmed(line.substr(equals + 1)), room);
         if (program.empty() || program == last) {
             continue;
         }
         if (isWanted(program)) {
             return true;
         }
-        last.swap(program);
+        last = room.empty() ? program : std::string_view();
     }
     return false;
 }

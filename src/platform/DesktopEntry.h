@@ -26,6 +26,6 @@ parseDesktopEntry(std::string_view content, const std::vector<QByteArray>& langu
 /// False when no line of `content` is an "Exec" whose first word `isWanted`: then parseDesktopEntry
 /// gives no entry with such a program. Much cheaper than that, as hardly a line is looked into.
 [[nodiscard]] bool mayStart(std::string_view content,
-                            const std::function<bool(const std::string&)>& isWanted);
+                            const std::function<bool(std::string_view)>& isWanted);
 
 } // namespace korvale

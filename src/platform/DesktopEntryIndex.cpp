@@ -96,7 +96,7 @@ void DesktopEntryIndex::readEntry(const std::string& path, std::size_t folder, s
     const std::string_view content(m_content.bytes.get(), m_content.size);
     // Few entries are of what runs, and all are looked at at every start.
     if (!mayStart(content,
-                  [this](const std::string& program) { return bestOf(program) != nullptr; })) {
+                  [this](std::string_view program) { return bestOf(program) != nullptr; })) {
         return;
     }
     const auto entry = parseDesktopEntry(content, sources.languages);
@@ -111,17 +111,18 @@ void DesktopEntryIndex::readEntry(const std::string& path, std::size_t folder, s
     }
 }
 
-DesktopEntryIndex::Best* DesktopEntryIndex::bestOf(const std::string& program) {
+DesktopEntryIndex::Best* DesktopEntryIndex::bestOf(std::string_view program) {
     const auto in = [](auto& all, const auto& key) {
         const auto found = all.find(key);
         return found == all.end() ? nullptr : &found->second;
     };
+    m_program = program;
     if (program.starts_with('/')) {
-        const auto id = fileId(program);
-        return id ? in(m_best, *id) : in(m_bestOfGone, program);
+        const auto id = fileId(m_program);
+        return id ? in(m_best, *id) : in(m_bestOfGone, m_program);
     }
     for (const OpenFolder& folder : m_programFolders) {
-        if (const auto id = fileId(program, folder.descriptor())) {
+        if (const auto id = fileId(m_program, folder.descriptor())) {
             return in(m_best, *id);
         }
     }

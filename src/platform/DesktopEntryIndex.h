@@ -59,7 +59,7 @@ private:
     void readEntry(const std::string& path, std::size_t folder, std::string_view id,
                    const Sources& sources);
     /// Where the name belongs of what `program`, a path or a name, starts; null: nowhere.
-    [[nodiscard]] Best* bestOf(const std::string& program);
+    [[nodiscard]] Best* bestOf(std::string_view program);
     /// Of a regular file; a `path` that is not absolute begins in `folder`, a descriptor.
     [[nodiscard]] static std::optional<FileId> fileId(const std::string& path,
                                                       int folder = AT_FDCWD);
@@ -70,6 +70,7 @@ private:
     std::pmr::map<FileId, Best> m_best{&m_memory};
     std::map<std::string, Best> m_bestOfGone; ///< by path, where no file is now
     FileBytes m_content;                      ///< of the entry that was read last
+    std::string m_program;                    ///< that was looked for last
     std::vector<OpenFolder> m_programFolders; ///< many names are looked for in each
 };
 

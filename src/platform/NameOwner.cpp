@@ -13,6 +13,13 @@ namespace korvale {
 NameOwner::NameOwner(QString name, QObject* parent) : QObject(parent), m_name(std::move(name)) {}
 
 void NameOwner::follow(const QDBusConnection& bus) {
+    followChanges(bus);
+    if (m_bus.isConnected()) {
+        ask();
+    }
+}
+
+void NameOwner::followChanges(const QDBusConnection& bus) {
     forget();
     m_bus = bus;
     if (!m_bus.isConnected()) {
@@ -21,7 +28,7 @@ void NameOwner::follow(const QDBusConnection& bus) {
     const QDBusMessage call = busCall("NameOwnerChanged");
     hearSignals(m_bus, {call.path(), call.interface(), call.member(), m_name, call.service()}, this,
                 SLOT(onNameOwnerChanged(QDBusMessage)));
-    ask();
+    m_state = State::NotKnown;
 }
 
 void NameOwner::forget() {
@@ -39,7 +46,6 @@ NameOwner::Is NameOwner::compare(const QString& uniqueName) const {
 }
 
 void NameOwner::ask() {
-    m_state = State::Asking;
     QDBusMessage question = busCall("GetNameOwner");
     question << m_name;
     const QDBusPendingCall call = m_bus.asyncCall(question, noTimeout);
@@ -51,7 +57,7 @@ void NameOwner::ask() {
             [this, answer, number = ++m_question] {
                 answer->deleteLater();
                 // What the bus announced in the meantime is newer, whichever is delivered first.
-                if (number != m_question || m_state != State::Asking || !m_bus.isConnected()) {
+                if (number != m_question || m_state != State::NotKnown || !m_bus.isConnected()) {
                     return;
                 }
                 if (answer->reply().service() != busName) {

@@ -23,6 +23,9 @@ public:
     /// answered. Signals that were asked for before are heard for certain once it is known. Again
     /// for each new connection; one that is not connected stays at "not known".
     void follow(const QDBusConnection& bus);
+    /// The same without the question, for whom changes are enough: not known until the name changes
+    /// hands for the first time.
+    void followChanges(const QDBusConnection& bus);
     /// The bus has gone: not known.
     void forget();
 
@@ -41,7 +44,7 @@ private Q_SLOTS:
     void onNameOwnerChanged(const QDBusMessage& message);
 
 private:
-    enum class State { Idle, Asking, Known };
+    enum class State { Idle, NotKnown, Known };
 
     void ask();
     void set(const QString& before, const QString& now);

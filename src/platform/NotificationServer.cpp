@@ -42,15 +42,9 @@ void NotificationServer::start(const QDBusConnection& sessionBus) {
         m_waiting.clear();
         return;
     }
-    const QString path = notificationsPath();
-    const QString name = notificationsName();
-    hearSignals(m_bus, {path, name, QStringLiteral("ActivationToken"), {}}, this,
-                SLOT(activationToken(QDBusMessage)));
-    hearSignals(m_bus, {path, name, QStringLiteral("ActionInvoked"), {}}, this,
-                SLOT(actionInvoked(QDBusMessage)));
-    hearSignals(m_bus, {path, name, QStringLiteral("NotificationClosed"), {}}, this,
-                SLOT(notificationClosed(QDBusMessage)));
-    m_owner.follow(m_bus);
+    hearSignals(m_bus, {notificationsPath(), notificationsName(), {}, {}}, this,
+                SLOT(hear(QDBusMessage)));
+    m_owner.followChanges(m_bus);
     if (!m_waiting.empty()) {
         askWhatItCanDo();
     }
@@ -175,35 +169,24 @@ void NotificationServer::remember(const Shown& shown) {
 }
 
 /// Every program on the bus hears of every notification, and anybody can send such a signal.
-std::deque<NotificationServer::Shown>::iterator
-NotificationServer::find(const QDBusMessage& signal) {
-    const QVariant number = signal.arguments().value(0);
-    return std::find_if(m_links.begin(), m_links.end(), [&](const Shown& shown) {
-        return shown.service == signal.service() && QVariant(shown.number) == number;
+void NotificationServer::hear(const QDBusMessage& signal) {
+    const QString member = signal.member();
+    const QVariantList arguments = signal.arguments(); // its number, and what is told of it
+    const auto shown = std::find_if(m_links.begin(), m_links.end(), [&](const Shown& one) {
+        return one.service == signal.service() && QVariant(one.number) == arguments.value(0);
     });
-}
-
-/// Comes before the action that it belongs to.
-void NotificationServer::activationToken(const QDBusMessage& message) {
-    if (const auto shown = find(message); shown != m_links.end()) {
-        shown->token = message.arguments().value(1).toString();
-    }
-}
-
-void NotificationServer::actionInvoked(const QDBusMessage& message) {
-    const auto shown = find(message);
     if (shown == m_links.end()) {
         return;
     }
-    const QString token = std::exchange(shown->token, {}); // good for this click alone
-    if (message.arguments().value(1) == QLatin1String("default")) {
-        Q_EMIT linkChosen(QString(shown->link), token);
-    }
-}
-
-void NotificationServer::notificationClosed(const QDBusMessage& message) {
-    if (const auto shown = find(message); shown != m_links.end()) {
+    if (member == u"NotificationClosed") {
         m_links.erase(shown);
+    } else if (member == u"ActivationToken") { // before the action that it belongs to
+        shown->token = arguments.value(1).toString();
+    } else if (member == u"ActionInvoked") {
+        const QString token = std::exchange(shown->token, {}); // good for this click alone
+        if (arguments.value(1) == QLatin1String("default")) {
+            Q_EMIT linkChosen(QString(shown->link), token);
+        }
     }
 }
 

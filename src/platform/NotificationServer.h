@@ -60,9 +60,7 @@ Q_SIGNALS:
     void settled();
 
 private Q_SLOTS:
-    void activationToken(const QDBusMessage& message);
-    void actionInvoked(const QDBusMessage& message);
-    void notificationClosed(const QDBusMessage& message);
+    void hear(const QDBusMessage& signal);
 
 private:
     /// A shown notification that has a link.
@@ -81,7 +79,6 @@ private:
     void show(const DesktopNotification& notification);
     void remember(const Shown& shown);
     void tellIfSettled();
-    [[nodiscard]] std::deque<Shown>::iterator find(const QDBusMessage& signal);
 
     QDBusConnection m_bus{QString()};
     NameOwner m_owner;

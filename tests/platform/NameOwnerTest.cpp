@@ -4,6 +4,7 @@
 #include "fakes/SessionBusDaemon.h"
 #include "fakes/WaitUntil.h"
 
+#include <QCoreApplication>
 #include <QDBusConnectionInterface>
 
 #include <gmock/gmock.h>
@@ -114,6 +115,19 @@ TEST_F(NameOwnerTest, EveryChangeIsSaidWithTheOwnerBefore) {
     EXPECT_THAT(changes, ElementsAre(Pair(QString(), QString()), Pair(QString(), first),
                                      Pair(first, QString()), Pair(QString(), second),
                                      Pair(second, QString())));
+}
+
+TEST_F(NameOwnerTest, ChangesAloneAreSaidWithTheOwnerBeforeThough) {
+    other.take();
+    owner.followChanges(own.bus());
+    own.bus().interface()->isServiceRegistered(name); // an answer would be here by now
+    QCoreApplication::processEvents();
+    EXPECT_THAT(changes, IsEmpty());
+    EXPECT_EQ(owner.compare(other.uniqueName()), NameOwner::Is::NotKnown);
+    other.release();
+    ASSERT_TRUE(waitForChanges(1));
+    EXPECT_THAT(changes, ElementsAre(Pair(other.uniqueName(), QString())));
+    EXPECT_TRUE(owner.isKnown());
 }
 
 TEST_F(NameOwnerTest, OnlyTheBusIsBelieved) {

@@ -31,7 +31,7 @@ TEST_P(DesktopEntries, AreRead) {
     if (entry) {
         EXPECT_EQ(entry->name, GetParam().result->first);
         EXPECT_EQ(entry->program, GetParam().result->second);
-        EXPECT_TRUE(mayStart(content, [&entry](const std::string& program) {
+        EXPECT_TRUE(mayStart(content, [&entry](std::string_view program) {
             return program == entry->program;
         })) << "the cheap look must not miss it";
     }
@@ -41,8 +41,8 @@ TEST(DesktopEntryLooks, NameEachProgramOnceUntilOneIsWanted) {
     std::vector<std::string> asked;
     const auto lookAt = [&asked](const char* content, const char* wanted) {
         asked.clear();
-        return mayStart(content, [&asked, wanted](const std::string& program) {
-            asked.push_back(program);
+        return mayStart(content, [&asked, wanted](std::string_view program) {
+            asked.emplace_back(program);
             return program == wanted;
         });
     };
@@ -55,6 +55,8 @@ TEST(DesktopEntryLooks, NameEachProgramOnceUntilOneIsWanted) {
     EXPECT_THAT(asked, ElementsAre("app", "an other"));
     EXPECT_FALSE(lookAt("", "app"));
     EXPECT_TRUE(lookAt("Exec=app", "app"));
+    EXPECT_FALSE(lookAt("Exec=\"a\\\\b\"\nExec=\"c\\\\d\"\nExec=e", "f"));
+    EXPECT_THAT(asked, ElementsAre("ab", "cd", "e"));
 }
 
 std::pair<QString, std::string> named(const char* name, const char* program) {
