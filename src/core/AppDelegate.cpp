@@ -154,6 +154,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_resources.initialize();
     m_state.allowCheckForPolicyUpdate = m_context.info.allowsCheckForPolicyUpdate();
     setupStatusItemAndMenu();
+    m_statusPublisher.start();
     m_agentNotifications.observe(m_systemBus, m_channel.owner());
     m_systemBus.start();
     m_channel.connectToService();

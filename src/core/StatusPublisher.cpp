@@ -9,8 +9,12 @@
 namespace korvale {
 
 StatusPublisher::StatusPublisher(StatusWatch& watch, QObject* parent)
-    : QObject(parent), m_watch(watch), m_told(properties()) {
-    connect(&watch, &StatusWatch::changed, this, &StatusPublisher::tell);
+    : QObject(parent), m_watch(watch) {}
+
+void StatusPublisher::start() {
+    m_watch.look();
+    m_told = properties();
+    connect(&m_watch, &StatusWatch::changed, this, &StatusPublisher::tell);
 }
 
 QVariantMap StatusPublisher::properties() const {
