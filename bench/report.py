@@ -84,6 +84,8 @@ def keep(path, figures, about, series):
     measured = {figure.group for figure in figures}
     kept = [line for line in earlier.get("figures", []) if line["group"] not in measured]
     kept += [{**dataclasses.asdict(figure), **about} for figure in figures]
+    groups = list(dict.fromkeys(line["group"] for line in earlier.get("figures", []) + kept))
+    kept.sort(key=lambda line: groups.index(line["group"]))  # each stays where it was
     data = {"figures": kept, "series": {**earlier.get("series", {}), **series}}
     path.write_text(json.dumps(data, indent=1) + "\n")
 

@@ -22,8 +22,8 @@ public:
     /// any more once the publisher has ended.
     void offerOn(QObject& object);
 
-    /// Tells changes from now on, once: what is so at this moment is read by whoever finds the
-    /// program's name.
+    /// Changes are told from now on; what is so at this moment is read by whoever finds the
+    /// program's name. To be called once.
     void start();
     /// Changes are told on this bus from now on; one that is not connected hears none.
     void useSessionBus(const QDBusConnection& sessionBus);
