@@ -347,6 +347,8 @@ void MainWindow::savePlacement() {
 void MainWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange) {
         setupFonts();
+        // Once all parts have their font, and their size.
+        QMetaObject::invokeMethod(this, &MainWindow::keepRoom, Qt::QueuedConnection);
     }
     if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
         // A Wayland desktop does not say that it has minimised the window. It asks for no further

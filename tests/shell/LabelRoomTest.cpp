@@ -24,6 +24,8 @@
 #include <QTabBar>
 #include <QTextEdit>
 
+#include <algorithm>
+
 namespace korvale {
 namespace {
 
@@ -186,32 +188,67 @@ TEST_P(LabelRoomTest, OfTheButtonsOfADetailedRowInEveryWindow) {
     }
 }
 
-TEST_P(LabelRoomTest, OfADetailedRowAndItsTableInTheSmallestWindowWithLargeText) {
-    const QFont before = QApplication::font();
-    QFont large = before;
-    large.setPointSizeF(before.pointSizeF() * 1.5);
-    QApplication::setFont(large);
-    MainWindow& window = shownWindow();
-    window.resize(window.minimumSize());
-    fileThreats.loadData(numberedRows(3));
-    fileThreats.updateView();
-    auto& table = part<ThreatsTableView>("fileThreatsTable");
-    table.setCurrentIndex(table.model()->index(0, 0));
-    QTest::keyClick(&table, Qt::Key_Return);
-    const auto& pane = part<QWidget>("detailsPane");
-    const auto& text = part<QTextEdit>("detailsText");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return text.height() >= text.minimumHeight(); }, 20000));
-    QApplication::processEvents();
-    expectRoom(pane);
-    for (const auto* button : pane.findChildren<QAbstractButton*>()) {
-        EXPECT_TRUE(pane.rect().contains(button->geometry())) << button->text().toStdString();
-        EXPECT_FALSE(text.geometry().intersects(button->geometry()))
-            << button->text().toStdString();
+/// The smallest window with the details of its first row, once with text of the size from the start
+/// and once with text that grows while they are open.
+class DetailsWithLargeText : public LabelRoomTest {
+protected:
+    ~DetailsWithLargeText() override { QApplication::setFont(m_before); }
+
+    void enlargeText() {
+        QFont large = m_before;
+        large.setPointSizeF(m_before.pointSizeF() * 1.5);
+        QApplication::setFont(large);
     }
-    EXPECT_GE(table.viewport()->height(), table.rowHeight(0));
+    MainWindow& openDetails() {
+        MainWindow& window = shownWindow();
+        window.resize(window.minimumSize());
+        fileThreats.loadData(numberedRows(3));
+        fileThreats.updateView();
+        auto& table = part<ThreatsTableView>("fileThreatsTable");
+        table.setCurrentIndex(table.model()->index(0, 0));
+        QTest::keyClick(&table, Qt::Key_Return);
+        return window;
+    }
+    void expectAllInSight() {
+        const auto& pane = part<QWidget>("detailsPane");
+        const auto& text = part<QTextEdit>("detailsText");
+        const auto& table = part<ThreatsTableView>("fileThreatsTable");
+        const auto buttons = pane.findChildren<QAbstractButton*>();
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                return text.height() >= text.minimumHeight() &&
+                       std::all_of(buttons.begin(), buttons.end(), [&](const auto* button) {
+                           return pane.rect().contains(button->geometry());
+                       });
+            },
+            20000));
+        QApplication::processEvents();
+        expectRoom(pane);
+        for (const auto* button : buttons) {
+            EXPECT_TRUE(pane.rect().contains(button->geometry())) << button->text().toStdString();
+            EXPECT_FALSE(text.geometry().intersects(button->geometry()))
+                << button->text().toStdString();
+        }
+        EXPECT_GE(table.viewport()->height(), table.rowHeight(0));
+    }
+
+private:
+    const QFont m_before = QApplication::font();
+};
+
+TEST_P(DetailsWithLargeText, FromTheStartShareTheSmallestWindowWithTheTable) {
+    enlargeText();
+    MainWindow& window = openDetails();
+    expectAllInSight();
     QTest::keyClick(&window, Qt::Key_Escape);
     EXPECT_EQ(window.minimumSize(), QSize(look::smallestWidth, look::smallestHeight));
-    QApplication::setFont(before);
+}
+
+TEST_P(DetailsWithLargeText, WhileTheyAreOpenShareTheSmallestWindowWithTheTable) {
+    openDetails();
+    expectAllInSight();
+    enlargeText();
+    expectAllInSight();
 }
 
 TEST_P(LabelRoomTest, OfTheButtonOfAnExportInTheSmallestWindow) {
@@ -242,6 +279,10 @@ TEST_P(LabelRoomTest, InTheAboutPanel) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, LabelRoomTest, testing::Values("en", "de", "es", "fr", "ja"),
+                         [](const auto& language) { return std::string(language.param); });
+
+INSTANTIATE_TEST_SUITE_P(Languages, DetailsWithLargeText,
+                         testing::Values("en", "de", "es", "fr", "ja"),
                          [](const auto& language) { return std::string(language.param); });
 
 TEST(LabelRoom, IsMeasuredWithAJapaneseFont) {
