@@ -13,26 +13,34 @@
 namespace korvale {
 namespace {
 
-constexpr long worthALook = 1L << 20; // bytes
+constexpr long worthAWalk = 1L << 19; // bytes
 
-/// Pages in memory that are this process's alone, as /proc/self/statm tells: "size resident shared
-/// …".
-long ownPages() {
+/// Bytes in memory that are this process's alone, as /proc/self/statm tells in pages: "size
+/// resident shared …".
+long ownMemory() {
     const QByteArray counts = readSmallFile("/proc/self/statm", 256).value_or(QByteArray());
     const QByteArrayList fields = counts.split(' ');
-    return fields.size() > 2 ? fields[1].toLong() - fields[2].toLong() : 0;
+    return fields.size() > 2 ? (fields[1].toLong() - fields[2].toLong()) * ::sysconf(_SC_PAGESIZE)
+                             : 0;
+}
+
+/// Bytes in memory that the program does not use at present: what it has freed, and some that never
+/// goes back, as stacks and what libraries have of their own.
+long spareMemory() {
+    const struct mallinfo2 heap = ::mallinfo2();
+    return ownMemory() - static_cast<long>(heap.uordblks + heap.hblkhd);
 }
 
 } // namespace
 
 void SpareMemory::giveBack() {
-    const long pages = ownPages();
-    if ((pages - m_settled) * ::sysconf(_SC_PAGESIZE) < worthALook) {
-        m_settled = std::min(m_settled, pages);
+    const long spare = spareMemory();
+    if (spare - m_spare < worthAWalk) {
+        m_spare = std::min(m_spare, spare);
         return;
     }
     ::malloc_trim(0);
-    m_settled = ownPages();
+    m_spare = spareMemory();
 }
 
 } // namespace korvale

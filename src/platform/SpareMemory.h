@@ -7,12 +7,12 @@ namespace korvale {
 /// ever. Main thread.
 class SpareMemory {
 public:
-    /// Once in a while, at rest; costs one short read of /proc unless the process has grown
-    /// meanwhile.
+    /// Once in a while; costs one short read of /proc and a look through the C library's lists
+    /// unless there is much to give back.
     void giveBack();
 
 private:
-    long m_settled = 0; ///< pages of its own that the process had when it was last looked through
+    long m_spare = 0; ///< bytes in memory that nobody used when all was given back
 };
 
 } // namespace korvale

@@ -5,6 +5,7 @@ import json
 import os
 import pathlib
 import time
+import unittest
 
 import dbus
 
@@ -14,7 +15,9 @@ from drivers import SessionError, host_cache
 BATCHES = int(os.environ.get("KORVALE_BATCHES", "10000"))
 SETTLED = min(500, BATCHES // 4)  # batches until everything was there once
 EVENTS = 100_000
-TABLES = 1024  # KiB: the devices' table still fills up to its 1000 rows after the first batches
+PIECES = 1024  # KiB: after the first batches the rows of devices come in ever smaller pieces still, and threads that
+# come and go leave room behind
+SANITIZED = "KORVALE_SANITIZE" in os.environ  # its allocator keeps what was freed
 
 
 class Use:
@@ -73,6 +76,18 @@ class LongLife(DesktopCase):
         coming.write_text(json.dumps(content))
         os.replace(coming, self.cache / name)
 
+    def devices(self, count, when):
+        self.write("external_device_control_events.log", {
+            str(index): {"Device Type": "USB", "Action": "Block", "When": str(when)} for index in range(count)})
+        self.write("header.log", {"MessageMask": 0xFFF})
+        self.sim.tell("post timer.aggregated_messages")
+
+    def fill_the_devices(self):
+        """Their table keeps all rows up to 1000; the others' hold what the agent said last."""
+        for number in range(100):
+            self.devices(10, f"before {number}")
+            self.settle()
+
     def batch(self, number):
         self.write("file_states.log", {
             f"/home/p/file{number % 97}-{index}.bin": {
@@ -81,11 +96,7 @@ class LongLife(DesktopCase):
         self.write("process_states.log", {
             str(index): {"Path": f"/usr/bin/tool{index}", "State": index % 4, "PID": index,
                          "Count": number} for index in range(number % 5)})
-        self.write("external_device_control_events.log", {
-            str(index): {"Device Type": "USB", "Action": "Block", "When": str(number)}
-            for index in range(number % 3)})
-        self.write("header.log", {"MessageMask": 0xFFF})
-        self.sim.tell("post timer.aggregated_messages")
+        self.devices(number % 3, number)
         if number % 3 == 0:
             self.sim.tell(("halyx on", "halyx off", "driver lost", "driver connected",
                            f"analyzer /home/p/{number}")[number // 3 % 5])
@@ -121,13 +132,18 @@ class LongLife(DesktopCase):
                 self.restart_tray()
         self.settle()
 
+    def wait_for_rest(self):
+        """Until it does its tick alone; a panel that is busy still asks for pictures that it was told of long ago. What
+        is not used any more has gone back by then. Wake-ups a second."""
+        return wait_until(lambda: (now := wake_ups(self.victim.pid)) <= 1 and now, "it to be at rest", 180)
+
     def test_after_thousands_of_batches_it_uses_what_it_used_at_first(self):
+        self.fill_the_devices()
         self.play(range(SETTLED))
-        at_first, woken_at_first = Use(self.desktop, self.victim.pid), wake_ups(self.victim.pid)
+        woken_at_first = self.wait_for_rest()
+        at_first = Use(self.desktop, self.victim.pid)
         self.play(range(SETTLED, BATCHES))
-        # A panel that is busy still asks for pictures that it was told of long ago.
-        woken = wait_until(lambda: (now := wake_ups(self.victim.pid)) <= woken_at_first * 1.5 + 1 and now,
-                           "the panel to catch up", 120)
+        woken = self.wait_for_rest()
         # A thread that has just written something is soon gone, with its descriptor.
         with contextlib.suppress(SessionError):
             wait_until(lambda: Use(self.desktop, self.victim.pid).threads <= at_first.threads and
@@ -135,11 +151,13 @@ class LongLife(DesktopCase):
         at_last = Use(self.desktop, self.victim.pid)
         print(f"after {SETTLED} batches: {at_first}, {woken_at_first:.1f} wake-ups a second")
         print(f"after {BATCHES} batches: {at_last}, {woken:.1f} wake-ups a second")
-        self.assertLessEqual(at_last.memory, at_first.memory * 1.05 + TABLES)
+        if not SANITIZED:
+            self.assertLessEqual(at_last.memory, at_first.memory * 1.05 + PIECES)
         self.assertLessEqual(at_last.descriptors, at_first.descriptors, at_last.open)
         self.assertLessEqual(at_last.threads, at_first.threads)
         self.assertLessEqual(at_last.rules, at_first.rules)
 
+    @unittest.skipIf(SANITIZED, "a sanitizer's allocator gives every piece more room")
     def test_an_event_that_was_shown_costs_little_for_ever(self):
         self.show_events(0, 1000)
         before = Use(self.desktop, self.victim.pid).memory
