@@ -18,6 +18,7 @@ namespace korvale {
 namespace {
 
 constexpr std::chrono::milliseconds longestWaitForAgent{250};
+constexpr int ticksBetweenLooks = 4; ///< at spare memory, which need not go back at once
 
 } // namespace
 
@@ -60,7 +61,9 @@ AppDelegate::AppDelegate(AppDelegateContext context)
     connect(&m_statusUpdateTimer, &QTimer::timeout, this, [this] {
         m_statusPoll.timerFired();
         m_statusWatch.look(); // an answer, or silence, changes the state without a word
-        m_spareMemory.giveBack();
+        if (m_ticks++ % ticksBetweenLooks == 0) {
+            m_spareMemory.giveBack();
+        }
     });
     setSharedController(&m_agentNotifications);
 }

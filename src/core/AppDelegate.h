@@ -145,6 +145,7 @@ private:
     AgentNotifications m_agentNotifications;
     StatusPoll m_statusPoll;
     SpareMemory m_spareMemory;
+    unsigned m_ticks = 0; ///< of m_statusUpdateTimer
     QTimer m_statusUpdateTimer;
 };
 
