@@ -32,6 +32,15 @@ void mapAnewUnlessActive(QWidget& window) {
     patience->start(tokenLimit);
 }
 
+/// The toolkit ties a window that gets the focus to the application, and leaves the tie when the
+/// window is closed with the focus: opened a hundred times, it would tell of every change of focus
+/// in it a hundred times.
+void untieFromFormerFocus(const QWindow* window) {
+    if (window != nullptr && window != QGuiApplication::focusWindow()) {
+        QObject::disconnect(window, &QWindow::focusObjectChanged, qApp, nullptr);
+    }
+}
+
 } // namespace
 
 bool readsTokenFromEnvironment(QStringView platform) {
@@ -53,6 +62,7 @@ void bringToFront(QWidget& window, const QString& activationToken) {
     }
     const X11Activation x11(hasToken ? window.winId() : 0, activationToken.toUtf8());
     x11.announce();
+    untieFromFormerFocus(window.windowHandle());
     window.setWindowState((window.windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
     window.show();
     window.raise();

@@ -1,6 +1,12 @@
 #include "shell/WindowActivation.h"
 
+#include "fakes/WaitUntil.h"
 #include "shell/X11Activation.h"
+
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
@@ -12,6 +18,24 @@ TEST(WindowActivation, OnlyWaylandReadsTheTokenFromTheEnvironment) {
     EXPECT_TRUE(readsTokenFromEnvironment(u"wayland-egl"));
     EXPECT_FALSE(readsTokenFromEnvironment(u"xcb"));
     EXPECT_FALSE(readsTokenFromEnvironment(u"offscreen"));
+}
+
+TEST(WindowActivation, HoweverOftenAWindowWasClosedAChangeOfFocusInItIsToldOnce) {
+    QWidget window;
+    QVBoxLayout layout(&window);
+    QLineEdit first;
+    QLineEdit second;
+    layout.addWidget(&first);
+    layout.addWidget(&second);
+    for (int opening = 0; opening < 5; ++opening) {
+        window.close();
+        bringToFront(window, {});
+        ASSERT_TRUE(waitUntil([&window] { return window.isActiveWindow(); }));
+    }
+    first.setFocus();
+    QSignalSpy changes(qApp, &QGuiApplication::focusObjectChanged);
+    second.setFocus();
+    EXPECT_EQ(changes.count(), 1);
 }
 
 struct StartupId {
