@@ -13,6 +13,7 @@
 #include "platform/DisplayGuard.h"
 #include "platform/EndLimit.h"
 #include "platform/ProcRunningApplications.h"
+#include "platform/SpareMemory.h"
 #include "platform/SystemLogSink.h"
 #include "platform/Termination.h"
 #include "platform/ToolkitMessages.h"
@@ -157,6 +158,7 @@ int start(int argc, char** argv, const CommandLine& commandLine, const InfoDicti
 } // namespace
 
 int runKorvaleUI(int argc, char** argv) {
+    keepMemoryInOnePlace();
     replaceClosedStandardStreams();
     const CommandLine commandLine(argc, argv);
     if (commandLine.asksFor("--help")) {

@@ -13,7 +13,7 @@
 namespace korvale {
 namespace {
 
-constexpr long worthAWalk = 1L << 19; // bytes
+constexpr long worthAWalk = 1L << 17; // bytes
 
 /// Bytes in memory that are this process's alone, as /proc/self/statm tells in pages: "size
 /// resident shared …".
@@ -32,6 +32,10 @@ long spareMemory() {
 }
 
 } // namespace
+
+void keepMemoryInOnePlace() {
+    ::mallopt(M_ARENA_MAX, 1); // each thread has its own small store in front of it
+}
 
 void SpareMemory::giveBack() {
     const long spare = spareMemory();
