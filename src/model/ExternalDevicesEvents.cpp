@@ -76,6 +76,7 @@ RowBatchPtr deviceRows(const JsonValue& list) {
                    cellText(record.value["Serial Number"]), actionText(action),
                    actionMeaning(action)});
     }
+    rows->shrinkToFit();
     return rows;
 }
 

@@ -91,7 +91,13 @@ public:
         }
     }
 
-    [[nodiscard]] std::shared_ptr<TextRows> rows() const { return m_rows; }
+    [[nodiscard]] std::size_t count() const { return m_rows->size(); }
+
+    /// Ends the pass.
+    [[nodiscard]] RowBatchPtr rows() {
+        m_rows->shrinkToFit();
+        return m_rows;
+    }
 
 private:
     void addThreat(const JsonMember& record) {
@@ -141,7 +147,7 @@ RowBatchPtr newEventRows(const JsonValue& list, RememberedEvents& remembered) {
     EventPass pass(remembered);
     for (const JsonMember& record : list.members()) {
         pass.add(record);
-        if (pass.rows()->size() >= mostTableRows) {
+        if (pass.count() >= mostTableRows) {
             break; // the rest waits for a later change of the file
         }
     }
