@@ -31,6 +31,16 @@ void shorten(NotificationRecord& record) {
     }
 }
 
+/// There are few different ones.
+void shareTitles(NotificationRecord& record, const NotificationRecord& next) {
+    if (record.title == next.title) {
+        record.title = next.title;
+    }
+    if (record.subtitle == next.subtitle) {
+        record.subtitle = next.subtitle;
+    }
+}
+
 qsizetype charactersOf(const NotificationRecord& record) {
     return record.title.size() + record.subtitle.size() + record.message.size() +
            record.link.size();
@@ -63,6 +73,9 @@ void keepLast(NotificationRecords& records) {
     qsizetype characters = 0;
     while (first > 0 && records.size() - first < mostRecords) {
         shorten(records[first - 1]);
+        if (first < records.size()) {
+            shareTitles(records[first - 1], records[first]);
+        }
         characters += charactersOf(records[first - 1]);
         if (characters > mostCharacters) {
             break;
@@ -70,19 +83,22 @@ void keepLast(NotificationRecords& records) {
         --first;
     }
     records.remove(0, first);
+    records.squeeze(); // it will hardly be longer
 }
 
 QByteArray toJson(const NotificationRecords& records) {
-    QJsonArray array;
-    for (const NotificationRecord& record : records) {
-        array.append(QJsonObject{{whenKey, record.when},
-                                 {titleKey, record.title},
-                                 {subtitleKey, record.subtitle},
-                                 {messageKey, record.message},
-                                 {linkKey, record.link},
-                                 {heldBackKey, record.isHeldBack}});
+    QByteArray json("[");
+    for (const NotificationRecord& record : records) { // one by one, for the memory
+        json += json.size() > 1 ? "," : "";
+        json += QJsonDocument(QJsonObject{{whenKey, record.when},
+                                          {titleKey, record.title},
+                                          {subtitleKey, record.subtitle},
+                                          {messageKey, record.message},
+                                          {linkKey, record.link},
+                                          {heldBackKey, record.isHeldBack}})
+                    .toJson(QJsonDocument::Compact);
     }
-    return QJsonDocument(array).toJson(QJsonDocument::Compact);
+    return json + ']';
 }
 
 std::optional<NotificationRecords> notificationRecords(const QByteArray& json) {
