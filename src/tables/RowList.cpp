@@ -60,10 +60,12 @@ void RowList::prepend(RowBatchPtr batch) {
     makeOrderExplicit();
     const auto added = static_cast<qsizetype>(batch->size());
     const auto number = static_cast<std::uint32_t>(m_batches.size());
-    m_order.insert(0, added, RowRef{number, 0});
+    QList<RowRef> order; // anew: a list that grows in front keeps room for thrice as many
+    order.reserve(added + m_order.size());
     for (qsizetype row = 0; row < added; ++row) {
-        m_order[row].index = static_cast<std::uint32_t>(row);
+        order.append({number, static_cast<std::uint32_t>(row)});
     }
+    m_order = std::move(order += m_order);
     m_batches.push_back(std::move(batch));
     m_size = static_cast<std::size_t>(m_order.size());
 }
