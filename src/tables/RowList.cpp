@@ -65,7 +65,8 @@ void RowList::prepend(RowBatchPtr batch) {
     for (qsizetype row = 0; row < added; ++row) {
         order.append({number, static_cast<std::uint32_t>(row)});
     }
-    m_order = std::move(order += m_order);
+    order += m_order;
+    m_order = std::move(order);
     m_batches.push_back(std::move(batch));
     m_size = static_cast<std::size_t>(m_order.size());
 }
