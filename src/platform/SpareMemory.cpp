@@ -13,7 +13,7 @@
 namespace korvale {
 namespace {
 
-constexpr long worthAWalk = 1L << 17; // bytes
+constexpr long worthAWalk = 1L << 15; // bytes
 
 /// Bytes in memory that are this process's alone, as /proc/self/statm tells in pages: "size
 /// resident shared …".

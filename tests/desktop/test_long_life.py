@@ -13,9 +13,8 @@ from desktop_case import DesktopCase, wait_until
 from drivers import host_cache
 
 BATCHES = int(os.environ.get("KORVALE_BATCHES", "10000"))
-SETTLED = min(500, BATCHES // 4)  # batches until everything was there once
-FILLING = 1500  # batches before those, until what is kept up to a number is full: 1000 rows of devices, some of which
-# come with every other batch, and the last 200 notifications
+SETTLED = min(500, BATCHES // 4)  # batches until everything was there once, and what is kept up to a number is full:
+# 1000 rows of devices, of which a batch brings up to 16, and the last 200 notifications, of which it brings one
 EVENTS = 100_000
 SANITIZED = "KORVALE_SANITIZE" in os.environ  # its allocator keeps what was freed
 
@@ -99,10 +98,9 @@ class LongLife(DesktopCase):
         self.write("process_states.log", {
             str(index): {"Path": f"/usr/bin/tool{index}", "State": index % 4, "PID": index,
                          "Count": number} for index in range(number % 5)})
-        self.devices(number % 3, number)
-        if number % 3 == 0:
-            self.sim.tell(("halyx on", "halyx off", "driver lost", "driver connected",
-                           f"analyzer /home/p/{number}")[number // 3 % 5])
+        self.devices(number % 17, number)
+        self.sim.tell_all(f"exe-blocked /opt/{number}", (
+            "halyx on", "halyx off", "driver lost", "driver connected", f"analyzer /home/p/{number}")[number % 5])
 
     def window(self):
         def shown():
@@ -126,11 +124,10 @@ class LongLife(DesktopCase):
     def play(self, numbers):
         for number in numbers:
             self.batch(number)
-            if number % 100 == 0:
+            if number % 10 == 0:  # none is far behind: what comes while one is read is read as one
                 self.settle()
-            if number % 50 == 0:
+            if number % 25 == 0:
                 self.window()
-                self.sim.tell(f"exe-blocked /opt/{number}")
             if number % 250 == 249:
                 self.restart_tray()
         self.settle()
@@ -142,7 +139,7 @@ class LongLife(DesktopCase):
         return wait_until(lambda: (now := wake_ups(self.victim.pid)) <= 1 and now, "it to be at rest", 180)
 
     def test_after_thousands_of_batches_it_uses_what_it_used_at_first(self):
-        self.play(range(-FILLING, SETTLED))
+        self.play(range(SETTLED))
         woken_at_first = self.wait_for_rest()
         at_first = Use(self.desktop, self.victim.pid)
         self.play(range(SETTLED, BATCHES))

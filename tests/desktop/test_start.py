@@ -1,4 +1,5 @@
 """Starting, ending and what standard error says meanwhile."""
+import itertools
 import os
 import pathlib
 import shutil
@@ -51,6 +52,22 @@ class Start(DesktopCase):
                 if fields[column] == state:
                     found.add(f"socket:[{fields[6 if protocol == 'unix' else 9]}]")
         return found
+
+    def test_its_threads_take_memory_from_one_place(self):
+        program = self.program()
+        self.item(program)
+        self.assertGreater(len(os.listdir(f"/proc/{program.pid}/task")), 1)
+        self.assertEqual(self.arenas(program.pid), [])
+
+    def arenas(self, pid):
+        """Where the C library's places for threads begin, each the start of 64 MiB that it has set aside."""
+        aside = 64 << 20
+        lines = pathlib.Path(f"/proc/{pid}/maps").read_text().splitlines()
+        ranges = [([int(end, 16) for end in place.split("-")], rights)
+                  for place, rights in (line.split()[:2] for line in lines)]
+        return [hex(start) for ((start, end), rights), ((rest, last), others) in itertools.pairwise(ranges)
+                if start % aside == 0 and rest == end and last == start + aside
+                and (rights, others) == ("rw-p", "---p")]
 
     def test_a_root_for_tests_is_warned_of(self):
         self.program().wait_log(r'^WARN ".*KORVALE_ROOT')

@@ -63,9 +63,11 @@ class Wayland(DesktopCase):
     def test_a_token_that_the_compositor_refuses_brings_the_window_up_all_the_same(self):
         _, item = self.shown()
         self.go_away()
-        item.provide_token("nobody-knows-it")
-        item.activate()
-        self.desktop.wait_in_front(APP_ID)
+
+        def click():
+            item.provide_token("nobody-knows-it")
+            item.activate()
+        self.desktop.wait_in_front(APP_ID, click)
 
     def test_the_window_keeps_its_size_when_it_comes_up(self):
         _, item = self.shown()

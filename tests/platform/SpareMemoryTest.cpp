@@ -14,9 +14,9 @@ using fakes::privateMemory;
 /// Freed blocks between others that stay, as replies and signals leave them behind.
 class Scattered {
 public:
-    Scattered() {
-        for (int i = 0; i < 300; ++i) {
-            m_freed.push_back(std::make_unique<std::vector<char>>(100'000, 'x'));
+    explicit Scattered(int count = 300, std::size_t bytes = 100'000) {
+        for (int i = 0; i < count; ++i) {
+            m_freed.push_back(std::make_unique<std::vector<char>>(bytes, 'x'));
             m_kept.push_back(std::make_unique<std::vector<char>>(100, 'x'));
         }
     }
@@ -57,6 +57,14 @@ TEST_F(SpareMemoryTest, SoDoesAtRestWhatWasStillInUseWhenTheProcessHadGrown) {
     EXPECT_GT(privateMemory(), before + 4 * 1024) << "kept by the C library";
     spare.giveBack();
     EXPECT_LT(privateMemory(), before + 3 * 1024);
+}
+
+TEST_F(SpareMemoryTest, ALittleGoesBackToo) {
+    Scattered blocks(2, 50'000);
+    blocks.free();
+    EXPECT_GT(privateMemory(), before + 64) << "kept by the C library";
+    spare.giveBack();
+    EXPECT_LT(privateMemory(), before + 48);
 }
 
 } // namespace

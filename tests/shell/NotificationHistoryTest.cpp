@@ -113,6 +113,30 @@ TEST_F(NotificationHistoryTest, WhatWasReadStandsInFrontOfWhatCameMeanwhile) {
     EXPECT_EQ(history.records().constFirst().message, u"before");
 }
 
+TEST_F(NotificationHistoryTest, TheLastTwoHundredTakeRoomForNoMore) {
+    NotificationHistory history(path(), clock);
+    for (int number = 1; number <= 1000; ++number) {
+        history.add(saying(QString::number(number)), false);
+    }
+    EXPECT_EQ(history.records().size(), 200);
+    EXPECT_EQ(history.records().capacity(), 200);
+}
+
+TEST_F(NotificationHistoryTest, EqualTitlesAreInMemoryOnce) {
+    NotificationHistory history(path(), clock);
+    history.add(saying(QStringLiteral("one")), false);
+    history.add({.title = QStringLiteral("Ti") + QStringLiteral("tle"),
+                 .subtitle = QStringLiteral("Sub") + QStringLiteral("title"),
+                 .message = QStringLiteral("two"),
+                 .picture = {},
+                 .link = {}},
+                false);
+    const NotificationRecord& first = history.records().constFirst();
+    const NotificationRecord& last = history.records().constLast();
+    EXPECT_TRUE(first.title.isSharedWith(last.title));
+    EXPECT_TRUE(first.subtitle.isSharedWith(last.subtitle));
+}
+
 TEST_F(NotificationHistoryTest, ManyAtOnceAreTheLastTwoHundredThoughTheProgramEndsAtOnce) {
     {
         NotificationHistory history(path(), clock);

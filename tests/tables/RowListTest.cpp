@@ -3,6 +3,8 @@
 #include "fakes/RecordingRowBatch.h"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
+#include <vector>
 
 namespace korvale {
 namespace {
@@ -66,6 +68,29 @@ TEST(RowList, TruncatingABatchInItsOwnOrderKeepsItsFirstRows) {
     rows.prepend(numberedRows(1, QStringLiteral("new")));
     ASSERT_EQ(rows.size(), 3U);
     EXPECT_EQ(file(rows, 2), u"1"_s);
+}
+
+/// Bytes that `rows` holds beside its batches.
+std::size_t bytesOf(RowList& rows) {
+    const std::size_t before = ::mallinfo2().uordblks;
+    rows = RowList();
+    return before - ::mallinfo2().uordblks;
+}
+
+TEST(RowList, WhatGrewRowByRowHasNoRoomToSpare) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitizer's allocator tells nothing of what is in use";
+#endif
+    std::vector<RowBatchPtr> batches;
+    for (int number = 0; number < 2048; ++number) {
+        batches.push_back(numberedRows(4));
+    }
+    RowList rows;
+    for (const RowBatchPtr& batch : batches) {
+        rows.prepend(batch);
+    }
+    const std::size_t needed = 2048 * (sizeof(RowBatchPtr) + 4 * sizeof(RowRef));
+    EXPECT_LT(bytesOf(rows), needed + needed / 50);
 }
 
 TEST(RowList, UnsortedItsRowsStandAsTheyCame) {
