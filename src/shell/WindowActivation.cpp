@@ -1,6 +1,7 @@
 #include "shell/WindowActivation.h"
 
 #include "shell/X11Activation.h"
+#include "shell/X11Server.h"
 
 #include <QGuiApplication>
 #include <QTimer>
@@ -41,6 +42,13 @@ void untieFromFormerFocus(const QWindow* window) {
     }
 }
 
+/// Of openings before this one.
+void forgetFormerTitles() {
+    if (const X11Server server; server.isThere()) {
+        server.forgetAnsweredRequests();
+    }
+}
+
 } // namespace
 
 bool readsTokenFromEnvironment(QStringView platform) {
@@ -63,6 +71,7 @@ void bringToFront(QWidget& window, const QString& activationToken) {
     const X11Activation x11(hasToken ? window.winId() : 0, activationToken.toUtf8());
     x11.announce();
     untieFromFormerFocus(window.windowHandle());
+    forgetFormerTitles();
     window.setWindowState((window.windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
     window.show();
     window.raise();

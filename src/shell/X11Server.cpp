@@ -1,7 +1,9 @@
 #include "shell/X11Server.h"
 
 #include <QGuiApplication>
+#include <QLibrary>
 
+#include <bit>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -14,8 +16,12 @@ std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
     return {reply, &std::free};
 }
 
+const QNativeInterface::QX11Application* x11Application() {
+    return qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+}
+
 xcb_connection_t* connectionToX11() {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    const auto* x11 = x11Application();
     return x11 == nullptr ? nullptr : x11->connection();
 }
 
@@ -66,6 +72,16 @@ std::uint8_t X11Server::depthOf(xcb_visualid_t visual) const {
         }
     }
     return 0;
+}
+
+void X11Server::forgetAnsweredRequests() const {
+    constexpr int xlibVersion = 6;
+    QLibrary xlib(QStringLiteral("X11"), xlibVersion); // in memory: the toolkit uses it
+    const auto sync = std::bit_cast<int (*)(Display*, int)>(xlib.resolve("XSync"));
+    Display* const display = x11Application()->display();
+    if (sync != nullptr && display != nullptr) {
+        sync(display, 0);
+    }
 }
 
 void X11Server::send(xcb_window_t receiver, const xcb_client_message_event_t& message,

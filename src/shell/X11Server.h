@@ -28,6 +28,10 @@ public:
     /// Bits a pixel; 0 for an unknown visual.
     [[nodiscard]] std::uint8_t depthOf(xcb_visualid_t visual) const;
 
+    /// The toolkit sets titles through Xlib, which notes each such request until somebody waits for
+    /// an answer through it. Waits for one, so that none is left.
+    void forgetAnsweredRequests() const;
+
     void send(xcb_window_t receiver, const xcb_client_message_event_t& message,
               std::uint32_t mask) const;
 

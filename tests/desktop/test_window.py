@@ -4,8 +4,10 @@ import os
 import re
 import signal
 import time
+import unittest
 
 from desktop_case import DesktopCase
+from drivers import BINARIES
 from tray import hue_name
 from window_case import READER, WindowCase, text, wait_until, window_of
 
@@ -177,6 +179,15 @@ class Window(WindowCase):
         self.assertTrue(self.status_item.menu())
         self.assertLess(time.monotonic() - started, 10)
         wait_until(lambda: self.current_tab()[1] > 10000, "the rows", 60)
+
+
+@unittest.skipIf("KORVALE_SANITIZE" in os.environ, "a sanitizer's allocator tells nothing of what is in use")
+class OpenedAgainAndAgain(DesktopCase):
+    """A window without anything in it: what the toolkit leaves behind, and the program takes away."""
+
+    def test_it_leaves_nothing_behind(self):
+        bytes_each = int(self.desktop.run([BINARIES.parent / "tests" / "window_openings", "50"]))
+        self.assertLess(bytes_each, 64)  # each of the three titles that an opening sets left 32
 
 
 class TitleBar(WindowCase):
