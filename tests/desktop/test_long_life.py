@@ -126,7 +126,6 @@ class LongLife(DesktopCase):
             self.batch(number)
             if number % 10 == 0:  # none is far behind: what comes while one is read is read as one
                 self.settle()
-            if number % 25 == 0:
                 self.window()
             if number % 250 == 249:
                 self.restart_tray()
